@@ -1,0 +1,103 @@
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "metadata/VendorTags.h"
+#include "platform/ILogicalDeviceList.h"
+#include "platform/IMetadata.h"
+#include "platforminfo/CamCalAllData.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/EepromLayout.h"
+#include "platforminfo/Log.h"
+#include "platforminfo/PlatformAccess.h"
+#include "platforminfo/TagWriter.h"
+
+using NSCam::IMetadata;
+
+namespace {
+
+using EepromImage = std::span<const std::uint8_t, kEepromImageSize>;
+
+std::uint32_t LittleEndian32At(EepromImage image, std::size_t offset) {
+    return static_cast<std::uint32_t>(image[offset]) | static_cast<std::uint32_t>(image[offset + 1]) << 8 |
+           static_cast<std::uint32_t>(image[offset + 2]) << 16 |
+           static_cast<std::uint32_t>(image[offset + 3]) << 24;
+}
+
+/// The fourth header byte is shown but takes no part in the comparison.
+bool MatchHeaderId(EepromImage image, const EepromCheckSumDesc& layout) {
+    constexpr std::uint32_t kComparedBits = 0x00FFFFFF;
+    const std::uint32_t headerId = LittleEndian32At(image, layout.headerIdOffset);
+    LOGD("expectHeaderId(0x%04x) readHeaderId(0x%04x)", layout.expectHeaderId, headerId);
+    return (headerId & kComparedBits) == (layout.expectHeaderId & kComparedBits);
+}
+
+const EepromCheckSumDesc* FindLayout(EepromImage image) {
+    for (const EepromCheckSumDesc& layout : kEepromLayouts) {
+        if (MatchHeaderId(image, layout)) {
+            return &layout;
+        }
+    }
+    return nullptr;
+}
+
+/// Checks every range of the layout, so that the log names each one that fails.
+bool CheckSumsGood(const char* function, EepromImage image, const EepromCheckSumDesc& layout) {
+    bool good = true;
+    for (const SubModuleCheckSumDesc& part : layout.subModules) {
+        if (part.name == nullptr) {
+            break;
+        }
+        if (EepromCheckSum(image, part.startAddr, part.endAddr) == image[part.checkSumAddr]) {
+            LOG_AS(ANDROID_LOG_DEBUG, function, "submodule(%s) checksum ok !", part.name);
+        } else {
+            LOG_AS(ANDROID_LOG_ERROR, function, "submodule(%s) checksum fail !", part.name);
+            good = false;
+        }
+    }
+    return good;
+}
+
+}  // namespace
+
+int CameraPlatformInfoZelvan::MetadataUpdateRoleId(IMetadata& meta, int instanceId) {
+    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(__func__);
+    if (devices == nullptr) {
+        return -1;
+    }
+    const std::optional<int> roleId = ResolveRole(__func__, *devices, instanceId);
+    if (!roleId) {
+        return -1;
+    }
+    LOGI(" MetadataUpdateRoleId, instanceId:%d roleId:%d", instanceId, *roleId);
+    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_ROLEID, {*roleId}));
+    if (const auto members = RoleId2MemberRoleIds.find(*roleId); members != RoleId2MemberRoleIds.end()) {
+        UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_MEMBER_ROLEIDS, members->second));
+    }
+    return 0;
+}
+
+int CameraPlatformInfoZelvan::MetadataUpdateCheckSumResult(IMetadata& meta, int instanceId) {
+    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(__func__);
+    if (devices == nullptr) {
+        return -1;
+    }
+    const std::optional<int> roleId = ResolveRole(__func__, *devices, instanceId);
+    if (!roleId) {
+        return -1;
+    }
+    const CamCalAllData* const image = GetCamCalAllData(*roleId);
+    if (image == nullptr) {
+        return 0;
+    }
+    // A module that no layout describes counts as passing.
+    bool good = true;
+    if (const EepromCheckSumDesc* const layout = FindLayout(image->data); layout != nullptr) {
+        LOGD("instanceId(%d) match eeprom check is %s", instanceId, layout->eepromName);
+        good = CheckSumsGood(__func__, image->data, *layout);
+    } else {
+        LOGD("instanceId(%d) not match eeprom check", instanceId);
+    }
+    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_CHECKSUM_RESULT, {good ? 1 : 0}));
+    return 0;
+}

@@ -1,0 +1,72 @@
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/ILogicalDeviceList.h"
+#include "platform/IMetadata.h"
+#include "platform/IMetadataProvider.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/Log.h"
+#include "platforminfo/PlatformAccess.h"
+
+using NSCam::IMetadata;
+using NSCam::IMetadataProvider;
+using NSCam::NSMetadataProviderManager::valueForByDeviceId;
+
+namespace {
+
+/// The platform's id of a physical sensor inside a logical device.
+std::uint32_t PhysicalUniqueId(int logicalId, int sensorId, int sensorDeviceIndex) {
+    return ((static_cast<std::uint32_t>(logicalId) & 0xFFFFU) << 16) |
+           (static_cast<std::uint32_t>(sensorId) << 8) | static_cast<std::uint32_t>(sensorDeviceIndex);
+}
+
+}  // namespace
+
+void CameraPlatformInfoZelvan::MetadataUpdate() {
+    LOGI("enter");
+    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(__func__);
+    if (devices == nullptr) {
+        return;
+    }
+    const int deviceCount = devices->deviceCount();
+    for (int i = 0; i < deviceCount; ++i) {
+        IMetadataProvider* const provider = valueForByDeviceId(static_cast<std::uint32_t>(i));
+        LOGI("instanceId = %zu", static_cast<std::size_t>(i));
+        LOGI("pMetadataProvider = %p", static_cast<void*>(provider));
+        MetadataUpdate(provider, i);
+        if ((devices->isMultiSensorDevice(i) & 1U) == 0) {
+            continue;
+        }
+        for (const int sensorId : devices->sensorIds(i)) {
+            const std::uint32_t uniqueId =
+                PhysicalUniqueId(i, sensorId, devices->sensorDeviceIndex(sensorId));
+            IMetadataProvider* const physical = valueForByDeviceId(uniqueId);
+            LOGI("physicalUniqueId = 0x%x pPhysicalMetadataProvider = %p", uniqueId,
+                 static_cast<void*>(physical));
+            // Physical sensors are updated under their sensor id, not under the unique id.
+            MetadataUpdate(physical, sensorId);
+        }
+    }
+    LOGI("exit");
+}
+
+void CameraPlatformInfoZelvan::MetadataUpdate(IMetadataProvider* provider, int instanceId) {
+    IMetadata meta;
+    MetadataUpdateRoleId(meta, instanceId);
+    MetadataUpdateCheckSumResult(meta, instanceId);
+    MetadataUpdateScaler(meta, instanceId);
+    MetedataUpdateCalibData(meta, instanceId);
+    MetedataUpdateVideoStabilizationData(meta, instanceId);
+    MetedataUpdateVNQualityData(meta, instanceId);
+    MetadataUpdateCalibrationToolTag(meta, instanceId);
+    UpdateBokehOptimalSizeInfo(meta, instanceId);
+    UpdatePhotoStyleInfo(meta, instanceId);
+    MetadataUpdateFakeSatSizes(meta, instanceId);
+    MetadataUpdateHDHDR(meta, instanceId);
+    MetadataUpdateSmartFOVZoomRatio(meta, instanceId);
+    MetadataUpdateBeautyData(meta, instanceId);
+    MetedataUpdateVideoTrackAFQualityData(meta, instanceId);
+    MetedataUpdateSatInfo(meta, instanceId);
+    MetadataUpdateFocalLength35mm(meta, instanceId, provider);
+    provider->mergeStaticMetadata(meta);
+}

@@ -1,0 +1,54 @@
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
+#include "platform/DevicePath.h"
+#include "platform/IHalSensorList.h"
+#include "platform/Properties.h"
+#include "platforminfo/CFile.h"
+#include "platforminfo/CamCalAllData.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/Log.h"
+#include "platforminfo/Lookup.h"
+#include "platforminfo/SensorWalk.h"
+
+namespace {
+
+constexpr const char* kDumpFolder = "/data/vendor/camera";
+
+void WriteAsText(const CamCalAllData& image, std::FILE* file) {
+    for (std::uint32_t i = 0; i < image.dataSize; ++i) {
+        std::fprintf(file, "0x%04x = 0x%02x\n", i, image.data[i]);
+    }
+}
+
+}  // namespace
+
+int CameraPlatformInfoZelvan::DumpEepromRawData() {
+    const NSCam::IHalSensorList* const sensors = NSCam::IHalSensorList::get();
+    if (property_get_int32("vendor.debug.camera.eeprom_dump", 0) == 0) {
+        return 0;
+    }
+    LOGI("DumpEepromRawData +");
+    if (sensors != nullptr) {
+        for (SensorWalk sensor(*this, *sensors); sensor.next();) {
+            const char* const* const roleName =
+                FindRow(__func__, "mRoleId2ModuleName", mRoleId2ModuleName, sensor.roleId());
+            if (roleName == nullptr) {
+                return -1;
+            }
+            char path[64];
+            std::snprintf(path, sizeof(path), "%s/eeprom_raw_data_dump_%s", kDumpFolder, *roleName);
+            const CamCalAllData* const image = GetCamCalAllData(sensor.roleId());
+            if (image == nullptr) {
+                continue;
+            }
+            const CFilePtr file = OpenForWriting(DevicePath(path).c_str());
+            if (file != nullptr) {
+                WriteAsText(*image, file.get());
+            }
+        }
+    }
+    LOGI("DumpEepromRawData -");
+    return 0;
+}

@@ -1,0 +1,63 @@
+// Steps of the sequence and updaters of the device walk that are still to come. Each keeps its place in the
+// order.
+
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+
+int CameraPlatformInfoZelvan::SetModuleInfoProp() {
+    return 0;
+}
+int CameraPlatformInfoZelvan::SetFuseIdProp() {
+    return 0;
+}
+int CameraPlatformInfoZelvan::SetSensorInfoProp() {
+    return 0;
+}
+int CameraPlatformInfoZelvan::SetAFInfoProp() {
+    return 0;
+}
+void CameraPlatformInfoZelvan::setDataBinGroupProperty() {}
+void CameraPlatformInfoZelvan::OverriderDualCamCalData() {}
+void CameraPlatformInfoZelvan::OverriderOisCamCalData() {}
+int CameraPlatformInfoZelvan::MetedataUpdateCalibData(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetadataUpdateCalibrationToolTag(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetadataUpdateScaler(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetadataUpdateFakeSatSizes(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetadataUpdateSmartFOVZoomRatio(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetedataUpdateSatInfo(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::UpdateBokehOptimalSizeInfo(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetadataUpdateHDHDR(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetedataUpdateVideoStabilizationData(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetedataUpdateVNQualityData(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetedataUpdateVideoTrackAFQualityData(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetadataUpdateBeautyData(NSCam::IMetadata&, int) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::MetadataUpdateFocalLength35mm(NSCam::IMetadata&, int,
+                                                            NSCam::IMetadataProvider*) {
+    return 0;
+}
+int CameraPlatformInfoZelvan::UpdatePhotoStyleInfo(NSCam::IMetadata&, int) {
+    return 0;
+}

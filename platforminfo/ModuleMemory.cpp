@@ -1,0 +1,86 @@
+#include <cstdint>
+#include <cstring>
+
+#include "platform/CamCalDrv.h"
+#include "platform/IHalSensorList.h"
+#include "platforminfo/CamCalAllData.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/EepromLayout.h"
+#include "platforminfo/Log.h"
+
+CamCalAllData* CameraPlatformInfoZelvan::GetCamCalAllData(int roleId) {
+    const CamCalDrvBase* const driver = CamCalDrvBase::createInstance();
+    NSCam::SensorStaticInfo sensorInfo;
+    LOGI("enter");
+    const int sensorIdx = GetSensorIdxByRoleId(roleId);
+    if (sensorIdx < 0) {
+        LOGE("GetSensorIdxByRoleId(%d) error!", roleId);
+        return nullptr;
+    }
+    const auto [cached, isNew] = mCamCalData.try_emplace(roleId);
+    CamCalAllDataPtr& image = cached->second;
+    if (isNew) {
+        image = MakeCamCalAllData();
+        const NSCam::IHalSensorList* const sensors = NSCam::IHalSensorList::get();
+        if (image != nullptr && sensors != nullptr) {
+            const unsigned devBit = 1U << (static_cast<unsigned>(sensorIdx) & 31U);
+            sensors->querySensorStaticInfo(devBit, sensorInfo);
+            LOGI("sensorIdx = 0x%x, dualDevId = 0x%x, sensorId = 0x%x", static_cast<unsigned>(sensorIdx),
+                 devBit, sensorInfo.sensorId);
+            NSCam::CamCalHelper* const helper = NSCam::CamCalHelper::getInstance();
+            const std::uint32_t read = driver == nullptr || helper == nullptr
+                                           ? 0
+                                           : helper->readMemory(sensorInfo.sensorId, devBit, 0,
+                                                                kEepromImageSize, image->data.data());
+            image->dataSize = kEepromImageSize;
+            if (read != kEepromImageSize) {
+                LOGE("GetCamCalCalDataV2 get all data error : roleID = %d", roleId);
+                image.reset();
+            }
+        }
+    }
+    LOGI("exit");
+    return image.get();
+}
+
+int CameraPlatformInfoZelvan::MemCpyCamCalData(int roleId, void* dst, int offset, int size) {
+    const auto copy = [&](const char* function) {
+        if (dst == nullptr) {
+            return -1;
+        }
+        const CamCalAllData* const image = GetCamCalAllData(roleId);
+        if (image == nullptr) {
+            LOG_AS(ANDROID_LOG_ERROR, function, "calAllData is NULL!");
+            return -1;
+        }
+        const std::uint32_t end = static_cast<std::uint32_t>(offset) + static_cast<std::uint32_t>(size);
+        if (offset < 0 || size < 0 || end > image->dataSize) {
+            LOG_AS(ANDROID_LOG_ERROR, function, "(offset + size) = %d, calAllData->dataSize = %d",
+                   static_cast<int>(end), static_cast<int>(image->dataSize));
+            return -1;
+        }
+        std::memcpy(dst, image->data.data() + offset, static_cast<std::size_t>(size));
+        return 0;
+    };
+    LOGI("enter");
+    const int ret = copy(__func__);
+    LOGI("exit : ret = %d", ret);
+    return ret;
+}
+
+int CameraPlatformInfoZelvan::ReadIdentityByte(int roleId, int offset) {
+    std::uint8_t value = 0;
+    return MemCpyCamCalData(roleId, &value, offset, 1) < 0 ? 255 : value;
+}
+
+int CameraPlatformInfoZelvan::GetVendorId(int roleId) {
+    return ReadIdentityByte(roleId, kVendorIdOffset);
+}
+
+int CameraPlatformInfoZelvan::GetLensId(int roleId) {
+    return ReadIdentityByte(roleId, kLensIdOffset);
+}
+
+int CameraPlatformInfoZelvan::GetSensorId(int roleId) {
+    return ReadIdentityByte(roleId, kSensorIdOffset);
+}

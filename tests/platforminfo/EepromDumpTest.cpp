@@ -1,0 +1,73 @@
+#include <sys/stat.h>
+
+#include <gmock/gmock.h>
+
+#include "tests/support/SmallPhones.h"
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kEeprom = R"("eeprom": {"bytes": {"0": "0A10", "16383": "FE"}})";
+const std::string kDump = "/data/vendor/camera/eeprom_raw_data_dump_";
+
+/// Phone keys with a value for the property that asks for the dump.
+std::string Asked(const std::string& value, const std::string& faults = "") {
+    return R"("properties": {"vendor.debug.camera.eeprom_dump": ")" + value + R"("}, "faults": {)" + faults +
+           "}";
+}
+
+std::vector<std::string> ChangedPaths(TestPhone& phone) {
+    std::vector<std::string> paths;
+    for (const virtualphone::ChangedFile& file : phone.phone().changedFiles()) {
+        paths.push_back(file.path);
+    }
+    return paths;
+}
+
+TEST(EepromDump, OneLineAByteAndAFileAModule) {
+    TestPhone phone(PhoneOf({{7, kEeprom}, {1}, {2}, {3, kEeprom}}, Asked("1")));
+    TestPlugin plugin;
+    plugin.mCamCalData[20] = MakeCamCalAllData();
+    phone.write(kDump + "back_main", std::vector<std::uint8_t>(300000, 'x'));
+    // A pipe that nobody reads is passed over.
+    ASSERT_EQ(mkfifo((phone.phone().root().string() + kDump + "back_ultra").c_str(), 0600), 0);
+    EXPECT_EQ(plugin.DumpEepromRawData(), 0);
+    EXPECT_THAT(phone.logOf("DumpEepromRawData"),
+                ElementsAre("I DumpEepromRawData +", "I DumpEepromRawData -"));
+    EXPECT_THAT(ChangedPaths(phone), ElementsAre(kDump + "back_main", kDump + "back_tele"));
+    EXPECT_THAT(phone.file(kDump + "back_tele"), IsEmpty());
+    const std::vector<std::uint8_t> bytes = phone.file(kDump + "back_main");
+    const std::string text(bytes.begin(), bytes.end());
+    EXPECT_EQ(text.size(), 16384U * 14);
+    EXPECT_THAT(text, testing::StartsWith("0x0000 = 0x0a\n0x0001 = 0x10\n0x0002 = 0x00\n"));
+    EXPECT_THAT(text, testing::EndsWith("0x3ffe = 0x00\n0x3fff = 0xfe\n"));
+}
+
+TEST(EepromDump, EndsEarly) {
+    const std::string noList = PhoneOf({{7, kEeprom}}, Asked("1", R"("sensorList": true)"));
+    const std::string three = PhoneOf({{7, kEeprom}, {99}, {2, kEeprom}}, Asked("1"));
+    const std::string start = "I DumpEepromRawData +";
+    const struct {
+        std::string phone;
+        int result;
+        std::vector<std::string> log;
+        std::size_t files;
+    } kCases[] = {
+        {PhoneOf({{7, kEeprom}}, Asked("0")), 0, {}, 0},
+        {PhoneOf({{7, kEeprom}}, Asked("yes")), 0, {}, 0},
+        {noList, 0, {start, "I DumpEepromRawData -"}, 0},
+        {three, -1, {start, "E find mRoleId2ModuleName[-1] error!"}, 1},
+    };
+    for (const auto& [json, result, log, files] : kCases) {
+        TestPhone phone(json);
+        EXPECT_EQ(TestPlugin().DumpEepromRawData(), result);
+        EXPECT_EQ(phone.logOf("DumpEepromRawData"), log);
+        EXPECT_THAT(ChangedPaths(phone), testing::SizeIs(files));
+    }
+}
+
+}  // namespace

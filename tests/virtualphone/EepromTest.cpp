@@ -1,0 +1,152 @@
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "platform/CamCalDrv.h"
+#include "tests/support/Describe.h"
+#include "tests/support/TestPhone.h"
+
+namespace {
+
+constexpr std::uint32_t kImageSize = 16384;
+constexpr std::uint8_t kUntouched = 0xEE;
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct Read {
+    std::uint32_t returned;
+    Bytes bytes;
+};
+
+/// Reads the module of sensor index 0 into a buffer of exactly `length` bytes.
+Read ReadModule(std::uint32_t offset = 0, std::uint32_t length = kImageSize, unsigned deviceBit = 1) {
+    Bytes bytes(length, kUntouched);
+    const std::uint32_t returned =
+        NSCam::CamCalHelper::getInstance()->readMemory(1799, deviceBit, offset, length, bytes.data());
+    return {returned, bytes};
+}
+
+/// The bytes that differ from `fill`.
+std::map<std::size_t, int> Others(const Bytes& bytes, std::uint8_t fill) {
+    std::map<std::size_t, int> others;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (bytes[i] != fill) {
+            others[i] = bytes[i];
+        }
+    }
+    return others;
+}
+
+std::string PhoneWithEeprom(const std::string& eeprom) {
+    return R"({"sensors": [{"eeprom": )" + eeprom + "}]}";
+}
+
+TEST(Eeprom, FillThenBytesThenChecksums) {
+    const TestPhone phone(PhoneWithEeprom(R"({ "fill": 1, "bytes": { "8": "C28E 3D04", "0x43": "FF" },
+                                              "checksums": "halcyrion_semco_wide_imx707_eeprom" })"));
+    const Read read = ReadModule();
+    EXPECT_EQ(read.returned, kImageSize);
+    // A range of n ones has checksum n % 255 + 1; the header stays as it was written.
+    EXPECT_EQ(Others(read.bytes, 1), (std::map<std::size_t, int>{{8, 0xC2},
+                                                                 {9, 0x8E},
+                                                                 {10, 0x3D},
+                                                                 {11, 0x04},
+                                                                 {67, 28},
+                                                                 {1892, 20},
+                                                                 {3800, 88},
+                                                                 {8395, 233},
+                                                                 {8505, 75}}));
+}
+
+TEST(Eeprom, FileIsRawOrDumpTextAndTakesBytes) {
+    const virtualphone::TemporaryFolder folder;
+    std::ofstream(folder.path() / "raw") << "\x02\x03";
+    std::ofstream(folder.path() / "dump") << "0x0001 = 0xa5\r\n0x3fff = 0x5A\n";
+    std::ofstream(folder.path() / "full") << std::string(kImageSize, '\x07');
+    const struct {
+        const char* eeprom;
+        std::uint8_t fill;
+        std::map<std::size_t, int> others;
+    } kCases[] = {
+        {R"({"file": "raw"})", 0, {{0, 2}, {1, 3}}},
+        {R"({"file": "dump"})", 0, {{1, 0xA5}, {0x3FFF, 0x5A}}},
+        {R"({"file": "full", "bytes": {"16383": "08"}})", 7, {{16383, 8}}},
+        {"{}", 0, {}},
+    };
+    for (const auto& [eeprom, fill, others] : kCases) {
+        const virtualphone::PhoneDescription phone =
+            virtualphone::ParsePhone(PhoneWithEeprom(eeprom), folder.path(), "p.json");
+        const Bytes& image = phone.sensors.at(0).eeprom.value().image;
+        EXPECT_EQ(image.size(), kImageSize);
+        EXPECT_EQ(Others(image, fill), others) << eeprom;
+    }
+}
+
+TEST(Eeprom, ReadsStayInsideImageAndBuffer) {
+    const struct {
+        const char* eeprom;
+        std::uint32_t offset;
+        std::uint32_t length;
+        std::uint32_t returned;
+        std::size_t copied;
+    } kCases[] = {
+        {R"({"fill": 7})", 16380, 4, 4, 4},
+        {R"({"fill": 7})", 16380, 8, 4, 4},
+        {R"({"fill": 7})", 0xFFFFFFFF, 8, 0, 0},
+        {R"({"fill": 7, "readReturns": 100})", 0, 16384, 100, 100},
+        {R"({"fill": 7, "readReturns": 4294967295})", 0, 8, 4294967295, 8},
+    };
+    for (const auto& [eeprom, offset, length, returned, copied] : kCases) {
+        const TestPhone phone(PhoneWithEeprom(eeprom));
+        const Read read = ReadModule(offset, length);
+        Bytes expected(length, kUntouched);
+        std::fill_n(expected.begin(), copied, std::uint8_t{7});
+        EXPECT_EQ(read.returned, returned) << eeprom << " " << offset;
+        EXPECT_EQ(read.bytes, expected) << eeprom << " " << offset;
+    }
+}
+
+TEST(Eeprom, FailedReadsCountButNullDriversDoNot) {
+    {
+        TestPhone phone(R"({"sensors": [{}, {"eeprom": {}}]})");
+        EXPECT_EQ(ReadModule(0, 16, 1).returned, 0U);  // has no memory
+        EXPECT_EQ(ReadModule(0, 16, 4).returned, 0U);  // is no sensor
+        EXPECT_EQ(ReadModule(0, 16, 3).returned, 0U);  // is two devices
+        EXPECT_EQ(ReadModule(2, 16, 2).returned, 16U);
+        std::vector<std::string> reads;
+        for (const virtualphone::EepromRead& read : phone.record().eepromReads) {
+            reads.push_back(std::to_string(read.sensorId) + " " + std::to_string(read.deviceBit) + " " +
+                            std::to_string(read.offset) + " " + std::to_string(read.length));
+        }
+        EXPECT_THAT(reads, testing::ElementsAre("1799 1 0 16", "1799 4 0 16", "1799 3 0 16", "1799 2 2 16"));
+    }
+    const TestPhone broken(R"({"sensors": [{"eeprom": {}}], "faults": {"calibrationDriver": true}})");
+    EXPECT_EQ(NSCam::CamCalHelper::getInstance(), nullptr);
+    EXPECT_EQ(CamCalDrvBase::createInstance(), nullptr);
+}
+
+TEST(Eeprom, AutofocusRecordByDeviceBit) {
+    const TestPhone phone(R"({"sensors": [
+        {}, {"af": {"points": [[-5, 6]]}}, {"af": {"capable": true, "points": [[3000, 123], [100, 456]]}} ]})");
+    // "result capability distance,position distance,position"; the record starts out with marks of its own.
+    const auto read = [](unsigned deviceBit, CamCalRecordKind kind) {
+        CamCal3ARecord record{.capability = 99, .afPoints = {{{1, 1}, {1, 1}}}};
+        const int result = CamCalDrvBase::createInstance()->readRecord(deviceBit, kind, record);
+        std::string text = std::to_string(result) + " " + std::to_string(record.capability);
+        for (const CamCalAfPoint& point : record.afPoints) {
+            text += " " + std::to_string(point.distance) + "," + std::to_string(point.lensPosition);
+        }
+        return text;
+    };
+    EXPECT_EQ(read(1, CamCalRecordKind::ThreeA), "-1 99 1,1 1,1");
+    EXPECT_EQ(read(2, CamCalRecordKind::ThreeA), "0 0 -5,6 0,0");
+    EXPECT_EQ(read(4, CamCalRecordKind::ThreeA), "0 2 3000,123 100,456");
+    EXPECT_EQ(read(4, static_cast<CamCalRecordKind>(2)), "-1 99 1,1 1,1");
+    EXPECT_EQ(read(8, CamCalRecordKind::ThreeA), "-1 99 1,1 1,1");
+}
+
+}  // namespace

@@ -1,0 +1,165 @@
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "virtualphone/PhoneFile.h"
+#include "virtualphone/TemporaryFolder.h"
+
+namespace {
+
+/// The error of a phone whose side files lie in `folder`, without the file's name; "no error" for a good one.
+std::string ErrorOf(const std::string& json, const std::filesystem::path& folder = {}) {
+    try {
+        virtualphone::ParsePhone(json, folder, "p.json");
+    } catch (const virtualphone::PhoneFileError& error) {
+        const std::string text = error.what();
+        EXPECT_EQ(text.substr(0, 8), "p.json: ");
+        return text.substr(8);
+    }
+    return "no error";
+}
+
+std::string Repeat(const std::string& text, int count) {
+    std::string repeated;
+    for (int i = 0; i < count; ++i) {
+        repeated += (i == 0 ? "" : ",") + text;
+    }
+    return repeated;
+}
+
+TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
+    const struct {
+        std::string json;
+        const char* error;
+    } kCases[] = {
+        // The document.
+        {"[]", "expected an object, got an array"},
+        {R"({"a~/b": 1})",
+         "/a~0~1b: expected one of the keys name, properties, files, sensors, sensorAliases, logicalDevices, "
+         "sensorDeviceIndexes, staticMetadata, faults, got an unknown key"},
+        {R"({"faults": {"propertySet": [], "propertySet": []}})",
+         "/faults/propertySet: expected each key once, got it a second time"},
+        {R"({"name": null})", "/name: expected a text, got null"},
+        // Types and ranges of numbers.
+        {R"({"sensors": [7]})", "/sensors/0: expected an object, got 7"},
+        {R"({"sensors": [{"deviceBits": 4294967296}]})",
+         "/sensors/0/deviceBits: expected an integer from 0 to 4294967295, got 4294967296"},
+        {R"({"sensors": [{"deviceId": "7"}]})",
+         "/sensors/0/deviceId: expected an integer from -2147483648 to 2147483647, got \"7\""},
+        {R"({"sensors": [{"deviceId": "0x-7"}]})",
+         "/sensors/0/deviceId: expected an integer from -2147483648 to 2147483647, got \"0x-7\""},
+        {R"({"sensors": [{"captureSize": [1]}]})",
+         "/sensors/0/captureSize: expected a size as [width, height], got 1 elements"},
+        {R"({"sensors": [{"af": {"capable": 1}}]})", "/sensors/0/af/capable: expected true or false, got 1"},
+        {R"({"sensors": [{"modes": [)" + Repeat("[1, 1]", 21) + "]}]}",
+         "/sensors/0/modes: expected at most 20 elements, got 21"},
+        {R"({"sensors": [)" + Repeat("{}", 33) + "]}", "/sensors: expected at most 32 elements, got 33"},
+        {R"({"sensorAliases": {"0": {}}, "sensors": [{}]})",
+         "/sensorAliases/0: expected an index that is no sensor as the key, got 0"},
+        // Properties.
+        {R"({"properties": {"a": ")" + std::string(92, 'x') + "\"}}",
+         "/properties/a: expected a property value of at most 91 characters, got 92"},
+        {R"({"properties": {"a": "x\u0000"}})",
+         R"(/properties/a: expected a text without a zero byte, got "x\u0000")"},
+        // Files.
+        {R"({"files": {"a": {}}})",
+         "/files/a: expected an absolute path as the key, without \".\", \"..\" or empty parts, got another "
+         "path"},
+        {R"({"files": {"/a/../b": {}}})",
+         "/files/~1a~1..~1b: expected an absolute path as the key, without \".\", \"..\" or empty parts, got "
+         "another path"},
+        {R"({"files": {"/a": {"hex": "ABC"}}})",
+         "/files/~1a/hex: expected an even number of hexadecimal digits, got 3"},
+        {R"({"files": {"/a": {"fill": 0, "size": 67108865}}})",
+         "/files/~1a/size: expected an integer from 0 to 67108864, got 67108865"},
+        {R"({"files": {"/a": {"size": 1, "text": ""}}})",
+         "/files/~1a: expected one of \"fill\" with \"size\", \"hex\", \"text\", \"file\", \"dualcal\" and "
+         "\"oiscal\", got 2 of them"},
+        {R"({"files": {"/a": {"dualcal": {"slave": ")" + std::string(512, '0') + "\"}}}}",
+         "/files/~1a/dualcal/slave: expected a fuse id of at most 255 bytes, got 256"},
+        // EEPROM images.
+        {R"({"sensors": [{"eeprom": {"fill": 1, "file": "x"}}]})",
+         R"(/sensors/0/eeprom: expected either "file" or "fill", got both)"},
+        {R"({"sensors": [{"eeprom": {"bytes": {"16383": "0000"}}}]})",
+         "/sensors/0/eeprom/bytes/16383: expected at most 1 bytes at this offset, got 2"},
+        {R"({"sensors": [{"eeprom": {"bytes": {"16": "00", "0x10": "00"}}}]})",
+         "/sensors/0/eeprom/bytes/0x10: expected each number once as a key, got it a second time"},
+        {R"({"sensors": [{"eeprom": {"checksums": "imx707"}}]})",
+         "/sensors/0/eeprom/checksums: expected an EEPROM layout, one of halcyrion_semco_wide_imx707_eeprom, "
+         "halcyrion_sunny_tele_ov50d_eeprom, halcyrion_aac_front_imx596_eeprom, "
+         "halcyrion_ofilm_uw_ov13b_eeprom, got \"imx707\""},
+        // Static metadata.
+        {R"({"staticMetadata": {"0": {"1": {"type": "double"}}}})",
+         "/staticMetadata/0/1/type: expected one of the types none, int32, int64, float, byte, memory, got "
+         "\"double\""},
+        {R"({"staticMetadata": {"0": {"1": {"type": "int32", "values": ["0xFFFFFFFF"]}}}})",
+         "/staticMetadata/0/1/values/0: expected an integer from -2147483648 to 2147483647, got "
+         "\"0xFFFFFFFF\""},
+        {R"({"staticMetadata": {"0": {"1": {"type": "float", "values": [1e39]}}}})",
+         "/staticMetadata/0/1/values/0: expected a number within single precision, \"NaN\", \"Infinity\" or "
+         "\"-Infinity\", got 1e+39"},
+    };
+    for (const auto& [json, error] : kCases) {
+        EXPECT_EQ(ErrorOf(json), error) << json;
+    }
+}
+
+TEST(PhoneFileErrors, SyntaxErrorsTellThePlace) {
+    EXPECT_THAT(ErrorOf(""), testing::StartsWith("expected JSON, got line 1, column 1: "));
+    EXPECT_THAT(ErrorOf("// a comment\n{\"sensors\": [{}, {\"modes\": [[1, 2], [3, \n]]}]}"),
+                testing::StartsWith("/sensors/1/modes/1/1: expected JSON, got line 3, column 1: "));
+    EXPECT_THAT(ErrorOf("{\"name\": \"\xFF\"}"), testing::StartsWith("/name: expected JSON, got line 1, "));
+    EXPECT_THAT(ErrorOf("{\"sensors\": [1e999]}"),
+                testing::StartsWith("/sensors/0: expected JSON, got number "));
+    EXPECT_EQ(ErrorOf("{\"name\": /* none */ \"\"}"), "no error");
+}
+
+TEST(PhoneFileErrors, SideFilesAreReadBeforeAnythingRuns) {
+    const virtualphone::TemporaryFolder folder;
+    const std::string path = folder.path().string();
+    std::filesystem::create_directory(folder.path() / "folder");
+    ASSERT_EQ(mkfifo((path + "/pipe").c_str(), 0600), 0);
+    std::ofstream(folder.path() / "large") << std::string(16385, 'x');
+    std::ofstream(folder.path() / "dump") << "0x0000 = 0x01\n0x4000 = 0x02\n";
+    const struct {
+        const char* file;
+        std::string error;
+    } kCases[] = {
+        {"none", "a readable file, got " + path + "/none: No such file or directory"},
+        {"folder", "a readable file, got " + path + "/folder: a folder"},
+        {"pipe", "a readable file, got " + path + "/pipe: neither a file nor a folder"},
+        {"large", "a file of at most 16384 bytes, or the text of a dump, got 16385 bytes"},
+        {"dump",
+         "an EEPROM dump of lines like \"0x0010 = 0xa5\" with offsets below 16384, got something else in "
+         "line 2 of the file"},
+    };
+    for (const auto& [file, error] : kCases) {
+        EXPECT_EQ(
+            ErrorOf(std::string(R"({"sensors": [{"eeprom": {"file": ")") + file + "\"}}]}", folder.path()),
+            "/sensors/0/eeprom/file: expected " + error);
+    }
+    EXPECT_EQ(ErrorOf(R"({"files": {"/a": {"file": "none"}}})", folder.path()),
+              "/files/~1a/file: expected " + kCases[0].error);
+}
+
+TEST(PhoneFileErrors, PhoneFileThatCannotBeRead) {
+    const virtualphone::TemporaryFolder folder;
+    const auto errorOf = [](const std::string& path) -> std::string {
+        try {
+            virtualphone::ReadPhoneFile(path);
+        } catch (const virtualphone::PhoneFileError& error) {
+            return error.what();
+        }
+        return "no error";
+    };
+    const std::string path = folder.path().string();
+    EXPECT_EQ(errorOf(path), path + ": expected a phone file, got a folder");
+    EXPECT_EQ(errorOf(path + "/none"), path + "/none: expected a phone file, got No such file or directory");
+    EXPECT_EQ(errorOf("/dev/zero"), "/dev/zero: expected a phone file, got more than 67108864 bytes");
+}
+
+}  // namespace

@@ -1,0 +1,150 @@
+#include <climits>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "platform/IHalSensorList.h"
+#include "platform/ILogicalDeviceList.h"
+#include "platform/ImgSensorDrv.h"
+#include "tests/support/TestPhone.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kPhone = R"({
+    "sensors": [
+        { "deviceBits": "0x11", "deviceId": 7, "sensorId": 1799, "pixelArray": [8192, 6144],
+          "captureSize": [4096, 3072], "modes": [[4096, 3072], [65535, 1]], "inSensorZoom": [1, 2] },
+        {},
+        { "deviceId": 7, "sensorId": 2 }
+    ],
+    "sensorAliases": { "4": { "deviceBits": 128, "deviceId": 9 }, "-1": {}, "31": { "deviceId": -3 } },
+    "logicalDevices": [ { "name": "BACK", "multiSensor": true, "sensorIds": [2, 0], "sensorBits": 5 }, {} ],
+    "sensorDeviceIndexes": { "2": 8 }
+})";
+
+/// "sensorId type order array capture".
+std::string InfoText(const NSCam::SensorStaticInfo& info) {
+    return std::to_string(info.sensorId) + " " + std::to_string(info.sensorType) + " " +
+           std::to_string(info.colorOrder) + " " + std::to_string(info.pixelArrayWidth) + "x" +
+           std::to_string(info.pixelArrayHeight) + " " + std::to_string(info.captureWidth) + "x" +
+           std::to_string(info.captureHeight);
+}
+
+TEST(Sensors, IndicesDeviceBitsAndIds) {
+    const TestPhone phone(kPhone);
+    const NSCam::IHalSensorList& list = *NSCam::IHalSensorList::get();
+    EXPECT_EQ(list.sensorCount(), 3);
+    const struct {
+        int index;
+        unsigned deviceBits;
+        int deviceId;
+    } kCases[] = {
+        {0, 0x11, 7},     {1, 2, 1},        {2, 4, 7},   {3, 0, -1},
+        {4, 128, 9},      {-1, 0, -1},      {-2, 0, -1}, {31, 0x80000000, -3},
+        {INT_MAX, 0, -1}, {INT_MIN, 0, -1},
+    };
+    for (const auto& [index, deviceBits, deviceId] : kCases) {
+        EXPECT_EQ(list.deviceBits(index), deviceBits) << index;
+        EXPECT_EQ(list.deviceId(index), deviceId) << index;
+    }
+}
+
+TEST(Sensors, StaticInformationByBitAndById) {
+    const TestPhone phone(kPhone);
+    const NSCam::IHalSensorList& list = *NSCam::IHalSensorList::get();
+    const struct {
+        unsigned deviceBit;
+        const char* info;
+    } kByBit[] = {
+        {1, "1799 255 255 8192x6144 4096x3072"},
+        {2, "0 255 255 0x0 0x0"},
+        {8, "65535 255 255 0x0 0x0"},
+        {0, "65535 255 255 0x0 0x0"},
+        {3, "65535 255 255 0x0 0x0"},
+    };
+    for (const auto& [deviceBit, expected] : kByBit) {
+        NSCam::SensorStaticInfo info;
+        list.querySensorStaticInfo(deviceBit, info);
+        EXPECT_EQ(InfoText(info), expected) << deviceBit;
+    }
+    ASSERT_NE(list.sensorStaticInfo(7), nullptr);
+    EXPECT_EQ(list.sensorStaticInfo(7)->sensorId, 1799U);  // of the first sensor with that id
+    EXPECT_EQ(list.sensorStaticInfo(9), nullptr);          // an alias is no sensor
+}
+
+TEST(Sensors, DriversAndObjects) {
+    const TestPhone phone(kPhone);
+    const auto driver = [](int index) {
+        return ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(index));
+    };
+    ASSERT_NE(driver(0), nullptr);
+    const ImgSensorDrvInfo& info = driver(0)->getDrvInfo();
+    EXPECT_EQ(info.outputWidth[0], 4096);
+    EXPECT_EQ(info.outputHeight[0], 3072);
+    EXPECT_EQ(info.outputWidth[1], 65535);
+    EXPECT_THAT(std::vector<int>(info.outputHeight.begin() + 2, info.outputHeight.end()), testing::Each(0));
+
+    NSCam::IHalSensorList& list = *NSCam::IHalSensorList::get();
+    ASSERT_NE(list.createSensor("me", 0), nullptr);
+    std::vector<std::int32_t> reply{9};
+    list.createSensor("me", 0)->sendCommand(1, 0x4035, 0, reply);
+    EXPECT_THAT(reply, ElementsAre(9));
+    list.createSensor("me", 0)->sendCommand(1, NSCam::SENSOR_CMD_GET_IN_SENSOR_ZOOM, 0, reply);
+    EXPECT_THAT(reply, ElementsAre(1, 2));
+    list.createSensor("me", 1)->sendCommand(1, NSCam::SENSOR_CMD_GET_IN_SENSOR_ZOOM, 0, reply);
+    EXPECT_THAT(reply, IsEmpty());
+    for (const int index : {3, 4, -1}) {
+        EXPECT_EQ(driver(index), nullptr) << index;
+        EXPECT_EQ(list.createSensor("me", index), nullptr) << index;
+    }
+}
+
+TEST(Sensors, LogicalDevices) {
+    const TestPhone phone(kPhone);
+    EXPECT_EQ(getMtkcamModuleFactory(0x30000), nullptr);
+    const NSCam::ILogicalDeviceList& list = *getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST)();
+    EXPECT_EQ(list.deviceCount(), 2);
+    EXPECT_THAT(list.sensorIds(0), ElementsAre(2, 0));
+    EXPECT_EQ(list.isMultiSensorDevice(0), 1U);
+    EXPECT_EQ(list.sensorBits(0), 5U);
+    EXPECT_EQ(list.deviceName(0), "BACK");
+    for (const int unknown : {1, 2, -1}) {
+        EXPECT_THAT(list.sensorIds(unknown), IsEmpty());
+        EXPECT_EQ(list.isMultiSensorDevice(unknown), 0U);
+        EXPECT_EQ(list.sensorBits(unknown), 0U);
+        EXPECT_EQ(list.deviceName(unknown), "");
+    }
+    EXPECT_EQ(list.sensorDeviceIndex(2), 8);
+    EXPECT_EQ(list.sensorDeviceIndex(0), 7);
+    EXPECT_EQ(list.sensorDeviceIndex(3), -1);
+}
+
+TEST(Sensors, Faults) {
+    const std::string sensors = R"("sensors": [{"deviceId": 7}, {}], "logicalDevices": [{}])";
+    {
+        const TestPhone phone("{" + sensors + R"(, "faults": {"moduleFactory": true, "sensorList": true}})");
+        EXPECT_EQ(getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST), nullptr);
+        EXPECT_EQ(NSCam::IHalSensorList::get(), nullptr);
+    }
+    const TestPhone phone(
+        "{" + sensors +
+        R"(, "faults": {"logicalDeviceList": true, "sensorList": false, "sensorDrivers": [0],
+                                          "sensorObjects": [1], "staticInfo": [7]}})");
+    EXPECT_EQ(getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST)(), nullptr);
+    EXPECT_EQ(ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(0)), nullptr);
+    EXPECT_NE(ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(1)), nullptr);
+    NSCam::IHalSensorList& list = *NSCam::IHalSensorList::get();
+    EXPECT_NE(list.createSensor("me", 0), nullptr);
+    EXPECT_EQ(list.createSensor("me", 1), nullptr);
+    EXPECT_EQ(list.sensorStaticInfo(7), nullptr);
+    EXPECT_NE(list.sensorStaticInfo(1), nullptr);
+    NSCam::SensorStaticInfo info;
+    list.querySensorStaticInfo(1, info);
+    EXPECT_EQ(info.sensorId, 0U) << "the query by device bit has no such fault";
+}
+
+}  // namespace

@@ -1,0 +1,73 @@
+#include <array>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <android/log.h>
+#include <gmock/gmock.h>
+
+#include "platform/CamCalDrv.h"
+#include "platform/DevicePath.h"
+#include "platform/IHalSensorList.h"
+#include "platform/ILogicalDeviceList.h"
+#include "platform/IMetadataProvider.h"
+#include "platform/ImgSensorDrv.h"
+#include "platform/Properties.h"
+#include "platform/ThirdCalibration.h"
+#include "tests/support/TestPhone.h"
+#include "virtualphone/VirtualPhone.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+TEST(VirtualPhone, WithoutOneThePlatformIsEmpty) {
+    { const TestPhone phone(R"({"properties": {"a": "1"}, "sensors": [{}], "logicalDevices": [{}]})"); }
+    EXPECT_EQ(getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST), nullptr);
+    EXPECT_EQ(NSCam::IHalSensorList::get(), nullptr);
+    EXPECT_EQ(ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(0)), nullptr);
+    EXPECT_EQ(CamCalDrvBase::createInstance(), nullptr);
+    EXPECT_EQ(NSCam::CamCalHelper::getInstance(), nullptr);
+    EXPECT_EQ(NSCam::NSMetadataProviderManager::valueForByDeviceId(0), nullptr);
+    EXPECT_EQ(DevicePath("/a"), "/a");
+    EXPECT_EQ(property_get_int32("a", 5), 5);
+    EXPECT_LT(property_set("a", "2"), 0);
+    std::array<unsigned char, 2> block{1, 2};
+    ThirdCalibration::set3rdCalibration(block.data(), 2);
+}
+
+TEST(VirtualPhone, OneAtATime) {
+    TestPhone first(R"({"name": "first"})");
+    EXPECT_THROW(TestPhone("{}"), std::logic_error);
+    // The refused one takes neither the place nor the log of the first.
+    __android_log_print(ANDROID_LOG_ERROR, "Tag", "still here");
+    EXPECT_THAT(first.errors(), ElementsAre("Tag: still here"));
+    EXPECT_EQ(DevicePath("/a"), first.phone().root().string() + "/a");
+}
+
+TEST(VirtualPhone, RecordsLogAndThirdCalibration) {
+    const int formerPriority = __android_log_get_minimum_priority();
+    {
+        TestPhone phone("{}");
+        __android_log_print(ANDROID_LOG_VERBOSE, "Other", "%s", "v");
+        __android_log_print(ANDROID_LOG_DEBUG, "CameraPlatformInfoZelvan", "(%d)[%s] a (b)", 12, "Run");
+        __android_log_print(ANDROID_LOG_ERROR, "CameraPlatformInfoZelvan", "(%d)[%s] c", 12, "Run");
+        EXPECT_THAT(phone.log(), ElementsAre("V Other: v", "D [Run] a (b)", "E [Run] c"));
+        EXPECT_THAT(phone.errors(), ElementsAre("[Run] c"));
+        EXPECT_EQ(phone.record().log[1].message, "(12)[Run] a (b)");
+
+        std::vector<unsigned char> block{1, 2, 3};
+        ThirdCalibration::set3rdCalibration(block.data(), 2);
+        block[0] = 9;
+        ThirdCalibration::set3rdCalibration(block.data(), 3);
+        ThirdCalibration::set3rdCalibration(nullptr, 3);
+        EXPECT_THAT(phone.record().thirdCalibration,
+                    ElementsAre(ElementsAre(1, 2), ElementsAre(9, 2, 3), testing::IsEmpty()));
+    }
+    EXPECT_EQ(__android_log_get_minimum_priority(), formerPriority);
+    testing::internal::CaptureStderr();
+    __android_log_print(ANDROID_LOG_ERROR, "Tag", "to the terminal");
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("to the terminal"));
+}
+
+}  // namespace

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <limits>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "virtualphone/JsonDocument.h"
+
+namespace virtualphone {
+
+/// One value of a phone file, with where it stands. Whatever is asked of it and does not hold raises a
+/// PhoneFileError that names the file, the JSON pointer and what was expected. Borrows the document.
+class JsonValue {
+  public:
+    using Reader = std::function<void(const JsonValue&)>;
+
+    JsonValue(const Json& value, std::string pointer, const std::string& fileName);
+
+    /// Raises the error that this value is not what it should be.
+    [[noreturn]] void fail(const std::string& expected) const;
+    [[noreturn]] void fail(const std::string& expected, const std::string& got) const;
+
+    bool boolean() const;
+    const std::string& text() const;
+    /// A text that C interfaces can carry: no zero byte in it.
+    const std::string& plainText() const;
+    /// A number, or one of the texts "NaN", "Infinity" and "-Infinity".
+    float floatingPoint() const;
+    /// Bytes in hexadecimal; blanks in it mean nothing.
+    std::vector<std::uint8_t> hex() const;
+
+    /// An integer of a type within std::int64_t, in decimal or as a text such as "0x8006000E".
+    template <std::integral Int>
+    Int integer(Int lowest = std::numeric_limits<Int>::min(),
+                Int highest = std::numeric_limits<Int>::max()) const {
+        return static_cast<Int>(integerWithin(lowest, highest));
+    }
+
+    /// An array of at most `most` elements.
+    std::vector<JsonValue> elements(std::size_t most = std::numeric_limits<std::size_t>::max()) const;
+
+    /// An object that has any of these keys and no other. The readers run in the order of the file.
+    void readKeys(std::initializer_list<std::pair<std::string_view, Reader>> readers) const;
+
+    /// An object whose keys are free.
+    std::vector<std::pair<std::string, JsonValue>> members() const;
+
+    /// An object whose keys are numbers, decimal or hexadecimal, each number once.
+    template <std::integral Int>
+    std::vector<std::pair<Int, JsonValue>> numberedMembers(
+        Int lowest = std::numeric_limits<Int>::min(), Int highest = std::numeric_limits<Int>::max()) const {
+        std::vector<std::pair<Int, JsonValue>> numbered;
+        std::set<Int> seen;
+        for (const auto& [key, value] : members()) {
+            const Int number = static_cast<Int>(value.keyWithin(key, lowest, highest));
+            if (!seen.insert(number).second) {
+                value.fail("each number once as a key", "it a second time");
+            }
+            numbered.emplace_back(number, value);
+        }
+        return numbered;
+    }
+
+  private:
+    std::int64_t integerWithin(std::int64_t lowest, std::int64_t highest) const;
+    std::int64_t keyWithin(const std::string& key, std::int64_t lowest, std::int64_t highest) const;
+    std::string describe() const;
+
+    const Json* mValue;
+    std::string mPointer;
+    const std::string* mFileName;
+};
+
+}  // namespace virtualphone

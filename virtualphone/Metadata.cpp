@@ -1,0 +1,135 @@
+#include <utility>
+
+#include <android/log.h>
+
+#include "platform/IMetadata.h"
+#include "virtualphone/PhoneState.h"
+
+namespace NSCam {
+
+IMetadata::Memory::Memory(const void* bytes, std::size_t size)
+    : mBytes(static_cast<const std::uint8_t*>(bytes), static_cast<const std::uint8_t*>(bytes) + size) {}
+
+std::size_t IMetadata::Memory::size() const {
+    return mBytes.size();
+}
+
+const std::uint8_t* IMetadata::Memory::array() const {
+    return mBytes.data();
+}
+
+std::uint8_t* IMetadata::Memory::editArray() {
+    return mBytes.data();
+}
+
+void IMetadata::Memory::resize(std::size_t size) {
+    mBytes.resize(size);
+}
+
+void IMetadata::Memory::append(const Memory& other) {
+    // By index and not by iterator: a blob may be appended to itself.
+    const std::size_t added = other.mBytes.size();
+    mBytes.reserve(mBytes.size() + added);
+    for (std::size_t i = 0; i < added; ++i) {
+        mBytes.push_back(other.mBytes[i]);
+    }
+}
+
+IMetadata::IEntry::IEntry(Tag_t tag) : mTag(tag) {}
+
+IMetadata::Tag_t IMetadata::IEntry::tag() const {
+    return mTag;
+}
+
+std::size_t IMetadata::IEntry::count() const {
+    return std::visit(
+        [](const auto& items) -> std::size_t {
+            if constexpr (std::is_same_v<decltype(items), const std::monostate&>) {
+                return 0;
+            } else {
+                return items.size();
+            }
+        },
+        mItems);
+}
+
+bool IMetadata::IEntry::isEmpty() const {
+    return count() == 0;
+}
+
+IMetadata::Type IMetadata::IEntry::type() const {
+    // The alternatives stand in the order of the types. Room that was reserved makes no type.
+    return isEmpty() ? Type::None : static_cast<Type>(mItems.index());
+}
+
+template <typename Item>
+void IMetadata::IEntry::reserve(std::size_t count) {
+    if (isEmpty() && !std::holds_alternative<std::vector<Item>>(mItems)) {
+        mItems.emplace<std::vector<Item>>();
+    }
+    if (auto* items = std::get_if<std::vector<Item>>(&mItems)) {
+        items->reserve(count);
+    }
+}
+
+template <typename Item>
+void IMetadata::IEntry::append(const Item& item) {
+    if (auto* items = std::get_if<std::vector<Item>>(&mItems)) {
+        items->push_back(item);
+    } else if (isEmpty()) {
+        mItems.emplace<std::vector<Item>>().push_back(item);
+    } else {
+        __android_log_print(ANDROID_LOG_ERROR, "VirtualPhone",
+                            "tag 0x%X: dropped an item of another type than the first", mTag);
+    }
+}
+
+template <typename Item>
+Item IMetadata::IEntry::itemAt(std::size_t index) const {
+    const auto* items = std::get_if<std::vector<Item>>(&mItems);
+    return items != nullptr && index < items->size() ? (*items)[index] : Item{};
+}
+
+#define INSTANTIATE_ITEM(Item)                                         \
+    template void IMetadata::IEntry::reserve<Item>(std::size_t count); \
+    template void IMetadata::IEntry::append<Item>(const Item& item);   \
+    template Item IMetadata::IEntry::itemAt<Item>(std::size_t index) const;
+
+INSTANTIATE_ITEM(std::int32_t)
+INSTANTIATE_ITEM(std::int64_t)
+INSTANTIATE_ITEM(float)
+INSTANTIATE_ITEM(unsigned char)
+INSTANTIATE_ITEM(IMetadata::Memory)
+
+#undef INSTANTIATE_ITEM
+
+int IMetadata::update(Tag_t tag, const IEntry& entry) {
+    if (const virtualphone::PhoneState* phone = virtualphone::CurrentPhone()) {
+        const auto& faults = phone->description.faults.metadataUpdate;
+        if (const auto fault = faults.find(tag); fault != faults.end()) {
+            return fault->second;
+        }
+    }
+    mEntries.insert_or_assign(tag, entry).first->second.mTag = tag;
+    return 0;
+}
+
+IMetadata::IEntry IMetadata::entryFor(Tag_t tag) const {
+    const auto found = mEntries.find(tag);
+    return found == mEntries.end() ? IEntry(tag) : found->second;
+}
+
+std::size_t IMetadata::count() const {
+    return mEntries.size();
+}
+
+std::vector<IMetadata::IEntry> IMetadata::entries() const {
+    std::vector<IEntry> entries;
+    entries.reserve(mEntries.size());
+    for (const auto& [tag, entry] : mEntries) {
+        entries.push_back(entry);
+    }
+    return entries;
+}
+
+}  // namespace NSCam

@@ -1,0 +1,66 @@
+#include "virtualphone/PhoneFile.h"
+
+#include <optional>
+
+#include "virtualphone/PhoneFileSections.h"
+#include "virtualphone/SideFile.h"
+
+namespace virtualphone {
+
+namespace {
+
+void ReadProperties(const JsonValue& value, PhoneDescription& phone) {
+    for (const auto& [name, property] : value.members()) {
+        if (name.empty() || name.find('\0') != std::string::npos) {
+            property.fail("a property name", name.empty() ? "an empty key" : "a key with a zero byte");
+        }
+        const std::string& text = property.plainText();
+        if (text.size() > kLongestPropertyValue) {
+            property.fail(
+                "a property value of at most " + std::to_string(kLongestPropertyValue) + " characters",
+                std::to_string(text.size()));
+        }
+        phone.properties[name] = text;
+    }
+}
+
+}  // namespace
+
+PhoneDescription ParsePhone(std::string_view json, const std::filesystem::path& folder,
+                            const std::string& fileName) {
+    const Json document = ParseJson(json, fileName);
+    PhoneDescription phone;
+    std::optional<JsonValue> aliases;
+    JsonValue(document, "", fileName)
+        .readKeys({
+            {"name", [&](const JsonValue& v) { phone.name = v.text(); }},
+            {"properties", [&](const JsonValue& v) { ReadProperties(v, phone); }},
+            {"files", [&](const JsonValue& v) { ReadFiles(v, folder, phone); }},
+            {"sensors", [&](const JsonValue& v) { ReadSensors(v, folder, phone); }},
+            {"sensorAliases", [&](const JsonValue& v) { aliases = v; }},
+            {"logicalDevices", [&](const JsonValue& v) { ReadLogicalDevices(v, phone); }},
+            {"sensorDeviceIndexes",
+             [&](const JsonValue& v) {
+                 for (const auto& [sensorId, deviceIndex] : v.numberedMembers<int>()) {
+                     phone.sensorDeviceIndexes[sensorId] = deviceIndex.integer<int>();
+                 }
+             }},
+            {"staticMetadata", [&](const JsonValue& v) { ReadStaticMetadata(v, phone); }},
+            {"faults", [&](const JsonValue& v) { ReadFaults(v, phone); }},
+        });
+    if (aliases) {
+        ReadSensorAliases(*aliases, phone);
+    }
+    return phone;
+}
+
+PhoneDescription ReadPhoneFile(const std::filesystem::path& path) {
+    const FileContent content = ReadWholeFile(path, /*regularOnly=*/false);
+    if (!content.error.empty()) {
+        throw PhoneFileError(path.string() + ": expected a phone file, got " + content.error);
+    }
+    return ParsePhone({reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size()},
+                      path.parent_path(), path.string());
+}
+
+}  // namespace virtualphone

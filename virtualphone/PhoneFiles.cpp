@@ -1,0 +1,124 @@
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "virtualphone/CalibrationFiles.h"
+#include "virtualphone/PhoneFileSections.h"
+#include "virtualphone/SideFile.h"
+
+namespace virtualphone {
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// Bytes that a phone file writes down: one byte repeated ("fill", "size"), or hexadecimal text ("hex").
+struct InlineBytes {
+    std::optional<std::uint8_t> fill;
+    std::optional<std::size_t> size;
+    std::optional<Bytes> hex;
+
+    std::pair<std::string_view, JsonValue::Reader> fillKey() {
+        return {"fill", [this](const JsonValue& v) { fill = v.integer<std::uint8_t>(); }};
+    }
+    std::pair<std::string_view, JsonValue::Reader> sizeKey() {
+        return {"size", [this](const JsonValue& v) { size = v.integer<std::uint32_t>(0, kLargestFile); }};
+    }
+    std::pair<std::string_view, JsonValue::Reader> hexKey() {
+        return {"hex", [this](const JsonValue& v) { hex = v.hex(); }};
+    }
+    bool isFill() const { return fill || size; }
+    Bytes bytes() const { return hex ? *hex : Bytes(size.value_or(0), fill.value_or(0)); }
+};
+
+Bytes ReadBlock(const JsonValue& value) {
+    InlineBytes block;
+    value.readKeys({block.fillKey(), block.sizeKey(), block.hexKey()});
+    if (block.hex && block.isFill()) {
+        value.fail(R"(either "hex" or "fill" and "size")", "both");
+    }
+    return block.bytes();
+}
+
+Bytes ReadFuseId(const JsonValue& value) {
+    Bytes fuseId = value.hex();
+    if (fuseId.size() > kLongestFuseId) {
+        value.fail("a fuse id of at most " + std::to_string(kLongestFuseId) + " bytes",
+                   std::to_string(fuseId.size()));
+    }
+    return fuseId;
+}
+
+Bytes ReadDualCalibration(const JsonValue& value) {
+    DualCalibrationFile file;
+    value.readKeys({
+        {"master", [&](const JsonValue& v) { file.masterFuseId = ReadFuseId(v); }},
+        {"slave", [&](const JsonValue& v) { file.slaveFuseId = ReadFuseId(v); }},
+        {"block", [&](const JsonValue& v) { file.block = ReadBlock(v); }},
+        {"crc", [&](const JsonValue& v) { file.crc = v.boolean(); }},
+    });
+    return Encode(file);
+}
+
+Bytes ReadOisCalibration(const JsonValue& value) {
+    OisCalibrationFile file;
+    value.readKeys({
+        {"version", [&](const JsonValue& v) { file.version = v.integer<std::uint8_t>(); }},
+        {"fuseId", [&](const JsonValue& v) { file.fuseId = ReadFuseId(v); }},
+        {"gainX", [&](const JsonValue& v) { file.gainX = v.integer<std::uint32_t>(); }},
+        {"gainY", [&](const JsonValue& v) { file.gainY = v.integer<std::uint32_t>(); }},
+    });
+    return Encode(file);
+}
+
+Bytes TextBytes(const std::string& text) {
+    return {text.begin(), text.end()};
+}
+
+/// The content of one file. An object without any key is an empty file.
+Bytes ReadContent(const JsonValue& value, const std::filesystem::path& folder) {
+    InlineBytes written;
+    std::optional<Bytes> made;
+    int kinds = 0;
+    const auto make = [&](Bytes bytes) {
+        made = std::move(bytes);
+        ++kinds;
+    };
+    value.readKeys({
+        written.fillKey(),
+        written.sizeKey(),
+        written.hexKey(),
+        {"text", [&](const JsonValue& v) { make(TextBytes(v.text())); }},
+        {"file", [&](const JsonValue& v) { make(ReadSideFile(v, folder)); }},
+        {"dualcal", [&](const JsonValue& v) { make(ReadDualCalibration(v)); }},
+        {"oiscal", [&](const JsonValue& v) { make(ReadOisCalibration(v)); }},
+    });
+    kinds += (written.isFill() ? 1 : 0) + (written.hex ? 1 : 0);
+    if (kinds > 1) {
+        value.fail(R"(one of "fill" with "size", "hex", "text", "file", "dualcal" and "oiscal")",
+                   std::to_string(kinds) + " of them");
+    }
+    return made ? std::move(*made) : written.bytes();
+}
+
+/// Whether a path is absolute and names one file in one way only.
+bool IsPhonePath(const std::string& path) {
+    const std::filesystem::path parsed(path);
+    return path.starts_with('/') && !path.ends_with('/') && path.find('\0') == std::string::npos &&
+           path.find("//") == std::string::npos && parsed == parsed.lexically_normal();
+}
+
+}  // namespace
+
+void ReadFiles(const JsonValue& value, const std::filesystem::path& folder, PhoneDescription& phone) {
+    for (const auto& [path, content] : value.members()) {
+        if (!IsPhonePath(path)) {
+            content.fail(R"(an absolute path as the key, without ".", ".." or empty parts)", "another path");
+        }
+        phone.files[path] = ReadContent(content, folder);
+    }
+}
+
+}  // namespace virtualphone

@@ -1,0 +1,119 @@
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "virtualphone/EepromImage.h"
+#include "virtualphone/PhoneFileSections.h"
+
+namespace virtualphone {
+
+namespace {
+
+/// Two numbers in an array.
+template <typename Int>
+std::array<Int, 2> ReadPair(const JsonValue& value, const char* expected) {
+    const std::vector<JsonValue> elements = value.elements();
+    if (elements.size() != 2) {
+        value.fail(expected, std::to_string(elements.size()) + " elements");
+    }
+    return {elements[0].integer<Int>(), elements[1].integer<Int>()};
+}
+
+PixelSize ReadSize(const JsonValue& value) {
+    const auto [width, height] = ReadPair<std::uint16_t>(value, "a size as [width, height]");
+    return {.width = width, .height = height};
+}
+
+AutofocusDescription ReadAutofocus(const JsonValue& value) {
+    AutofocusDescription autofocus;
+    value.readKeys({
+        {"capable", [&](const JsonValue& v) { autofocus.capable = v.boolean(); }},
+        {"points",
+         [&](const JsonValue& v) {
+             auto point = autofocus.points.begin();
+             for (const JsonValue& element : v.elements(autofocus.points.size())) {
+                 const auto [distance, lensPosition] =
+                     ReadPair<std::int32_t>(element, "a focus point as [distance, lens position]");
+                 *point++ = {.distance = distance, .lensPosition = lensPosition};
+             }
+         }},
+    });
+    return autofocus;
+}
+
+/// The device bits that an index has when the file does not say.
+std::uint32_t DefaultDeviceBits(int index) {
+    return index >= 0 && index < static_cast<int>(kMaxSensors) ? std::uint32_t{1} << index : 0;
+}
+
+SensorDescription ReadSensor(const JsonValue& value, int index, const std::filesystem::path& folder) {
+    SensorDescription sensor;
+    sensor.deviceBits = DefaultDeviceBits(index);
+    sensor.deviceId = index;
+    value.readKeys({
+        {"deviceBits", [&](const JsonValue& v) { sensor.deviceBits = v.integer<std::uint32_t>(); }},
+        {"deviceId", [&](const JsonValue& v) { sensor.deviceId = v.integer<int>(); }},
+        {"sensorId", [&](const JsonValue& v) { sensor.sensorId = v.integer<std::uint32_t>(); }},
+        {"pixelArray", [&](const JsonValue& v) { sensor.pixelArray = ReadSize(v); }},
+        {"captureSize", [&](const JsonValue& v) { sensor.captureSize = ReadSize(v); }},
+        {"modes",
+         [&](const JsonValue& v) {
+             auto mode = sensor.modes.begin();
+             for (const JsonValue& element : v.elements(sensor.modes.size())) {
+                 *mode++ = ReadSize(element);
+             }
+         }},
+        {"eeprom", [&](const JsonValue& v) { sensor.eeprom = ReadEeprom(v, folder); }},
+        {"af", [&](const JsonValue& v) { sensor.autofocus = ReadAutofocus(v); }},
+        {"inSensorZoom",
+         [&](const JsonValue& v) {
+             for (const JsonValue& element : v.elements()) {
+                 sensor.inSensorZoom.push_back(element.integer<std::int32_t>());
+             }
+         }},
+    });
+    return sensor;
+}
+
+}  // namespace
+
+void ReadSensors(const JsonValue& value, const std::filesystem::path& folder, PhoneDescription& phone) {
+    for (const JsonValue& element : value.elements(kMaxSensors)) {
+        phone.sensors.push_back(ReadSensor(element, static_cast<int>(phone.sensors.size()), folder));
+    }
+}
+
+void ReadSensorAliases(const JsonValue& value, PhoneDescription& phone) {
+    const int sensorCount = static_cast<int>(phone.sensors.size());
+    for (const auto& [index, element] : value.numberedMembers<int>()) {
+        if (index >= 0 && index < sensorCount) {
+            element.fail("an index that is no sensor as the key", std::to_string(index));
+        }
+        SensorAlias alias{.deviceBits = DefaultDeviceBits(index), .deviceId = index};
+        element.readKeys({
+            {"deviceBits", [&](const JsonValue& v) { alias.deviceBits = v.integer<std::uint32_t>(); }},
+            {"deviceId", [&](const JsonValue& v) { alias.deviceId = v.integer<int>(); }},
+        });
+        phone.sensorAliases[index] = alias;
+    }
+}
+
+void ReadLogicalDevices(const JsonValue& value, PhoneDescription& phone) {
+    for (const JsonValue& element : value.elements()) {
+        LogicalDeviceDescription device;
+        element.readKeys({
+            {"name", [&](const JsonValue& v) { device.name = v.text(); }},
+            {"multiSensor", [&](const JsonValue& v) { device.multiSensor = v.boolean(); }},
+            {"sensorIds",
+             [&](const JsonValue& v) {
+                 for (const JsonValue& sensorId : v.elements()) {
+                     device.sensorIds.push_back(sensorId.integer<int>());
+                 }
+             }},
+            {"sensorBits", [&](const JsonValue& v) { device.sensorBits = v.integer<std::uint32_t>(); }},
+        });
+        phone.logicalDevices.push_back(device);
+    }
+}
+
+}  // namespace virtualphone

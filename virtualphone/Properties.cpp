@@ -1,0 +1,73 @@
+#include "platform/Properties.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cinttypes>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "virtualphone/PhoneState.h"
+
+namespace {
+
+using virtualphone::CurrentPhone;
+using virtualphone::PhoneState;
+
+/// The value of a property; `fallback` where it is unset or there is no phone.
+std::string_view Value(const char* key, std::string_view fallback) {
+    const PhoneState* phone = CurrentPhone();
+    if (phone == nullptr || key == nullptr) {
+        return fallback;
+    }
+    const auto found = phone->properties.find(key);
+    return found == phone->properties.end() ? fallback : std::string_view(found->second);
+}
+
+bool Store(PhoneState& phone, const std::string& name, const std::string& value) {
+    const bool fixed = name.starts_with("ro.") && phone.properties.contains(name);
+    if (name.empty() || value.size() > virtualphone::kLongestPropertyValue || fixed ||
+        phone.description.faults.propertySet.contains(name)) {
+        return false;
+    }
+    phone.properties[name] = value;
+    return true;
+}
+
+}  // namespace
+
+int property_get(const char* key, char* value, const char* default_value) {
+    const std::string_view text = Value(key, default_value == nullptr ? "" : default_value);
+    const std::size_t length = std::min(text.size(), virtualphone::kLongestPropertyValue);
+    std::memcpy(value, text.data(), length);
+    value[length] = '\0';
+    return static_cast<int>(length);
+}
+
+std::int32_t property_get_int32(const char* key, std::int32_t default_value) {
+    const std::string text(Value(key, ""));
+    char* end = nullptr;
+    const int formerError = errno;
+    // Saturates far outside 32 bits, so an overflow needs no test of its own. Base 0 takes all three
+    // notations.
+    const std::intmax_t number = std::strtoimax(text.c_str(), &end, 0);
+    errno = formerError;
+    if (end == text.c_str() || number < std::numeric_limits<std::int32_t>::min() ||
+        number > std::numeric_limits<std::int32_t>::max()) {
+        return default_value;
+    }
+    return static_cast<std::int32_t>(number);
+}
+
+int property_set(const char* key, const char* value) {
+    PhoneState* phone = CurrentPhone();
+    if (phone == nullptr || key == nullptr) {
+        return -1;
+    }
+    const std::string name = key;
+    const std::string text = value == nullptr ? "" : value;
+    const bool stored = Store(*phone, name, text);
+    phone->record.properties.push_back({.name = name, .value = text, .stored = stored});
+    return stored ? 0 : -1;
+}

@@ -1,0 +1,30 @@
+#include "virtualphone/SensorDrivers.h"
+
+#include "virtualphone/PhoneState.h"
+
+namespace virtualphone {
+
+SensorDriver::SensorDriver(const SensorDescription& sensor) {
+    for (std::size_t mode = 0; mode < sensor.modes.size(); ++mode) {
+        mInfo.outputWidth[mode] = sensor.modes[mode].width;
+        mInfo.outputHeight[mode] = sensor.modes[mode].height;
+    }
+}
+
+SensorDrivers::SensorDrivers(const PhoneDescription& phone)
+    : mPhone(phone), mDrivers(phone.sensors.begin(), phone.sensors.end()) {}
+
+ImgSensorDrv* SensorDrivers::driver(int sensorIndex) {
+    if (sensorIndex < 0 || sensorIndex >= static_cast<int>(mDrivers.size()) ||
+        mPhone.faults.sensorDrivers.contains(sensorIndex)) {
+        return nullptr;
+    }
+    return &mDrivers[static_cast<std::size_t>(sensorIndex)];
+}
+
+}  // namespace virtualphone
+
+ImgSensorDrv* ImgSensorDrv::getInstance(IMGSENSOR_SENSOR_IDX sensorIndex) {
+    virtualphone::PhoneState* phone = virtualphone::CurrentPhone();
+    return phone == nullptr ? nullptr : phone->sensorDrivers.driver(sensorIndex);
+}

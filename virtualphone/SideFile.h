@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "virtualphone/JsonValue.h"
+
+namespace virtualphone {
+
+/// Largest file that is read or made: far beyond any file of a phone, and no threat to memory.
+inline constexpr std::size_t kLargestFile = std::size_t{64} << 20;
+
+/// A whole file, or why there is none.
+struct FileContent {
+    std::vector<std::uint8_t> bytes;
+    std::string error;  ///< empty: the file has been read
+};
+
+/// Reads a file of at most kLargestFile bytes. Folders are refused, and with `regularOnly` pipes and devices
+/// too.
+FileContent ReadWholeFile(const std::filesystem::path& path, bool regularOnly);
+
+/// Reads the file that a phone file names; a relative path starts at `folder`.
+/// @throws PhoneFileError when it cannot be read.
+std::vector<std::uint8_t> ReadSideFile(const JsonValue& name, const std::filesystem::path& folder);
+
+}  // namespace virtualphone

@@ -1,0 +1,10 @@
+#include "platform/ThirdCalibration.h"
+
+#include "virtualphone/PhoneState.h"
+
+void ThirdCalibration::set3rdCalibration(unsigned char* data, int length) {
+    if (virtualphone::PhoneState* phone = virtualphone::CurrentPhone()) {
+        const int size = data == nullptr || length < 0 ? 0 : length;
+        phone->record.thirdCalibration.emplace_back(data, data + size);
+    }
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <iosfwd>
+
+#include "zvcam/Boot.h"
+
+namespace zvcam {
+
+/// Prints what a boot published for a person at a terminal. Long lists and blobs are shortened, with a count.
+void PrintSummary(std::ostream& out, const BootOutcome& outcome);
+
+}  // namespace zvcam
