@@ -3,19 +3,6 @@
 
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 
-int CameraPlatformInfoZelvan::SetModuleInfoProp() {
-    return 0;
-}
-int CameraPlatformInfoZelvan::SetFuseIdProp() {
-    return 0;
-}
-int CameraPlatformInfoZelvan::SetSensorInfoProp() {
-    return 0;
-}
-int CameraPlatformInfoZelvan::SetAFInfoProp() {
-    return 0;
-}
-void CameraPlatformInfoZelvan::setDataBinGroupProperty() {}
 void CameraPlatformInfoZelvan::OverriderDualCamCalData() {}
 void CameraPlatformInfoZelvan::OverriderOisCamCalData() {}
 int CameraPlatformInfoZelvan::MetedataUpdateCalibData(NSCam::IMetadata&, int) {
