@@ -3,14 +3,6 @@
 
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 
-void CameraPlatformInfoZelvan::OverriderDualCamCalData() {}
-void CameraPlatformInfoZelvan::OverriderOisCamCalData() {}
-int CameraPlatformInfoZelvan::MetedataUpdateCalibData(NSCam::IMetadata&, int) {
-    return 0;
-}
-int CameraPlatformInfoZelvan::MetadataUpdateCalibrationToolTag(NSCam::IMetadata&, int) {
-    return 0;
-}
 int CameraPlatformInfoZelvan::MetadataUpdateScaler(NSCam::IMetadata&, int) {
     return 0;
 }

@@ -1,0 +1,164 @@
+#include "calibration/CalibrationTags.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "calibration/DualCameraCalDataInfo.h"
+#include "platform/ILogicalDeviceList.h"
+#include "platform/IMetadata.h"
+#include "platform/ThirdCalibration.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/Log.h"
+#include "platforminfo/PlatformAccess.h"
+#include "platforminfo/TagWriter.h"
+
+using NSCam::IMetadata;
+
+namespace {
+
+/// What stands before the block in the SAT payload, as the platform's 32-bit integers lie in memory.
+struct SatPayloadHeader {
+    std::uint32_t roles;   ///< slave role in the low half, master role in the high half
+    std::uint32_t length;  ///< of the block, bytes
+};
+static_assert(sizeof(SatPayloadHeader) == 8);
+
+SatPayloadHeader MakeSatPayloadHeader(const DualCameraCalDataInfo& pair) {
+    return {.roles = static_cast<std::uint32_t>(pair.masterCameraRole) << 16 |
+                     (static_cast<std::uint32_t>(pair.slaveCameraRole) & 0xFFFFU),
+            .length = static_cast<std::uint32_t>(pair.length)};
+}
+
+/// Whether the pair is made of these two roles, in either order.
+bool IsPairOf(const DualCameraCalDataInfo& pair, int first, int second) {
+    return (pair.masterCameraRole == first && pair.slaveCameraRole == second) ||
+           (pair.masterCameraRole == second && pair.slaveCameraRole == first);
+}
+
+std::vector<std::string_view> SplitAtSemicolons(std::string_view text) {
+    std::vector<std::string_view> parts;
+    for (;;) {
+        const std::size_t end = text.find(';');
+        parts.push_back(text.substr(0, end));
+        if (end == std::string_view::npos) {
+            return parts;
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+/// Role of the single-sensor device with this chip, or -1.
+int RoleOfChip(const RoleIdDescMap& devices, std::string_view chip) {
+    const auto found = std::find_if(devices.begin(), devices.end(), [chip](const auto& row) {
+        return row.second.sensorNames != nullptr && row.second.sensorNames == chip;
+    });
+    return found == devices.end() ? -1 : found->second.roleId;
+}
+
+/// Only names of two components or more can be matched.
+bool HasTwoUnderscores(const std::string& name) {
+    return std::count(name.begin(), name.end(), '_') >= 2;
+}
+
+/// Stores the block under the bokeh tag.
+int UpdateBokehBlock(const char* function, IMetadata& meta, const IMetadata::Memory& block) {
+    return UpdateTag(function, meta, MakeEntry<IMetadata::Memory>(ZELVAN_BOKEH_CALIBRATION_DATA, {block}));
+}
+
+}  // namespace
+
+int CameraPlatformInfoZelvan::GetDualCameraCalDataInfo(const RoleIdDesc& desc, DualCameraCalDataInfo& info) {
+    LOGI("enter");
+    LOGD("split dual camera sensorName");
+    const std::vector<std::string_view> chips =
+        SplitAtSemicolons(desc.sensorNames == nullptr ? "" : desc.sensorNames);
+    LOGD("map sensorName to roleId");
+    const int first = RoleOfChip(DeviceId2RoleId, chips[0]);
+    const int second = chips.size() < 2 ? -1 : RoleOfChip(DeviceId2RoleId, chips[1]);
+    LOGD("map roldId to dualCameraCalibPath");
+    for (const DualCameraCalDataInfo& pair : kDualCameraPairs) {
+        if (IsPairOf(pair, first, second)) {
+            info = pair;
+        }
+    }
+    return 0;
+}
+
+int CameraPlatformInfoZelvan::MetedataUpdateCalibData(IMetadata& meta, int instanceId) {
+    LOGI("enter");
+    const NSCam::ILogicalDeviceList* const devices =
+        GetLogicalDeviceList(__func__, "Cannot get sensor device list");
+    if (devices == nullptr) {
+        return -1;
+    }
+    if ((devices->isMultiSensorDevice(instanceId) & 1U) == 0) {
+        LOGI("exit");
+        return 0;
+    }
+    if (FindDevice(__func__, instanceId) == nullptr) {
+        return -1;
+    }
+    const std::string name = devices->deviceName(instanceId);
+    const auto match = std::find_if(DeviceId2RoleId.begin(), DeviceId2RoleId.end(), [&](const auto& row) {
+        return HasTwoUnderscores(name) && row.second.drvName != nullptr &&
+               matchDrvNameToPlatformDrvName(row.second.drvName, name.c_str());
+    });
+    if (match == DeviceId2RoleId.end() || match->first == -1) {
+        LOGE("Cannot find match device!");
+        return -1;
+    }
+    LOGI("match logical id %d for dual cam", match->first);
+
+    DualCameraCalDataInfo pair{};
+    GetDualCameraCalDataInfo(match->second, pair);
+    IMetadata::Memory block;
+    block.resize(static_cast<std::size_t>(pair.length));
+    if (!GetCalibDataFromDumpFile(pair.dumpPath, block.editArray(), pair.length)) {
+        LOGE("read dual camera calib data failded!");
+        return -1;
+    }
+
+    switch (match->second.roleId) {
+        case camera_role::kSat: {
+            const SatPayloadHeader header = MakeSatPayloadHeader(pair);
+            IMetadata::Memory payload(&header, sizeof(header));
+            payload.append(block);
+            if (UpdateTag(__func__, meta,
+                          MakeEntry<IMetadata::Memory>(ZELVAN_SAT_CALIBRATION_DATA, {payload})) != 0) {
+                return -1;
+            }
+            // The labels are shifted against the values, and the last value has no label.
+            LOGD(
+                "masterCameraRole:%d, slaveCameraRole:%d, dualCamDataLength:%d, pType:%d, pSize:%d, "
+                "dualdataArray.size:%d",
+                pair.masterCameraRole, pair.slaveCameraRole, pair.length,
+                static_cast<int>(header.roles & 0xFFU), static_cast<int>(header.length & 0xFFU),
+                block.size() == 0 ? 0 : static_cast<int>(block.array()[0]));
+            break;
+        }
+        case camera_role::kTeleBokeh:
+            ThirdCalibration::set3rdCalibration(block.editArray(), pair.length);
+            if (UpdateBokehBlock(__func__, meta, block) != 0) {
+                return -1;
+            }
+            LOGD("RoleIdRearBokeh masterCameraRole:%d, slaveCameraRole:%d, length:%d, calibData:%p",
+                 pair.masterCameraRole, pair.slaveCameraRole, pair.length,
+                 static_cast<const void*>(block.array()));
+            break;
+        case camera_role::kFrontBokeh:
+            if (UpdateBokehBlock(__func__, meta, block) != 0) {
+                return -1;
+            }
+            LOGD("RoleIdFrontBokeh masterCameraRole:%d, slaveCameraRole:%d, length:%d, calibData:%p",
+                 pair.masterCameraRole, pair.slaveCameraRole, pair.length,
+                 static_cast<const void*>(block.array()));
+            break;
+        default:
+            break;
+    }
+    LOGI("exit");
+    return 0;
+}

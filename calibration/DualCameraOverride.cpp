@@ -1,0 +1,75 @@
+#include <algorithm>
+#include <cstddef>
+#include <map>
+
+#include "calibration/DualCameraCalDataInfo.h"
+#include "platform/Properties.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/Log.h"
+
+namespace {
+
+constexpr unsigned long kDualCameraBin = 1UL << 0;
+
+constexpr const char* kStateProperty = "persist.vendor.camera.zv.dualcal.state";
+constexpr const char* kDetailProperty = "persist.vendor.camera.zv.dualcal.detail";
+
+enum Source : int { kPersist = 0, kGolden = 2 };
+
+/// Pairs that were served, as master role and source. Pairs share their master, so a role may stand twice.
+using Sources = std::multimap<int, int>;
+
+/// Which side of the phone lost its persist files: "20" front, "2" back, "22" both.
+const char* LostDetail(const Sources& lost) {
+    const auto isFront = [](const auto& pair) {
+        return pair.first == camera_role::kFrontMain || pair.first == camera_role::kFrontAux;
+    };
+    if (std::all_of(lost.begin(), lost.end(), isFront)) {
+        return "20";
+    }
+    return std::none_of(lost.begin(), lost.end(), isFront) ? "2" : "22";
+}
+
+}  // namespace
+
+void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
+    LOGI("enter");
+    mDataBinExistMask &= ~kDualCameraBin;
+    Sources sources;
+    bool unresolved = false;
+    for (const DualCameraCalDataInfo& pair : kDualCameraPairs) {
+        if (DualCameraDataFromEeprom(pair)) {
+            continue;
+        }
+        if (DualCameraDataFromPersist(pair)) {
+            sources.emplace(pair.masterCameraRole, kPersist);
+        } else if (DualCameraDataFromGolden(pair)) {
+            sources.emplace(pair.masterCameraRole, kGolden);
+        } else {
+            LOGE("error!");
+            unresolved = true;
+        }
+    }
+
+    const std::size_t total = sources.size();
+    std::erase_if(sources, [](const auto& pair) { return pair.second == kPersist; });
+    const Sources& lost = sources;
+    if (total == 0) {
+        property_set(kStateProperty, "3");
+    } else if (lost.empty()) {
+        property_set(kStateProperty, "0");
+        property_set(kDetailProperty, "0");
+    } else {
+        LOGE("Fatal Error: calibration persist file lost!");
+        property_set(kStateProperty, "2");
+        for (const auto& [roleId, source] : lost) {
+            LOGE("CameraRoleId %d lost persist file", roleId);
+        }
+        property_set(kDetailProperty, LostDetail(lost));
+    }
+
+    if (!unresolved) {
+        mDataBinExistMask |= kDualCameraBin;
+    }
+    LOGI("exit");
+}

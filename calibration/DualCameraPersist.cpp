@@ -1,0 +1,136 @@
+#include <algorithm>
+#include <cstddef>
+#include <dirent.h>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "calibration/DualCameraCalDataInfo.h"
+#include "calibration/calibrationdata.h"
+#include "platform/DevicePath.h"
+#include "platform/IHalSensorList.h"
+#include "platform/Properties.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/FuseIdText.h"
+#include "platforminfo/Log.h"
+#include "platforminfo/Lookup.h"
+#include "platforminfo/PlatformAccess.h"
+#include "platforminfo/SensorWalk.h"
+
+namespace {
+
+constexpr const char* kPersistFolder = "/mnt/vendor/persist/camera/";
+
+struct DirCloser {
+    void operator()(DIR* dir) const { closedir(dir); }
+};
+
+bool IsCalibrationFileName(const std::string& name) {
+    return name.find("bin") != std::string::npos && name.find("dcal") != std::string::npos;
+}
+
+/// Whether the roles that a file's fuse ids name belong to the pair, in either order. A file may name only
+/// one of its sensors; then that one must belong to the pair.
+bool BelongsToPair(const CalibrationData& file, int master, int slave, const DualCameraCalDataInfo& pair) {
+    const auto isOfPair = [&pair](int role) {
+        return role == pair.masterCameraRole || role == pair.slaveCameraRole;
+    };
+    if (file.getMasterFuseId().empty()) {
+        return !file.getSlaveFuseId().empty() && isOfPair(slave);
+    }
+    if (file.getSlaveFuseId().empty()) {
+        return isOfPair(master);
+    }
+    return (master == pair.masterCameraRole && slave == pair.slaveCameraRole) ||
+           (slave == pair.masterCameraRole && master == pair.slaveCameraRole);
+}
+
+}  // namespace
+
+bool CameraPlatformInfoZelvan::DualCameraDataFromPersist(const DualCameraCalDataInfo& info) {
+    LOGI("enter");
+    const std::vector<std::string> names = GetDualCameraPersistFiles(kPersistFolder);
+    if (names.empty()) {
+        LOGI("no dual camera calibration data in persist");
+        return false;
+    }
+    const auto match = std::find_if(names.begin(), names.end(), [&](const std::string& name) {
+        return MatchDualCameraPersistFile(kPersistFolder + name, info);
+    });
+    if (match != names.end()) {
+        LOGI("[master(%d):slave(%d)] match persistFile is %s", info.masterCameraRole, info.slaveCameraRole,
+             match->c_str());
+    }
+    LOGI("exit");
+    return match != names.end();
+}
+
+std::vector<std::string> CameraPlatformInfoZelvan::GetDualCameraPersistFiles(const char* dir) {
+    LOGI("enter");
+    std::vector<std::string> names;
+    if (const std::unique_ptr<DIR, DirCloser> folder(opendir(DevicePath(dir).c_str())); folder != nullptr) {
+        while (const dirent* const entry = readdir(folder.get())) {
+            if (IsCalibrationFileName(entry->d_name)) {
+                names.emplace_back(entry->d_name);
+            }
+        }
+    }
+    LOGI("exit");
+    return names;
+}
+
+bool CameraPlatformInfoZelvan::MatchDualCameraPersistFile(const std::string& path,
+                                                          const DualCameraCalDataInfo& info) {
+    LOGI("enter");
+    CalibrationData file;
+    if (!file.parse(path.c_str())) {
+        return false;
+    }
+    bool matched = false;
+    const int master = GetRoleIdByFuseId(file.getMasterFuseId());
+    const int slave = GetRoleIdByFuseId(file.getSlaveFuseId());
+    if (BelongsToPair(file, master, slave, info)) {
+        matched = true;
+        // A file that belongs to the pair counts even when it yields no block; then nothing is dumped.
+        if (std::string block; file.getData(block)) {
+            block.resize(static_cast<std::size_t>(std::max(info.length, 0)), '\0');
+            matched = DualCameraDataDumpFile(
+                info.dumpPath, reinterpret_cast<const unsigned char*>(block.data()), info.length);
+            LOGI("dataCamera(%d)'s persist data dump ==> %s", info.dataCamera, info.dumpPath);
+        }
+    }
+    LOGI("exit : ret = %d", matched ? 1 : 0);
+    return matched;
+}
+
+int CameraPlatformInfoZelvan::GetRoleIdByFuseId(const std::string& fuseIdHex) {
+    const auto find = [&](const char* function) {
+        const NSCam::IHalSensorList* const sensors = GetSensorList(function);
+        if (sensors == nullptr) {
+            return -1;
+        }
+        for (SensorWalk sensor(*this, *sensors); sensor.next();) {
+            const FuseIdDescriptor* const descriptor = FindRow(function, "mRoleId2FuseIdDescriptorsMap",
+                                                               mRoleId2FuseIdDescriptorsMap, sensor.roleId());
+            if (descriptor == nullptr) {
+                return -1;
+            }
+            char value[PROPERTY_VALUE_MAX];
+            property_get(descriptor->propName, value, nullptr);
+            const std::optional<FuseIdField> fuseId = TryParseFuseIdText(value);
+            if (!fuseId) {
+                return -1;
+            }
+            if (fuseId->hex == fuseIdHex) {
+                return sensor.roleId();
+            }
+        }
+        return -1;
+    };
+    LOGI("enter");
+    const int roleId = find(__func__);
+    // The closing line reads "enter" too: this is its fixed text.
+    LOGI("enter");
+    return roleId;
+}

@@ -1,0 +1,21 @@
+#include "calibration/FileAccess.h"
+
+#include <cstddef>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/DevicePath.h"
+#include "platforminfo/UniqueFd.h"
+
+std::optional<std::vector<unsigned char>> ReadCalibrationFile(const char* path) {
+    const UniqueFd file(open(DevicePath(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status {};
+    if (!file.valid() || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        static_cast<std::uint64_t>(status.st_size) > kLargestCalibrationFile) {
+        return std::nullopt;
+    }
+    std::vector<unsigned char> bytes(static_cast<std::size_t>(status.st_size));
+    bytes.resize(ReadUpTo(file.get(), bytes.data(), bytes.size()));
+    return bytes;
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// One dual-camera calibration file: the fuse ids of a pair's sensors and the stereo calibration block that
+/// was computed for them.
+///
+///     offset        size  field
+///     0             1     L1, bytes of the master fuse id
+///     1             L1    master fuse id
+///     1 + L1        1     L2, bytes of the slave fuse id
+///     2 + L1        L2    slave fuse id
+///     2 + L1 + L2   D     calibration block: 419, 2048 or 4096 bytes
+///     then          2     "maintain" layout only: CRC-16/KERMIT of all bytes before it, high byte first
+///
+/// Factory files have no CRC ("factor" layout); `write` adds it. Neither D nor the layout is stated: both
+/// follow from the file's size. Paths are the phone's. Log lines carry the Android tag "CalibrationData".
+class CalibrationData {
+  public:
+    /// Reads and checks a file. On failure the log says why and `valid` is false, except that a file whose
+    /// length bytes lead outside of it, or that can't be read, leaves the object as it was.
+    /// Use a fresh object per file: the fuse ids are appended to what the object holds.
+    /// @param path must live as long as the object.
+    bool parse(const char* path);
+
+    /// Whether the two length bytes of a file would lead outside its content.
+    static bool checkOutOfBoundsRisk(const std::vector<unsigned char>& content);
+
+    /// Writes the parsed file back in the "maintain" layout. A partly written file is removed.
+    bool write(const char* path) const;
+
+    bool valid() const { return mValid; }
+
+    /// Upper-case hexadecimal, two characters a byte.
+    const std::string& getMasterFuseId() const { return mMasterFuseId; }
+    const std::string& getSlaveFuseId() const { return mSlaveFuseId; }
+
+    /// Replaces `out` with the raw calibration block; false, and `out` left alone, while not `valid`.
+    bool getData(std::string& out) const;
+
+    /// Prints the layout and all bytes to standard output.
+    void dump() const;
+
+  private:
+    const char* mFilePath = nullptr;
+    std::uint16_t mCrc = 0;
+    bool mValid = false;
+    std::uint16_t mDataSize = 0;
+    std::vector<unsigned char> mContent;
+    std::string mMasterFuseId;
+    std::string mSlaveFuseId;
+    bool mHasCrc = false;
+};

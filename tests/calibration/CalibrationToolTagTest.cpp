@@ -1,0 +1,103 @@
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "tests/support/Describe.h"
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
+
+namespace {
+
+using NSCam::IMetadata;
+
+constexpr const char* kType = "0x91010022";
+constexpr const char* kFileName = "0x91010023";
+constexpr const char* kDriverValues = "0x91010024";
+
+/// Sensors 0 to 2 have device ids 7, 2 and 3; all logical devices have the same members. Device 5 is the
+/// bokeh device with the tele camera, 6 the one with the ultra-wide.
+std::string Phone(const std::string& members, const std::string& faults = "") {
+    std::string devices;
+    for (int i = 0; i < 9; ++i) {
+        devices += (i == 0 ? "{" : ", {") + ("\"multiSensor\": true, \"sensorIds\": [" + members) + "]}";
+    }
+    return R"({"sensors": [{"deviceId": 7, "modes": [[4096, 3072], [1, 2]]},
+                           {"deviceId": 2, "modes": [[65535, 40000]]}, {"deviceId": 3, "modes": [[10, 20]]}],
+               "logicalDevices": [)" +
+           devices + R"(], "faults": {)" + faults + "}}";
+}
+
+std::string NameText(const std::string& name) {
+    std::string text = "byte [";
+    for (std::size_t i = 0; i < 128; ++i) {
+        text += (i == 0 ? "" : ", ") + std::to_string(i < name.size() ? name[i] : 0);
+    }
+    return text + "]";
+}
+
+TEST(CalibrationToolTag, TagsOfTheBokehDevices) {
+    const std::string lead = "[MetadataUpdateCalibrationToolTag] ";
+    const std::pair<std::string, std::string> type{kType, "byte [2]"};
+    const std::pair<std::string, std::string> tele{kFileName, NameText("com.zelvan.dcal.wt.bin")};
+    const std::pair<std::string, std::string> ultra{kFileName, NameText("com.zelvan.dcal.wu.bin")};
+    const std::pair<std::string, std::string> values{kDriverValues, "int32 [4096, 3072, 10, 20]"};
+    const std::string refused = R"("metadataUpdate": {"0x91010022": -5, "0x91010023": -5, "0x91010024": -5})";
+    const std::string update = lead + "ZV IMetadata::update(), tag:";
+    const std::vector<std::string> updates{update + "-1862205406 err:-5", update + "-1862205405 err:-5",
+                                           update + "-1862205404 err:-5"};
+    const std::string noPair = lead + "Cannot find zelvan calibration data!";
+    const std::string notTwo = lead + "The logical device don't have 2 sensors";
+    const std::string noDriver = lead + "get sensor drv error : 5!";
+    const struct {
+        std::string phone;
+        int device;
+        int result;
+        Tags tags;
+        std::vector<std::string> errors;
+    } kCases[] = {
+        // A member is a device index where one matches (2 is sensor 1), and a sensor index otherwise.
+        {Phone("2, 7"), 5, 0, {type, tele, {kDriverValues, "int32 [65535, 40000, 4096, 3072]"}}, {}},
+        {Phone("0, 3"), 6, 0, {type, ultra, values}, {}},
+        {Phone("2, 0, 3"), 5, -1, {type, tele}, {notTwo}},
+        {Phone("2"), 6, -1, {type, ultra}, {notTwo}},
+        {Phone("0, 9"), 5, -1, {type, tele}, {noDriver}},
+        {Phone("2, 0", R"("sensorDrivers": [1])"), 5, -1, {type, tele}, {noDriver}},
+        {Phone("0, 3"), 8, 0, {type, values}, {noPair}},
+        {Phone("0, 3", refused), 5, 0, {}, updates},
+        {Phone("0, 3"), 4, -1, {}, {}},
+        {Phone("0, 3"), 9, -1, {}, {lead + "find DeviceId2RoleId[9] error!"}},
+        {Phone("0, 3", R"("logicalDeviceList": true)"), 5, -1, {}, {lead + "Cannot get logical device list"}},
+        {Phone("0, 3", R"("sensorList": true)"), 5, -1, {}, {lead + "Cannot get sensor device list"}},
+    };
+    for (const auto& [json, device, result, tags, errors] : kCases) {
+        const TestPhone phone(json);
+        TestPlugin plugin;
+        // A device whose chips are no pair of this phone.
+        plugin.DeviceId2RoleId[8] = {.roleId = 81, .sensorNames = "imx596;ov50d", .drvName = "A_B_C"};
+        IMetadata meta;
+        SCOPED_TRACE(json + std::to_string(device));
+        EXPECT_EQ(plugin.MetadataUpdateCalibrationToolTag(meta, device), result);
+        EXPECT_EQ(DescribeAll(meta), tags);
+        EXPECT_EQ(phone.errors(), errors);
+        EXPECT_EQ(phone.log().back() == "I " + lead + "exit", result == 0);
+    }
+}
+
+TEST(CalibrationToolTag, WritesOnlyWhatIsMissing) {
+    const TestPhone phone(Phone("2, 0"));
+    TestPlugin plugin;
+    IMetadata meta;
+    IMetadata::IEntry type(0x91010022);
+    type.push_back<unsigned char>(7);
+    meta.update(type.tag(), type);
+    EXPECT_EQ(plugin.MetadataUpdateCalibrationToolTag(meta, 5), 0);
+    const Tags first = DescribeAll(meta);
+    EXPECT_EQ(first.at(kType), "byte [7]");
+    EXPECT_EQ(first.size(), 3U);
+    // Device 6 would have other values; nothing is written any more.
+    EXPECT_EQ(plugin.MetadataUpdateCalibrationToolTag(meta, 6), 0);
+    EXPECT_EQ(DescribeAll(meta), first);
+}
+
+}  // namespace

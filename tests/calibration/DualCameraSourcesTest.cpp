@@ -1,0 +1,278 @@
+#include <algorithm>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <sys/stat.h>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "calibration/DualCameraCalDataInfo.h"
+#include "platform/Properties.h"
+#include "tests/calibration/CalibrationBytes.h"
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+const std::string kPersist = "/mnt/vendor/persist/camera/";
+const std::string kDump = "/data/vendor/camera/com.zelvan.dcal.wu.data";
+const std::string kGolden = "/vendor/etc/camera/com.zelvan.dcal.wu.golden";
+
+/// The wide and ultra-wide pair.
+DualCameraCalDataInfo Pair(int length, int eepromOffset = -1) {
+    DualCameraCalDataInfo pair = kDualCameraPairs[0];
+    pair.length = length;
+    pair.eepromOffset = eepromOffset;
+    return pair;
+}
+
+/// Takes the dump file's bytes away, if there is one.
+std::optional<Bytes> TakeDump(TestPhone& phone) {
+    const std::string path = phone.phone().root().string() + kDump;
+    const std::optional<Bytes> bytes =
+        std::filesystem::exists(path) ? std::optional(phone.file(kDump)) : std::nullopt;
+    std::filesystem::remove(path);
+    return bytes;
+}
+
+std::vector<std::string> LastLines(const TestPhone& phone, int count) {
+    const std::vector<std::string> log = phone.log();
+    return {log.end() - count, log.end()};
+}
+
+TEST(DualCameraSources, EepromBlockUnderItsChecksum) {
+    const struct {
+        int offset;
+        int length;
+        std::size_t sumFirst;  ///< what the checksum covers: nothing where the first is behind the last
+        std::size_t sumLast;
+        std::size_t storedAt;
+        bool good;
+    } kCases[] = {
+        {0, 8, 0, 8, 9, true},
+        {0, 8, 0, 7, 9, false},
+        {4, 8, 4, 8, 9, true},  // neither end moves with the offset
+        {4, 8, 4, 12, 13, false},
+        {20, 8, 1, 0, 9, true},
+        {0, 16382, 0, 16382, 16383, true},
+        {0, 16383, 0, 16383, 100, false},  // the stored byte would lie behind the image
+        {0, 16384, 0, 16383, 100, false},
+        {16380, 4, 1, 0, 5, true},
+        {16381, 4, 1, 0, 5, false},
+    };
+    for (const auto& [offset, length, sumFirst, sumLast, storedAt, good] : kCases) {
+        TestPhone phone(RearPhone(""));
+        TestPlugin plugin;
+        Bytes bytes = Block(16384);
+        unsigned sum = 0;
+        for (std::size_t i = sumFirst; i <= sumLast; ++i) {
+            sum += bytes[i];
+        }
+        bytes[storedAt] = static_cast<std::uint8_t>(sum % 255 + 1);
+        plugin.mCamCalData[21] = MakeCamCalAllData();
+        std::copy(bytes.begin(), bytes.end(), plugin.mCamCalData[21]->data.begin());
+        plugin.mCamCalData[21]->dataSize = 16384;
+
+        EXPECT_EQ(plugin.DualCameraDataFromEeprom(Pair(length, offset)), good) << offset << " " << length;
+        if (good) {
+            EXPECT_THAT(
+                LastLines(phone, 3),
+                ElementsAre("I [DualCameraDataFromEeprom] dataCamera(21)'s eeprom data dump ==> " + kDump,
+                            "I [DualCameraDataFromEeprom] exit", "I [DualCameraDataDumpFile] enter"));
+            EXPECT_EQ(TakeDump(phone), Bytes(bytes.begin() + offset, bytes.begin() + offset + length));
+        } else {
+            EXPECT_EQ(phone.log().back(), "I [DualCameraDataFromEeprom] CheckSum error");
+            EXPECT_EQ(TakeDump(phone), std::nullopt);
+        }
+    }
+    const TestPhone phone(RearPhone(""));
+    TestPlugin plugin;
+    EXPECT_FALSE(plugin.DualCameraDataFromEeprom(Pair(8, 0)));
+    EXPECT_EQ(phone.log().back(), "I [GetCamCalAllData] exit");
+}
+
+TEST(DualCameraSources, GoldenNeedsTheWholeBlock) {
+    TestPhone phone("{}");
+    TestPlugin plugin;
+    const std::string root = phone.phone().root().string();
+    EXPECT_FALSE(plugin.DualCameraDataFromGolden(Pair(100)));
+    for (const std::size_t size : {0U, 99U, 100U, 101U}) {
+        phone.write(kGolden, Block(size));
+        EXPECT_EQ(plugin.DualCameraDataFromGolden(Pair(100)), size >= 100) << size;
+        EXPECT_EQ(TakeDump(phone), size >= 100 ? std::optional(Block(100)) : std::nullopt) << size;
+    }
+    ASSERT_TRUE(plugin.DualCameraDataFromGolden(Pair(100)));
+    EXPECT_EQ(std::filesystem::status(root + kDump).permissions(), std::filesystem::perms(0600));
+    phone.write(kDump, Bytes(103, 0xEE));
+    ASSERT_TRUE(plugin.DualCameraDataFromGolden(Pair(100)));
+    EXPECT_EQ(TakeDump(phone), Block(100) + Bytes(3, 0xEE));
+    EXPECT_THAT(phone.errors(), ElementsAre());
+
+    std::filesystem::remove_all(root + "/data/vendor/camera");
+    EXPECT_FALSE(plugin.DualCameraDataFromGolden(Pair(100)));
+    EXPECT_THAT(LastLines(phone, 3),
+                ElementsAre("E [DualCameraDataDumpFile] [DUALDUMP] fail to open " + kDump,
+                            "I [DualCameraDataFromGolden] use golden file ==> dump file : " + kGolden +
+                                " ==> " + kDump,
+                            "I [DualCameraDataFromGolden] exit"));
+}
+
+const Bytes kWide{0xAA, 0xBB};
+const Bytes kTele{0xCC, 0xDD};
+const Bytes kUltra{0x01, 0x02};
+const Bytes kOther{0xAA};
+
+TEST(DualCameraSources, PersistFileBelongsToFittedPair) {
+    const struct {
+        Bytes master;
+        Bytes slave;
+        bool matches;
+    } kCases[] = {
+        {kWide, kUltra, true}, {kUltra, kWide, true},  {kWide, {}, true},       {kUltra, {}, true},
+        {{}, kWide, true},     {{}, kUltra, true},     {{}, {}, false},         {kTele, {}, false},
+        {{}, kTele, false},    {kWide, kTele, false},  {kTele, kUltra, false},  {kWide, kWide, false},
+        {kOther, {}, false},   {kWide, kOther, false}, {kOther, kUltra, false},
+    };
+    TestPhone phone(RearPhone(kFuseIds));
+    TestPlugin plugin;
+    for (const auto& [master, slave, matches] : kCases) {
+        phone.write(kPersist + "x.dcal.bin", DualFile(master, slave, Block(419)));
+        EXPECT_EQ(plugin.DualCameraDataFromPersist(Pair(500)), matches);
+        EXPECT_EQ(TakeDump(phone), matches ? std::optional(Block(419) + Bytes(81, 0)) : std::nullopt);
+        const std::vector<std::string> yes{
+            "I [MatchDualCameraPersistFile] dataCamera(21)'s persist data dump ==> " + kDump,
+            "I [MatchDualCameraPersistFile] exit : ret = 1",
+            "I [DualCameraDataFromPersist] [master(0):slave(21)] match persistFile is x.dcal.bin",
+            "I [DualCameraDataFromPersist] exit"};
+        const std::vector<std::string> no{"I [MatchDualCameraPersistFile] exit : ret = 0",
+                                          "I [DualCameraDataFromPersist] exit"};
+        EXPECT_EQ(LastLines(phone, matches ? 4 : 2), matches ? yes : no);
+    }
+    // The pair's length decides what is taken of a longer block, and a dump that can't be opened is no match.
+    phone.write(kPersist + "x.dcal.bin", DualFile(kWide, kUltra, Block(419)));
+    EXPECT_TRUE(plugin.DualCameraDataFromPersist(Pair(100)));
+    EXPECT_EQ(TakeDump(phone), Block(100));
+    std::filesystem::remove_all(phone.phone().root().string() + "/data/vendor/camera");
+    EXPECT_FALSE(plugin.DualCameraDataFromPersist(Pair(100)));
+    EXPECT_THAT(phone.errors(), ElementsAre("[DualCameraDataDumpFile] [DUALDUMP] fail to open " + kDump));
+}
+
+TEST(DualCameraSources, PersistFolderPassesOverWhatIsNoCalibrationFile) {
+    TestPhone phone(RearPhone(kFuseIds));
+    TestPlugin plugin;
+    const std::string folder = phone.phone().root().string() + kPersist;
+    EXPECT_FALSE(plugin.DualCameraDataFromPersist(Pair(419)));
+    EXPECT_EQ(phone.log().back(), "I [DualCameraDataFromPersist] no dual camera calibration data in persist");
+
+    const Bytes good = DualFile(kWide, kUltra, Block(419));
+    std::filesystem::create_directories(folder + "folder.dcal.bin");
+    ASSERT_EQ(mkfifo((folder + "fifo.dcal.bin").c_str(), 0600), 0);
+    std::filesystem::create_symlink("nowhere", folder + "link.dcal.bin");
+    phone.write(kPersist + "bin-dcal", {0});
+    for (const char* const name : {"x.dcal", "x.bin", "DCAL.BIN"}) {
+        phone.write(kPersist + name, good);
+    }
+    EXPECT_FALSE(plugin.DualCameraDataFromPersist(Pair(419)));
+    const std::string open = "CalibrationData: failed to open file " + kPersist;
+    EXPECT_THAT(
+        phone.errors(),
+        testing::UnorderedElementsAre(
+            open + "folder.dcal.bin", open + "fifo.dcal.bin", open + "link.dcal.bin",
+            "CalibrationData: parse dual calibration file failed. Check the file: " + kPersist + "bin-dcal"));
+    phone.write(kPersist + "x.dcal.bin", good);
+    EXPECT_TRUE(plugin.DualCameraDataFromPersist(Pair(419)));
+}
+
+TEST(DualCameraSources, RoleByFuseId) {
+    const std::string usual = RearPhone(kFuseIds);
+    // Device 4 is the SAT device, which has no fuse id.
+    const std::string sat = R"({"sensors": [{"deviceId": 4}],
+                                "sensorAliases": {"4": {"deviceBits": 1, "deviceId": 4}}})";
+    const std::string noList = R"({"faults": {"sensorList": true}})";
+    const std::string lead = "[GetRoleIdByFuseId] ";
+    const std::string listNull = lead + "MAKE_HalSensorList is NULL!";
+    const std::string noDescriptor = lead + "find mRoleId2FuseIdDescriptorsMap[60] error!";
+    const struct {
+        std::string phone;
+        const char* wide;  ///< fuse id property of the first sensor
+        const char* fuseId;
+        int role;
+        std::vector<std::string> errors;
+    } kCases[] = {
+        {usual, "semc0004AABB", "AABB", 0, {}},
+        {usual, "semc0004AABBCC", "AABB", 0, {}},
+        {usual, "semc0004AABBCC", "AABBCC", -1, {}},
+        {usual, "semc0008AABB", "AABB", 0, {}},
+        {usual, "semc-001AABB", "AABB", 0, {}},
+        {usual, "semc0004AABB", "aabb", -1, {}},
+        {usual, "semc0004AABB", "0102", 21, {}},
+        {usual, "semc0004AABB", "01020304", -1, {}},
+        {usual, "semcxxxxAABB", "0102", -1, {}},  // ends the search
+        {usual, "semc000", "0102", -1, {}},
+        {usual, "", "0102", -1, {}},
+        {sat, "semc0004AABB", "AABB", -1, {noDescriptor}},
+        {noList, "", "AABB", -1, {listNull}},
+        {"{}", "", "AABB", -1, {}},
+    };
+    for (const auto& [json, wide, fuseId, role, errors] : kCases) {
+        const TestPhone phone(json);
+        TestPlugin plugin;
+        property_set("vendor.camera.sensor.w.fuseID", wide);
+        EXPECT_EQ(plugin.GetRoleIdByFuseId(fuseId), role) << wide << " " << fuseId;
+        EXPECT_THAT(phone.log(), testing::Contains("I " + lead + "enter").Times(2));
+        EXPECT_EQ(phone.log().back(), "I " + lead + "enter");
+        EXPECT_EQ(phone.errors(), errors);
+    }
+}
+
+TEST(DualCameraSources, OverrideStateBySourcesOfThePairs) {
+    const struct {
+        std::string path;
+        Bytes bytes;
+    } kFiles[] = {
+        {kPersist + "a.dcal.bin", DualFile(kUltra, kWide, Block(4096))},
+        {kPersist + "b.dcal.bin", WithCrc(DualFile(kWide, kTele, Block(2048)))},
+        {kGolden, Bytes(4096, 90)},
+        {"/vendor/etc/camera/com.zelvan.dcal.wt.golden", Bytes(4096, 91)},
+    };
+    const std::string error = "[OverriderDualCamCalData] error!";
+    const std::string fatal = "[OverriderDualCamCalData] Fatal Error: calibration persist file lost!";
+    const std::string lost = "[OverriderDualCamCalData] CameraRoleId 0 lost persist file";
+    const struct {
+        std::vector<std::size_t> files;
+        const char* state;
+        const char* detail;
+        unsigned long mask;
+        std::vector<std::string> errors;
+    } kCases[] = {
+        {{}, "3", "<unset>", 0x10, {error, error}},
+        {{2, 3}, "2", "2", 0x11, {fatal, lost, lost}},
+        {{0, 1, 2, 3}, "0", "0", 0x11, {}},
+        {{0, 2, 3}, "2", "2", 0x11, {fatal, lost}},
+        {{0}, "0", "0", 0x10, {error}},
+        {{3}, "2", "2", 0x10, {error, fatal, lost}},
+    };
+    for (const auto& [files, state, detail, mask, errors] : kCases) {
+        TestPhone phone(RearPhone(kFuseIds));
+        for (const std::size_t file : files) {
+            phone.write(kFiles[file].path, kFiles[file].bytes);
+        }
+        TestPlugin plugin;
+        plugin.mDataBinExistMask = 0x11;
+        plugin.OverriderDualCamCalData();
+        EXPECT_EQ(phone.property("persist.vendor.camera.zv.dualcal.state"), state);
+        EXPECT_EQ(phone.property("persist.vendor.camera.zv.dualcal.detail"), detail);
+        EXPECT_EQ(plugin.mDataBinExistMask, mask) << testing::PrintToString(files);
+        EXPECT_EQ(phone.errors(), errors) << testing::PrintToString(files);
+        if (files.size() >= 3) {
+            EXPECT_EQ(TakeDump(phone), Block(4096));
+            EXPECT_EQ(phone.file("/data/vendor/camera/com.zelvan.dcal.wt.data"),
+                      files.size() == 3 ? Bytes(4096, 91) : Block(2048) + Bytes(2048, 0));
+        }
+    }
+}
+
+}  // namespace
