@@ -3,9 +3,6 @@
 
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 
-int CameraPlatformInfoZelvan::MetadataUpdateScaler(NSCam::IMetadata&, int) {
-    return 0;
-}
 int CameraPlatformInfoZelvan::MetadataUpdateFakeSatSizes(NSCam::IMetadata&, int) {
     return 0;
 }

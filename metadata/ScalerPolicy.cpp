@@ -1,0 +1,196 @@
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "metadata/SizeCatalogue.h"
+#include "metadata/StreamFormats.h"
+#include "metadata/VendorTags.h"
+#include "platform/IHalSensorList.h"
+#include "platform/ILogicalDeviceList.h"
+#include "platform/IMetadata.h"
+#include "platform/ImgSensorDrv.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/Log.h"
+#include "platforminfo/Lookup.h"
+#include "platforminfo/PlatformAccess.h"
+#include "platforminfo/TagWriter.h"
+
+using NSCam::IMetadata;
+
+namespace {
+
+/// The sensor mode whose output feeds super resolution.
+constexpr std::size_t kSuperResolutionMode = 8;
+
+/// The tele offers super resolution at its whole pixel array, whatever its own mode for it puts out.
+constexpr int kTeleDeviceId = 2;
+constexpr int kTeleSuperResolutionWidth = 8192;
+constexpr int kTeleSuperResolutionHeight = 6144;
+
+struct Size {
+    std::int64_t width;
+    std::int64_t height;
+};
+
+/// JPEG sizes that front cameras offer beyond their sensor's own.
+constexpr std::array<Size, 4> kFrontJpegSizes = {{{5184, 3888}, {5120, 2880}, {5120, 2304}, {3888, 3888}}};
+
+bool IsFrontRole(int roleId) {
+    return roleId == camera_role::kFrontMain || roleId == camera_role::kFrontAux;
+}
+
+/// Pixels of the unbinned array for one pixel of a capture, by truncating unsigned divisions; 0 where the
+/// capture size is unknown.
+int BinningFactor(const NSCam::SensorStaticInfo& sensor) {
+    if (sensor.captureWidth == 0 || sensor.captureHeight == 0) {
+        return 0;
+    }
+    const std::uint32_t pixels = static_cast<std::uint32_t>(sensor.pixelArrayWidth) * sensor.pixelArrayHeight;
+    return static_cast<int>(pixels / sensor.captureWidth / sensor.captureHeight);
+}
+
+/// Number of the first 8K mode, or -1.
+int Find8KMode(const ImgSensorDrvInfo& driver) {
+    for (std::size_t mode = 0; mode < SENSOR_MODE_COUNT; ++mode) {
+        if (Is8K(driver.outputWidth[mode], driver.outputHeight[mode])) {
+            return static_cast<int>(mode);
+        }
+    }
+    return -1;
+}
+
+/// Duplicates the JPEG outputs that the metadata holds as another format.
+void CopyJpegOutputsAs(IMetadata& meta, std::int64_t format) {
+    IMetadata::IEntry entry = meta.entryFor(ZELVAN_SCALER_STREAM_CONFIGURATIONS);
+    CameraPlatformInfoZelvan::converter<int>::copy(static_cast<int>(HAL_PIXEL_FORMAT_BLOB),
+                                                   static_cast<int>(format), entry);
+    meta.update(entry.tag(), entry);
+}
+
+}  // namespace
+
+int CameraPlatformInfoZelvan::MetadataUpdateScaler(IMetadata& meta, int instanceId) {
+    LOGI("enter");
+    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(__func__);
+    if (devices == nullptr) {
+        return -1;
+    }
+    const NSCam::IHalSensorList* const sensors = GetSensorList(__func__, "Cannot get sensor device list");
+    if (sensors == nullptr) {
+        return -1;
+    }
+    const int sensorIdx = LowestSetBit(devices->sensorBits(instanceId));
+    const int deviceId = sensors->deviceId(sensorIdx);
+    LOGI("deviceID = 0x%x, instanceId = 0x%x, ", static_cast<unsigned>(deviceId),
+         static_cast<unsigned>(instanceId));
+    const NSCam::SensorStaticInfo* const sensor = sensors->sensorStaticInfo(deviceId);
+    if (sensor == nullptr) {
+        LOGE("get sensor static info error : %d!", deviceId);
+        return -1;
+    }
+    const ImgSensorDrv* const driver =
+        ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(sensorIdx));
+    if (driver == nullptr) {
+        LOGE("get sensor drv error : %d!", instanceId);
+        return -1;
+    }
+    const ImgSensorDrvInfo& modes = driver->getDrvInfo();
+    const RoleIdDesc* const device = FindDevice(__func__, deviceId);
+    if (device == nullptr) {
+        return -1;
+    }
+    const int roleId = device->roleId;
+    LOGI("MetadataUpdateScaler roleId = %d", roleId);
+    const int mode8K = Find8KMode(modes);
+    if (mode8K >= 0) {
+        LOGI("find 8K sensormode : %d", mode8K);
+    }
+    const int allow8k = mode8K >= 0 ? 1 : 0;
+    const int fullWidth = modes.outputWidth[0];
+    const int fullHeight = modes.outputHeight[0];
+
+    updateBinningFactorConfiguration(meta, BinningFactor(*sensor));
+    updateStreamConfigurationWithDuration(meta, fullWidth, fullHeight, allow8k);
+    updateStreamConfiguration(meta);
+    updateSuperResolutionStreamConfiguration(meta, roleId, modes.outputWidth[kSuperResolutionMode],
+                                             modes.outputHeight[kSuperResolutionMode]);
+    if (deviceId == kTeleDeviceId) {
+        updateSuperResolutionStreamConfiguration(meta, roleId, kTeleSuperResolutionWidth,
+                                                 kTeleSuperResolutionHeight);
+    }
+    updateMaxJpegSizeConfiguration(meta, sensor->captureWidth, sensor->captureHeight);
+    updateStreamConfigurationZelvan(meta, roleId, fullWidth, fullHeight, allow8k);
+    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_SCALER_CONFIGURED, {1}));
+    LOGI("exit");
+    return 0;
+}
+
+void CameraPlatformInfoZelvan::updateBinningFactorConfiguration(IMetadata& meta, int factor) {
+    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_SCALER_BINNING_FACTOR, {factor}));
+}
+
+void CameraPlatformInfoZelvan::updateMaxJpegSizeConfiguration(IMetadata& meta, int width, int height) {
+    // One and a half bytes a pixel. The product wraps at 32 bits and is divided as a signed number.
+    const std::uint32_t product =
+        static_cast<std::uint32_t>(width) * static_cast<std::uint32_t>(height) * 15U;
+    const std::int32_t maxSize = static_cast<std::int32_t>(product) / 10;
+    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ANDROID_JPEG_MAX_SIZE, {maxSize}));
+}
+
+void CameraPlatformInfoZelvan::updateSuperResolutionStreamConfiguration(IMetadata& meta, int roleId,
+                                                                        int width, int height) {
+    if (width == 0 || height == 0) {
+        return;
+    }
+    constexpr std::size_t kItems = 28;  // seven tuples
+    IMetadata::IEntry entry(ZELVAN_SCALER_SUPER_RESOLUTION_STREAM_CONFIGURATIONS);
+    entry.reserve<std::int32_t>(kItems);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, width, height, STREAM_OUTPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_BLOB, width, height, STREAM_OUTPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, width, height, STREAM_OUTPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_RAW16, 4000, 3000, STREAM_OUTPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, 1440, 1080, STREAM_OUTPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_BLOB, 1440, 1080, STREAM_OUTPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, 1440, 1080, STREAM_OUTPUT);
+    UpdateTag(__func__, meta, entry);
+
+    const unsigned char isMain = roleId == camera_role::kBackMain ? 1 : 0;
+    UpdateTag(__func__, meta, MakeEntry<unsigned char>(ZELVAN_SCALER_SUPER_RESOLUTION_MAIN, {isMain}));
+}
+
+void CameraPlatformInfoZelvan::updateStreamConfigurationZelvan(IMetadata& meta, int roleId, int width,
+                                                               int height, int allow8k) {
+    const auto& catalogue = size_catalogue::kVendor;
+    IMetadata::IEntry entry(ZELVAN_SCALER_STREAM_CONFIGURATIONS);
+    entry.reserve<std::int32_t>((4 + 3 + kFrontJpegSizes.size() + 2 * catalogue.size()) * 4);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, width, height, STREAM_INPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, width, height, STREAM_INPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_RAW16, width, height, STREAM_OUTPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_RAW10, width, height, STREAM_OUTPUT);
+    // Sensors too small for 2560x1920 offer it scaled up.
+    if (width <= 2559 && height <= 1919) {
+        pushAvailableStream(entry, HAL_PIXEL_FORMAT_YV12, 2560, 1920, STREAM_OUTPUT);
+    }
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_YV12, 3840, 2160, STREAM_OUTPUT);
+    pushAvailableStream(entry, HAL_PIXEL_FORMAT_YV12, 3280, 2464, STREAM_OUTPUT);
+    if (IsFrontRole(roleId)) {
+        for (const Size& size : kFrontJpegSizes) {
+            pushAvailableStream(entry, HAL_PIXEL_FORMAT_BLOB, size.width, size.height, STREAM_OUTPUT);
+        }
+    }
+    for (const SizeCatalogueEntry& row : catalogue) {
+        if (!TakesJpeg(row, width, height, allow8k != 0)) {
+            continue;
+        }
+        pushAvailableStream(entry, HAL_PIXEL_FORMAT_BLOB, row.width, row.height, STREAM_OUTPUT);
+        LOGD("ZV IMetadata::update(), Y16: format = %d, size = %ldx%ld, direction = %d",
+             static_cast<int>(HAL_PIXEL_FORMAT_Y16), row.width, row.height, static_cast<int>(STREAM_OUTPUT));
+        pushAvailableStream(entry, HAL_PIXEL_FORMAT_Y16, row.width, row.height, STREAM_OUTPUT);
+    }
+    if (UpdateTag(__func__, meta, entry) != 0) {
+        return;
+    }
+    CopyJpegOutputsAs(meta, HAL_PIXEL_FORMAT_YCBCR_420_888);
+    CopyJpegOutputsAs(meta, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED);
+    CopyJpegOutputsAs(meta, HAL_PIXEL_FORMAT_YV12);
+}

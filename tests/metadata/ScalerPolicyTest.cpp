@@ -1,0 +1,210 @@
+#include <map>
+
+#include "tests/metadata/MetadataTest.h"
+#include "tests/metadata/StreamLists.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::uint32_t kVendorList = ZELVAN_SCALER_STREAM_CONFIGURATIONS;
+
+/// The instance of the phones below: its lowest sensor has index 1.
+constexpr int kInstance = 2;
+
+struct Sensor {
+    int deviceId;
+    std::map<std::size_t, std::string> modes;  ///< sizes by mode; the others are 0 by 0
+    std::string sizes = {};                    ///< "pixelArray" and "captureSize", led by a comma
+};
+
+std::string Phone(const Sensor& sensor, const std::string& keys = R"("name": "healthy")") {
+    std::string modes;
+    for (std::size_t mode = 0; mode < 20; ++mode) {
+        const auto stated = sensor.modes.find(mode);
+        modes += (mode == 0 ? "[" : ", [") + (stated == sensor.modes.end() ? "0, 0" : stated->second) + "]";
+    }
+    return PhoneOf({{31}, {sensor.deviceId, R"("modes": [)" + modes + "]" + sensor.sizes}, {30}},
+                   R"("logicalDevices": [{}, {}, {"sensorBits": 6}, {}], )" + keys);
+}
+
+TEST(ScalerPolicy, WhatDependsOnTheDevice) {
+    const struct {
+        Sensor sensor;
+        const char* role;
+        const char* binning;
+        const char* maxJpegSize;
+        const char* superResolutionMain;  ///< null: no super resolution
+        const char* mode8K;               ///< null: none
+    } kCases[] = {
+        {{7,
+          {{0, "4096, 3072"}, {8, "8192, 6144"}, {18, "7680, 4319"}, {19, "7680, 4320"}},
+          R"(, "pixelArray": [8192, 6144], "captureSize": [4096, 3072])"},
+         "0",
+         "4",
+         "18874368",
+         "1",
+         "19"},
+        // The first 8K mode counts. Without a capture size nothing is divided by it.
+        {{3, {{5, "7680, 4320"}, {8, "4208, 0"}, {19, "7680, 4320"}}, R"(, "pixelArray": [4208, 3120])"},
+         "21",
+         "0",
+         "0",
+         nullptr,
+         "5"},
+        // The array's area is no signed number, the JPEG size is one that wrapped.
+        {{1, {{8, "0, 2464"}}, R"(, "pixelArray": [65535, 65535], "captureSize": [65535, 65535])"},
+         "1",
+         "1",
+         "-196606",
+         nullptr,
+         nullptr},
+        {{2, {}, R"(, "pixelArray": [4000, 3000], "captureSize": [4000, 3001])"},
+         "20",
+         "0",
+         "18006000",
+         "0",
+         nullptr},
+    };
+    for (const auto& [sensor, role, binning, maxJpegSize, superResolutionMain, mode8K] : kCases) {
+        SCOPED_TRACE(sensor.deviceId);
+        Updating device(Phone(sensor));
+        EXPECT_EQ(device.plugin.MetadataUpdateScaler(device.meta, kInstance), 0);
+        const std::string full = sensor.deviceId == 7 ? "34 4096 3072 1" : "34 0 0 1";
+        EXPECT_EQ(Tuples(device.meta.entryFor(kVendorList))[0], full);
+        EXPECT_EQ(Tuples(device.meta.entryFor(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS))[0], full);
+        Tags tags = device.tags();
+        for (const char* const list : {"0xD000A", "0xD000B", "0xD000C", "0xD001A", "0x9101001D"}) {
+            EXPECT_EQ(tags.erase(list), 1U) << list;
+        }
+        Tags expected = {{"0x9101004C", std::string("int32 [") + binning + "]"},
+                         {"0x70008", std::string("int32 [") + maxJpegSize + "]"},
+                         {"0x91010001", "int32 [1]"}};
+        if (superResolutionMain != nullptr) {
+            expected["0x9101001E"] =
+                "int32 [35, 8192, 6144, 0, 33, 8192, 6144, 0, 34, 8192, 6144, 0, 32, 4000, 3000, 0, "
+                "35, 1440, 1080, 0, 33, 1440, 1080, 0, 34, 1440, 1080, 0]";
+            expected["0x9101001C"] = std::string("byte [") + superResolutionMain + "]";
+        }
+        EXPECT_EQ(tags, expected);
+        Lines lines = {"I enter",
+                       "I deviceID = 0x" + std::to_string(sensor.deviceId) + ", instanceId = 0x2, ",
+                       std::string("I MetadataUpdateScaler roleId = ") + role, "I exit"};
+        if (mode8K != nullptr) {
+            lines.insert(lines.end() - 1, std::string("I find 8K sensormode : ") + mode8K);
+        }
+        EXPECT_EQ(device.phone.logOf("MetadataUpdateScaler"), lines);
+    }
+}
+
+Lines VendorTuples(Updating& device, int roleId, int width, int height) {
+    device.plugin.updateStreamConfigurationZelvan(device.meta, roleId, width, height, 0);
+    return Tuples(device.meta.entryFor(kVendorList));
+}
+
+TEST(ScalerPolicy, VendorListInFull) {
+    Updating device("{}");
+    EXPECT_THAT(
+        VendorTuples(device, 0, 176, 144),
+        ElementsAre("34 176 144 1", "35 176 144 1", "32 176 144 0", "37 176 144 0", "842094169 2560 1920 0",
+                    "842094169 3840 2160 0", "842094169 3280 2464 0", "33 176 144 0", "540422489 176 144 0",
+                    "33 160 96 0", "540422489 160 96 0", "35 176 144 0", "35 160 96 0", "34 176 144 0",
+                    "34 160 96 0", "842094169 176 144 0", "842094169 160 96 0"));
+    EXPECT_THAT(
+        device.phone.logOf("updateStreamConfigurationZelvan"),
+        ElementsAre("D ZV IMetadata::update(), Y16: format = 540422489, size = 176x144, direction = 0",
+                    "D ZV IMetadata::update(), Y16: format = 540422489, size = 160x96, direction = 0"));
+    EXPECT_EQ(device.meta.entryFor(kVendorList).type(), IMetadata::Type::Int32);
+    // Front cameras' own JPEG sizes are copied like all JPEG outputs.
+    for (const int front : {1, 40}) {
+        const Lines tuples = VendorTuples(device, front, 160, 96);
+        EXPECT_THAT(Lines(tuples.begin() + 7, tuples.begin() + 12),
+                    ElementsAre("33 5184 3888 0", "33 5120 2880 0", "33 5120 2304 0", "33 3888 3888 0",
+                                "33 160 96 0"));
+        EXPECT_THAT(Runs(Lines(tuples.begin() + 12, tuples.end())),
+                    ElementsAre("540422489 160 96 0", "35 5184 3888 0 .. 160 96 0 (5)",
+                                "34 5184 3888 0 .. 160 96 0 (5)", "842094169 5184 3888 0 .. 160 96 0 (5)"));
+    }
+}
+
+TEST(ScalerPolicy, VendorListOfLargeSensors) {
+    Updating device("{}");
+    const struct {
+        int width;
+        int height;
+        const char* yv12;  ///< outputs before the sizes of the catalogue
+        std::string sizes;
+    } kCases[] = {
+        {4000, 3000, "3840 2160 0 .. 3280 2464 0 (2)", "4000 3000 0 .. 160 96 0 (42)"},
+        {3264, 2448, "3840 2160 0 .. 3280 2464 0 (2)", "2880 2160 0 .. 160 96 0 (35)"},
+        {2560, 1920, "3840 2160 0 .. 3280 2464 0 (2)", "2560 1920 0 .. 160 96 0 (28)"},
+        {2560, 1919, "3840 2160 0 .. 3280 2464 0 (2)", "2560 1440 0 .. 160 96 0 (27)"},
+        {2559, 1920, "3840 2160 0 .. 3280 2464 0 (2)", "1920 1440 0 .. 160 96 0 (25)"},
+        {2559, 1919, "2560 1920 0 .. 3280 2464 0 (3)", "1920 1440 0 .. 160 96 0 (25)"},
+        {2304, 1728, "2560 1920 0 .. 3280 2464 0 (3)", "1920 1440 0 .. 160 96 0 (23)"},
+    };
+    for (const auto& [width, height, yv12, sizes] : kCases) {
+        const std::string full = std::to_string(width) + " " + std::to_string(height);
+        Lines others;
+        Lines y16;
+        for (const std::string& tuple : VendorTuples(device, 0, width, height)) {
+            (tuple.starts_with("540422489 ") ? y16 : others).push_back(tuple);
+        }
+        EXPECT_THAT(Runs(y16), ElementsAre("540422489 " + sizes));
+        EXPECT_THAT(Runs(others),
+                    ElementsAre("34 " + full + " 1", "35 " + full + " 1", "32 " + full + " 0",
+                                "37 " + full + " 0", std::string("842094169 ") + yv12, "33 " + sizes,
+                                "35 " + sizes, "34 " + sizes, "842094169 " + sizes));
+    }
+}
+
+TEST(ScalerPolicy, RefusedUpdatesStopNothing) {
+    const std::string text = "] ZV IMetadata::update(), tag";
+    const Refusals refusals = {
+        {"[updateBinningFactorConfiguration" + text, ZELVAN_SCALER_BINNING_FACTOR},
+        {"[updateStreamConfigurationWithDuration" + text, SCALER_STREAM_CONFIGURATIONS_WITH_DURATIONS},
+        {"[updateSuperResolutionStreamConfiguration" + text,
+         ZELVAN_SCALER_SUPER_RESOLUTION_STREAM_CONFIGURATIONS},
+        {"[updateSuperResolutionStreamConfiguration" + text, ZELVAN_SCALER_SUPER_RESOLUTION_MAIN},
+        {"[updateMaxJpegSizeConfiguration" + text, ANDROID_JPEG_MAX_SIZE},
+        {"[updateStreamConfigurationZelvan" + text, kVendorList},
+        {"[MetadataUpdateScaler" + text, ZELVAN_SCALER_CONFIGURED},
+        {"(silent)", ANDROID_SCALER_AVAILABLE_MIN_FRAME_DURATIONS},
+    };
+    Updating device(Phone({7, {{0, "4000, 3000"}, {8, "8192, 6144"}}}, RefusalKeys(refusals)));
+    EXPECT_EQ(device.plugin.MetadataUpdateScaler(device.meta, kInstance), 0);
+    Lines lines = RefusalLines(refusals);
+    lines.pop_back();
+    EXPECT_EQ(device.phone.errors(), lines);
+    EXPECT_EQ(device.phone.log().back(), "I [MetadataUpdateScaler] exit");
+    EXPECT_EQ(device.tags(), (Tags{{"0xD000A", "int32 [34, 1920, 1080, 1]"}, {"0xD000C", "none"}}));
+}
+
+TEST(ScalerPolicy, EarlyFailuresWriteNothing) {
+    const struct {
+        int deviceId;
+        int instanceId;
+        const char* keys;
+        const char* error;
+    } kCases[] = {
+        {7, 2, R"("faults": {"moduleFactory": true})", "E Cannot get logical device list"},
+        {7, 2, R"("faults": {"logicalDeviceList": true, "sensorList": true})",
+         "E Cannot get logical device list"},
+        {7, 2, R"("faults": {"sensorList": true})", "E Cannot get sensor device list"},
+        {7, 2, R"("faults": {"staticInfo": [7], "sensorDrivers": [1]})",
+         "E get sensor static info error : 7!"},
+        {7, 3, R"("name": "no sensor bit")", "E get sensor static info error : -1!"},
+        {29, 2, R"("faults": {"sensorDrivers": [1]})", "E get sensor drv error : 2!"},
+        {29, 2, R"("name": "unknown device")", "E find DeviceId2RoleId[29] error!"},
+    };
+    for (const auto& [deviceId, instanceId, keys, error] : kCases) {
+        SCOPED_TRACE(keys);
+        Updating device(Phone({deviceId, {{0, "4000, 3000"}}}, keys));
+        EXPECT_EQ(device.plugin.MetadataUpdateScaler(device.meta, instanceId), -1);
+        EXPECT_EQ(device.tags(), Tags());
+        EXPECT_EQ(device.phone.errors().size(), 1U);
+        EXPECT_EQ(device.phone.logOf("MetadataUpdateScaler").back(), error);
+    }
+}
+
+}  // namespace
