@@ -1,0 +1,47 @@
+#include <cstdint>
+#include <functional>
+#include <istream>
+#include <sstream>
+
+#include "metadata/VendorTags.h"
+#include "metadata/ZoomScale.h"
+#include "platform/IMetadata.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/TagWriter.h"
+
+using NSCam::IMetadata;
+
+int CameraPlatformInfoZelvan::MetedataUpdateSatInfo(IMetadata& meta, int instanceId) {
+    std::istringstream photoRatios("0.6:1:2:5:10:20");
+    std::istringstream videoRatios("0.6:1:2:5:10:15");
+    std::istringstream secondSatRatios("0.6:0.8:1:2");
+    const std::function convert = [](const float& length, std::istream& ratios, int type) {
+        const ZoomScaleRecord record = MakeZoomScaleRecord(length, ratios, type);
+        return IMetadata::Memory(&record, sizeof(record));
+    };
+    const auto store = [&meta](const IMetadata::Memory& records) {
+        meta.update(ZELVAN_CAMERA_SAT_ZOOM_INFO,
+                    MakeEntry<IMetadata::Memory>(ZELVAN_CAMERA_SAT_ZOOM_INFO, {records}));
+    };
+
+    // An unknown instance gains an empty row, whose role has no scale.
+    switch (DeviceId2RoleId[instanceId].roleId) {
+        case camera_role::kSat: {
+            IMetadata::Memory records;
+            records.append(convert(800.0F, photoRatios, 1));
+            records.append(convert(700.0F, videoRatios, 2));
+            store(records);
+            break;
+        }
+        case camera_role::kSecondSat: {
+            store(convert(400.0F, secondSatRatios, 1));
+            IMetadata::IEntry flags = meta.entryFor(ZELVAN_CAMERA_SAT_INFO_FLAGS);
+            flags.push_back<std::int32_t>(1);
+            meta.update(ZELVAN_CAMERA_SAT_INFO_FLAGS, flags);
+            break;
+        }
+        default:
+            break;
+    }
+    return 0;
+}

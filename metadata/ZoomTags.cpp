@@ -1,0 +1,133 @@
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "metadata/FakeSatSize.h"
+#include "metadata/VendorTags.h"
+#include "platform/IHalSensorList.h"
+#include "platform/ILogicalDeviceList.h"
+#include "platform/IMetadata.h"
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/Log.h"
+#include "platforminfo/PlatformAccess.h"
+#include "platforminfo/TagWriter.h"
+
+using NSCam::IMetadata;
+
+namespace {
+
+/// First value of a reply from a sensor without in-sensor zoom.
+constexpr std::int32_t kNoInSensorZoom = 255;
+
+/// Smart FOV zoom ratios of one role.
+struct SmartFOVZoomRatios {
+    int roleId;
+    std::array<float, 11> ratios;
+};
+
+constexpr std::array<SmartFOVZoomRatios, 3> kSmartFOVZoomRatios = {{
+    {.roleId = camera_role::kFrontMain, .ratios = {1.0F, 1.0F, 2.0F, 1.0F, 1.0F, 0, 0, 0, 0, 0, 0}},
+    {.roleId = camera_role::kFrontAux,
+     .ratios = {1.0F, 2.0F, 2.0F, 0.6F, 1.0F, 0.8F, 1.13981F, 1.0F, 1.40525F, 0, 0}},
+    {.roleId = camera_role::kSecondSat,
+     .ratios = {1.0F, 4.0F, 2.0F, 0.6F, 0.6F, 0.8F, 0.8F, 1.0F, 1.0F, 2.0F, 2.0F}},
+}};
+static_assert(std::bit_cast<std::uint32_t>(kSmartFOVZoomRatios[1].ratios[3]) == 0x3F19999A);
+static_assert(std::bit_cast<std::uint32_t>(kSmartFOVZoomRatios[1].ratios[5]) == 0x3F4CCCCD);
+static_assert(std::bit_cast<std::uint32_t>(kSmartFOVZoomRatios[1].ratios[6]) == 0x3F91E54B);
+static_assert(std::bit_cast<std::uint32_t>(kSmartFOVZoomRatios[1].ratios[8]) == 0x3FB3DF3B);
+
+bool HasFakeSatSizes(int roleId) {
+    return roleId == camera_role::kBackMain || roleId == camera_role::kSat ||
+           roleId == camera_role::kThreePartSat;
+}
+
+bool ZoomsInSensor(NSCam::IHalSensor& sensor, int deviceIndex) {
+    std::vector<std::int32_t> modes;
+    sensor.sendCommand(deviceIndex, NSCam::SENSOR_CMD_GET_IN_SENSOR_ZOOM, 0, modes);
+    return !modes.empty() && modes[0] != kNoInSensorZoom;
+}
+
+void LogFakeSatSizes(const char* function, int instanceId, const IMetadata::Memory& blob) {
+    std::array<FakeSatSize, kFakeSatSizes.size()> sizes{};
+    std::copy_n(blob.array(), std::min(blob.size(), sizeof(sizes)),
+                reinterpret_cast<std::uint8_t*>(sizes.data()));
+    for (const FakeSatSize& size : sizes) {
+        LOG_AS(ANDROID_LOG_INFO, function,
+               "fakeSatImageYuvSizesV2: instanceId %d, zoomStart = %f, zoomStop = %f, type = %d, width = %d, "
+               "height = %d",
+               instanceId, static_cast<double>(size.zoomStart), static_cast<double>(size.zoomStop), size.type,
+               size.width, size.height);
+    }
+}
+
+}  // namespace
+
+std::optional<CameraPlatformInfoZelvan::ZoomInstance> CameraPlatformInfoZelvan::ResolveZoomInstance(
+    const char* function, int instanceId) {
+    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(function);
+    if (devices == nullptr) {
+        return std::nullopt;
+    }
+    const std::optional<int> roleId = ResolveRole(function, *devices, instanceId);
+    if (!roleId) {
+        return std::nullopt;
+    }
+    const std::vector<int> sensorIds = devices->sensorIds(instanceId);
+    NSCam::IHalSensorList* const sensors = NSCam::IHalSensorList::get();
+    NSCam::IHalSensor* const sensor =
+        sensorIds.empty() || sensors == nullptr ? nullptr : sensors->createSensor(kLogTag, sensorIds[0]);
+    if (sensor == nullptr) {
+        LOG_AS(ANDROID_LOG_ERROR, function, "Cannot get halsensor");
+        return std::nullopt;
+    }
+    return ZoomInstance{.roleId = *roleId, .sensor = sensor, .deviceIndex = sensors->deviceId(sensorIds[0])};
+}
+
+int CameraPlatformInfoZelvan::MetadataUpdateFakeSatSizes(IMetadata& meta, int instanceId) {
+    LOGI("enter");
+    const std::optional<ZoomInstance> instance = ResolveZoomInstance(__func__, instanceId);
+    if (!instance) {
+        return -1;
+    }
+    if (ZoomsInSensor(*instance->sensor, instance->deviceIndex)) {
+        MetadataUpdateInSensorZoomModes(meta, instanceId);
+        if (HasFakeSatSizes(instance->roleId)) {
+            const IMetadata::Memory sizes(kFakeSatSizes.data(), sizeof(kFakeSatSizes));
+            meta.update(ZELVAN_CAMERA_FAKESAT_FAKESATSIZE,
+                        MakeEntry<IMetadata::Memory>(ZELVAN_CAMERA_FAKESAT_FAKESATSIZE, {sizes}));
+            // A refused store shows when the tag is read back.
+            const IMetadata::IEntry stored = meta.entryFor(ZELVAN_CAMERA_FAKESAT_FAKESATSIZE);
+            if (stored.isEmpty()) {
+                LOGE("cannot get memory for ZELVAN_CAMERA_FAKESAT_FAKESATSIZE");
+            } else {
+                LogFakeSatSizes(__func__, instanceId, stored.itemAt<IMetadata::Memory>(0));
+            }
+        }
+    }
+    LOGI("exit");
+    return 0;
+}
+
+int CameraPlatformInfoZelvan::MetadataUpdateInSensorZoomModes(IMetadata& meta, int /*instanceId*/) {
+    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_INSENSOR_ZOOM_MODES, {0}));
+    return 0;
+}
+
+int CameraPlatformInfoZelvan::MetadataUpdateSmartFOVZoomRatio(IMetadata& meta, int instanceId) {
+    const std::optional<ZoomInstance> instance = ResolveZoomInstance(__func__, instanceId);
+    if (!instance) {
+        return -1;
+    }
+    for (const SmartFOVZoomRatios& row : kSmartFOVZoomRatios) {
+        if (row.roleId == instance->roleId) {
+            meta.update(ZELVAN_CAMERA_SMARTFOV_ZOOM_RATIO,
+                        MakeEntry<float>(ZELVAN_CAMERA_SMARTFOV_ZOOM_RATIO, row.ratios));
+        }
+    }
+    return 0;
+}

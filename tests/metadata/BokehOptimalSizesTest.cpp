@@ -1,0 +1,133 @@
+#include "tests/metadata/MetadataTest.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* kUpdater = "UpdateBokehOptimalSizeInfo";
+
+/// Device 5 is made of sensors 2 and 3, device 6 of 0 and 1; device 4 has a single sensor. The tele module's
+/// maker is 1, the wide's 16.
+std::string Phone(const std::string& keys) {
+    return PhoneOf(
+        {{7, R"("eeprom": {"bytes": {"1": "10"}})"}, {1}, {2, R"("eeprom": {"bytes": {"1": "01"}})"}, {3}},
+        R"("logicalDevices": [{}, {}, {}, {}, {"sensorIds": [2]}, {"sensorIds": [2, 3]},
+                      {"sensorIds": [0, 1]}],)" +
+            keys);
+}
+
+constexpr const char* kSetA = "int32 [4096, 3072, 4096, 2304, 4000, 1800]";
+constexpr const char* kSetB = "int32 [2880, 2160, 2816, 1584, 2880, 1296]";
+constexpr const char* kSetC = "int32 [3424, 2568, 3328, 1872, 3200, 1440]";
+constexpr const char* kSetD = "int32 [3280, 2464, 3200, 1800, 3280, 1476]";
+
+TEST(BokehOptimalSizes, PerRole) {
+    const struct {
+        int instanceId;
+        int roleId;
+        std::string tags;  ///< the first seven digits of the pair tags' numbers
+        const char* picture;
+        const char* slave;
+        const char* theme;
+        const char* mdModes;  ///< null: no tag
+        std::string pair;     ///< end of the line that names it
+    } kCases[] = {
+        {5, 61, "0x910000A", kSetA, kSetB, "", "byte [3]", " mastCid: 2, slaveCid:3 , role: 61"},
+        {6, 63, "0x910000F", kSetA, kSetC, "NoTesmo", "byte [3]", " mastCid: 0, slaveCid:1 , role: 63"},
+        {6, 63, "0x910000F", kSetA, kSetC, "NoTesmor", "byte [0]", " mastCid: 0, slaveCid:1 , role: 63"},
+        {5, 81, "0x910000A", kSetD, kSetD, "NoTesmor", nullptr, " mastCid: 2, slaveCid:3 , role: 81"},
+        {4, 63, "0x910000F", kSetA, kSetC, "", "byte [3]", ""},  // fewer than two sensors
+        {5, 62, "", nullptr, nullptr, "", nullptr, ""},
+    };
+    for (const auto& [instanceId, roleId, tags, picture, slave, theme, mdModes, pair] : kCases) {
+        SCOPED_TRACE(roleId);
+        Updating device(
+            Phone(R"("properties": {"ro.boot.product.theme_customize": ")" + std::string(theme) + "\"}"));
+        device.plugin.DeviceId2RoleId[instanceId].roleId = roleId;
+        EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, instanceId), 0);
+        Tags expected = {{"0x9101004E", "int32 [263175]"}};
+        Lines lines = {"I enter", "I exit"};
+        if (!tags.empty()) {
+            expected.insert({{tags + "D", picture}, {tags + "E", slave}, {tags + "F", picture}});
+            expected["0x9101003D"] = "int32 [0]";
+        }
+        if (!pair.empty()) {
+            expected[tags + "B"] = instanceId == 5 ? "byte [2]" : "byte [0]";
+            expected[tags + "C"] = instanceId == 5 ? "byte [3]" : "byte [1]";
+            lines.insert(lines.begin() + 1, "I instanceId = " + std::to_string(instanceId) + pair);
+        }
+        if (mdModes != nullptr) {
+            expected["0x910000E1"] = mdModes;
+        }
+        EXPECT_EQ(device.tags(), expected);
+        EXPECT_EQ(device.phone.logOf(kUpdater), lines);
+        EXPECT_EQ(device.plugin.mModuleInfo, "");
+        EXPECT_TRUE(device.phone.record().eepromReads.empty());
+    }
+}
+
+TEST(BokehOptimalSizes, ModuleInformationGrows) {
+    Updating device(Phone(R"("name": "healthy")"));
+    // The pair is looked up by sensor index.
+    device.plugin.DeviceId2RoleId[2].sensorNames = "s5khm2";
+    device.plugin.DeviceId2RoleId[3].sensorNames = "s5k4h7";
+    device.plugin.DeviceId2RoleId[0].sensorNames = "other";
+    device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 5);
+    device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 6);
+    device.plugin.DeviceId2RoleId[0].sensorNames = "imx582";
+    device.plugin.DeviceId2RoleId[1].sensorNames = "s5k4h7";
+    device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 6);
+    Lines lines = device.phone.logOf(kUpdater);
+    std::erase_if(lines, [](const std::string& line) { return line.find(" is") == std::string::npos; });
+    EXPECT_THAT(lines,
+                ElementsAre("I roleID is 20, vendorID is: 1", "D module info is [s1_S5KHM2_S5K4H7_SUNNY]",
+                            "I roleID is 0, vendorID is: 16",
+                            "D module info is [s1_S5KHM2_S5K4H7_SUNNYOTHER_IMX596__AAC]",
+                            "I roleID is 0, vendorID is: 16", "D module info is [s2_IMX582_S5K4H7__AAC]"));
+    EXPECT_EQ(device.plugin.mModuleInfo, "s2_IMX582_S5K4H7__AAC");
+}
+
+TEST(BokehOptimalSizes, ModuleInformationWithoutMakerOrRow) {
+    Updating device(PhoneOf({}, R"("logicalDevices": [{}, {}, {}, {}, {}, {"sensorIds": [30, 300]}])"));
+    device.plugin.mModuleInfo = "s0_";
+    EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 5), 0);
+    EXPECT_EQ(device.plugin.mModuleInfo, "s0___NONE");
+    EXPECT_EQ(device.tags()["0x910000AC"], "byte [44]");
+    EXPECT_TRUE(device.plugin.DeviceId2RoleId.contains(300));
+}
+
+TEST(BokehOptimalSizes, RefusedUpdatesStopNothing) {
+    const std::string lead = "E ZV IMetadata::update,tag ZELVAN_";
+    for (const bool wide : {false, true}) {
+        const Refusals refusals = {
+            {lead + "CAMERA_BOKEHINFO_MASTERCAMERAID", wide ? 0x910000FB : 0x910000AB},
+            {lead + "CAMERA_BOKEHINFO_MASTERCAMERAID", wide ? 0x910000FC : 0x910000AC},
+            {lead + "BOKEHVENDORID_SUPPORTED", 0x9101003D},
+            {lead + "CAMERA_BOKEHINFO_MASTEROPTSIZE", wide ? 0x910000FD : 0x910000AD},
+            {lead + "CAMERA_BOKEHINFO_OPTPICTURESIZE", wide ? 0x910000FF : 0x910000AF},
+            {lead + "CAMERA_BOKEHINFO_MASTEROPTSIZE", wide ? 0x910000FE : 0x910000AE},
+            {lead + "BOKEH_MDMODE_SUPPORTED", 0x910000E1},
+            {"E ZV IMetadata::update(), tag ZELVAN_SUPERNIGHT_SUPPORT_MASK ", 0x9101004E},
+        };
+        Updating device(Phone(RefusalKeys(refusals)));
+        EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, wide ? 6 : 5), -8);
+        Lines lines = device.phone.logOf(kUpdater);
+        std::erase_if(lines, [](const std::string& line) { return line[0] != 'E'; });
+        EXPECT_EQ(lines, RefusalLines(refusals));
+        EXPECT_EQ(device.tags(), Tags());
+    }
+}
+
+TEST(BokehOptimalSizes, UnknownDeviceOrNoList) {
+    {
+        Updating device(Phone(R"("name": "healthy")"));
+        EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 8), -1);
+        EXPECT_THAT(device.phone.logOf(kUpdater), ElementsAre("I enter", "E find DeviceId2RoleId[8] error!"));
+    }
+    Updating device(Phone(R"("faults": {"moduleFactory": true})"));
+    EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 8), -1);
+    EXPECT_THAT(device.phone.logOf(kUpdater), ElementsAre("I enter", "E Cannot get logical device list"));
+    EXPECT_EQ(device.tags(), Tags());
+}
+
+}  // namespace

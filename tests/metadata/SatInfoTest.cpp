@@ -1,0 +1,83 @@
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <sstream>
+
+#include "metadata/ZoomScale.h"
+#include "tests/metadata/MetadataTest.h"
+
+namespace {
+
+/// "type count capacity 1: ratios: positions" of the record at `offset`, without the zeros past the count.
+std::string RecordText(const IMetadata::Memory& blob, std::size_t offset) {
+    std::array<unsigned char, 84> record{};
+    std::memcpy(record.data(), blob.array() + offset, std::min(record.size(), blob.size() - offset));
+    std::string text = HexText(std::span(record).first(4));
+    for (const std::size_t list : {4U, 44U}) {
+        text += ":";
+        for (std::size_t i = 0; i < 10; ++i) {
+            float value = 0;
+            std::memcpy(&value, &record[list + 4 * i], sizeof(value));
+            std::array<char, 32> digits{};
+            std::snprintf(digits.data(), digits.size(), i < record[1] ? " %.3f" : " %g",
+                          static_cast<double>(value));
+            text += i < record[1] || value != 0 ? digits.data() : "";
+        }
+    }
+    return text;
+}
+
+std::string ScaleText(float length, const std::string& ratios, int type) {
+    std::istringstream stream(ratios);
+    const ZoomScaleRecord record = MakeZoomScaleRecord(length, stream, type);
+    return RecordText(IMetadata::Memory(&record, sizeof(record)), 0);
+}
+
+TEST(ZoomScale, Records) {
+    EXPECT_EQ(ScaleText(100, "1:10:100", 0x203), "03030A01: 1.000 10.000 100.000: 0.000 50.000 100.000");
+    EXPECT_EQ(ScaleText(100, "", 1), "01000A01::");
+    // Ten ratios fit.
+    EXPECT_EQ(ScaleText(90, "1:2:4:8:16:32:64:128:256:512:1024:2048", 1),
+              "010A0A01: 1.000 2.000 4.000 8.000 16.000 32.000 64.000 128.000 256.000 512.000: 0.000 10.000 "
+              "20.000 30.000 40.000 50.000 60.000 70.000 80.000 90.000");
+    // One ratio has no scale. The sign of its position is the processor's.
+    const std::string single = ScaleText(100, "0.6", 1);
+    EXPECT_TRUE(single == "01010A01: 0.600: nan" || single == "01010A01: 0.600: -nan") << single;
+}
+
+TEST(SatInfo, PerRole) {
+    const TestPhone phone("{}");
+    TestPlugin plugin;
+    IMetadata sat;
+    EXPECT_EQ(plugin.MetedataUpdateSatInfo(sat, 4), 0);
+    EXPECT_EQ(DescribeAll(sat), (Tags{{"0x9101008E", "memory [168 bytes]"}}));
+    const auto records = sat.entryFor(ZELVAN_CAMERA_SAT_ZOOM_INFO).itemAt<IMetadata::Memory>(0);
+    EXPECT_EQ(
+        RecordText(records, 0),
+        "01060A01: 0.600 1.000 2.000 5.000 10.000 20.000: 0.000 116.542 274.679 483.725 641.863 800.000");
+    EXPECT_EQ(
+        RecordText(records, 84),
+        "02060A01: 0.600 1.000 2.000 5.000 10.000 15.000: 0.000 111.088 261.825 461.088 611.825 700.000");
+
+    // A device of the second SAT role; its flags grow with every call.
+    plugin.DeviceId2RoleId[8].roleId = 80;
+    IMetadata second;
+    plugin.MetedataUpdateSatInfo(second, 8);
+    EXPECT_EQ(plugin.MetedataUpdateSatInfo(second, 8), 0);
+    EXPECT_EQ(DescribeAll(second),
+              (Tags{{"0x9101008E", "memory [84 bytes]"}, {"0x9101009C", "int32 [1, 1]"}}));
+    EXPECT_EQ(RecordText(second.entryFor(ZELVAN_CAMERA_SAT_ZOOM_INFO).itemAt<IMetadata::Memory>(0), 0),
+              "01040A01: 0.600 0.800 1.000 2.000: 0.000 95.578 169.713 400.000");
+
+    // An unknown device enters the table and gets nothing.
+    IMetadata unknown;
+    EXPECT_EQ(plugin.MetedataUpdateSatInfo(unknown, 9), 0);
+    EXPECT_EQ(unknown.count(), 0U);
+    ASSERT_TRUE(plugin.DeviceId2RoleId.contains(9));
+    EXPECT_EQ(plugin.DeviceId2RoleId[9].roleId, 0);
+    EXPECT_TRUE(phone.log().empty());
+}
+
+}  // namespace
