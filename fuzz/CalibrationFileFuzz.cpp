@@ -1,0 +1,54 @@
+// Any bytes as a dual-camera calibration file and as the OIS file of the persist partition.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include <android/log.h>
+
+#include "calibration/OisFile.h"
+#include "calibration/calibrationdata.h"
+#include "platform/DevicePath.h"
+#include "virtualphone/TemporaryFolder.h"
+#include "virtualphone/VirtualPhone.h"
+
+namespace {
+
+constexpr const char* kFile = "/mnt/vendor/persist/camera/fuzz.dcal.bin";
+constexpr const char* kCopy = "/data/vendor/camera/copy";
+
+/// A file that parses must come back from `write` as one that parses to the same.
+void RoundTrip(const CalibrationData& file) {
+    std::string block;
+    std::string copiedBlock;
+    CalibrationData copy;
+    if (!file.getData(block) || !file.write(kCopy) || !copy.parse(kCopy) || !copy.getData(copiedBlock) ||
+        block != copiedBlock || file.getMasterFuseId() != copy.getMasterFuseId() ||
+        file.getSlaveFuseId() != copy.getSlaveFuseId()) {
+        std::abort();
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const virtualphone::TemporaryFolder root;
+    virtualphone::PhoneDescription phone;
+    phone.files[kFile] = {data, data + size};
+    const virtualphone::VirtualPhone running(std::move(phone), root.path());
+
+    CalibrationData file;
+    if (file.parse(kFile)) {
+        RoundTrip(file);
+    }
+    const OisFile oisFile({data, data + size});
+    if (oisFile.crcGood()) {
+        OisGainsInRange(oisFile.gainX(), oisFile.gainY());
+    }
+    if (oisFile.fuseIdHex().size() != 2 * static_cast<std::size_t>(oisFile.fuseIdLength())) {
+        std::abort();
+    }
+    return 0;
+}

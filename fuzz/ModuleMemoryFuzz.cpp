@@ -1,0 +1,44 @@
+// A whole boot with any bytes as the memory of the wide and the front module.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "platforminfo/EepromLayout.h"
+#include "virtualphone/TemporaryFolder.h"
+#include "virtualphone/VirtualPhone.h"
+
+namespace {
+
+/// The plug-in afresh: the instance of a process would keep the first images.
+class FreshPlugin : public CameraPlatformInfoZelvan {};
+
+virtualphone::SensorDescription Sensor(int index, int deviceId, const std::uint8_t* data, std::size_t size) {
+    virtualphone::SensorDescription sensor;
+    sensor.deviceBits = 1U << index;
+    sensor.deviceId = deviceId;
+    sensor.eeprom.emplace();
+    sensor.eeprom->image.assign(data, data + std::min(size, kEepromImageSize));
+    sensor.eeprom->image.resize(kEepromImageSize);
+    return sensor;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::size_t half = size / 2;
+    virtualphone::PhoneDescription phone;
+    phone.properties["vendor.debug.camera.eeprom_dump"] = "1";
+    phone.sensors = {Sensor(0, 7, data, half), Sensor(1, 1, data + half, size - half)};
+    phone.sensorAliases[7] = {.deviceBits = 1U << 7, .deviceId = 7};
+    phone.logicalDevices.resize(8);
+    phone.logicalDevices[1].sensorBits = 2;
+    phone.logicalDevices[7].sensorBits = 1;
+    const virtualphone::TemporaryFolder root;
+    const virtualphone::VirtualPhone running(std::move(phone), root.path());
+    FreshPlugin().ExposureModuleInfo();
+    return 0;
+}

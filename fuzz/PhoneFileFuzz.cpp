@@ -1,0 +1,22 @@
+// Any text as a phone file. A phone that reads must start.
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+#include "virtualphone/PhoneFile.h"
+#include "virtualphone/TemporaryFolder.h"
+#include "virtualphone/VirtualPhone.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const virtualphone::TemporaryFolder root;
+    try {
+        virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
+            {reinterpret_cast<const char*>(data), size}, root.path() / "none", "fuzz.json");
+        const virtualphone::VirtualPhone running(std::move(phone), root.path());
+    } catch (const virtualphone::PhoneFileError&) {
+        // The one answer to a bad phone file.
+    }
+    return 0;
+}
