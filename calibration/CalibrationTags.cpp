@@ -63,9 +63,39 @@ bool HasTwoUnderscores(const std::string& name) {
     return std::count(name.begin(), name.end(), '_') >= 2;
 }
 
-/// Stores the block under the bokeh tag.
-int UpdateBokehBlock(const char* function, IMetadata& meta, const IMetadata::Memory& block) {
-    return UpdateTag(function, meta, MakeEntry<IMetadata::Memory>(ZELVAN_BOKEH_CALIBRATION_DATA, {block}));
+/// @return the result of the update.
+int PublishSatBlock(const char* function, IMetadata& meta, const DualCameraCalDataInfo& pair,
+                    const IMetadata::Memory& block) {
+    const SatPayloadHeader header = MakeSatPayloadHeader(pair);
+    IMetadata::Memory payload(&header, sizeof(header));
+    payload.append(block);
+    const int error =
+        UpdateTag(function, meta, MakeEntry<IMetadata::Memory>(ZELVAN_SAT_CALIBRATION_DATA, {payload}));
+    if (error == 0) {
+        // The labels are shifted against the values: a low byte of either header word and the block's first.
+        LOG_AS(ANDROID_LOG_DEBUG, function,
+               "masterCameraRole:%d, slaveCameraRole:%d, dualCamDataLength:%d, pType:%d, pSize:%d, "
+               "dualdataArray.size:%d",
+               pair.masterCameraRole, pair.slaveCameraRole, pair.length,
+               static_cast<int>(header.roles & 0xFFU), static_cast<int>(header.length & 0xFFU),
+               block.size() == 0 ? 0 : static_cast<int>(block.array()[0]));
+    }
+    return error;
+}
+
+/// @param roleName as log lines name the device's role.
+/// @return the result of the update.
+int PublishBokehBlock(const char* function, IMetadata& meta, const DualCameraCalDataInfo& pair,
+                      const IMetadata::Memory& block, const char* roleName) {
+    const int error =
+        UpdateTag(function, meta, MakeEntry<IMetadata::Memory>(ZELVAN_BOKEH_CALIBRATION_DATA, {block}));
+    if (error == 0) {
+        LOG_AS(ANDROID_LOG_DEBUG, function,
+               "%s masterCameraRole:%d, slaveCameraRole:%d, length:%d, calibData:%p", roleName,
+               pair.masterCameraRole, pair.slaveCameraRole, pair.length,
+               static_cast<const void*>(block.array()));
+    }
+    return error;
 }
 
 }  // namespace
@@ -121,43 +151,23 @@ int CameraPlatformInfoZelvan::MetedataUpdateCalibData(IMetadata& meta, int insta
         return -1;
     }
 
+    int error = 0;
     switch (match->second.roleId) {
-        case camera_role::kSat: {
-            const SatPayloadHeader header = MakeSatPayloadHeader(pair);
-            IMetadata::Memory payload(&header, sizeof(header));
-            payload.append(block);
-            if (UpdateTag(__func__, meta,
-                          MakeEntry<IMetadata::Memory>(ZELVAN_SAT_CALIBRATION_DATA, {payload})) != 0) {
-                return -1;
-            }
-            // The labels are shifted against the values, and the last value has no label.
-            LOGD(
-                "masterCameraRole:%d, slaveCameraRole:%d, dualCamDataLength:%d, pType:%d, pSize:%d, "
-                "dualdataArray.size:%d",
-                pair.masterCameraRole, pair.slaveCameraRole, pair.length,
-                static_cast<int>(header.roles & 0xFFU), static_cast<int>(header.length & 0xFFU),
-                block.size() == 0 ? 0 : static_cast<int>(block.array()[0]));
+        case camera_role::kSat:
+            error = PublishSatBlock(__func__, meta, pair, block);
             break;
-        }
         case camera_role::kTeleBokeh:
             ThirdCalibration::set3rdCalibration(block.editArray(), pair.length);
-            if (UpdateBokehBlock(__func__, meta, block) != 0) {
-                return -1;
-            }
-            LOGD("RoleIdRearBokeh masterCameraRole:%d, slaveCameraRole:%d, length:%d, calibData:%p",
-                 pair.masterCameraRole, pair.slaveCameraRole, pair.length,
-                 static_cast<const void*>(block.array()));
+            error = PublishBokehBlock(__func__, meta, pair, block, "RoleIdRearBokeh");
             break;
         case camera_role::kFrontBokeh:
-            if (UpdateBokehBlock(__func__, meta, block) != 0) {
-                return -1;
-            }
-            LOGD("RoleIdFrontBokeh masterCameraRole:%d, slaveCameraRole:%d, length:%d, calibData:%p",
-                 pair.masterCameraRole, pair.slaveCameraRole, pair.length,
-                 static_cast<const void*>(block.array()));
+            error = PublishBokehBlock(__func__, meta, pair, block, "RoleIdFrontBokeh");
             break;
         default:
             break;
+    }
+    if (error != 0) {
+        return -1;
     }
     LOGI("exit");
     return 0;

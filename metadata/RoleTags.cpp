@@ -3,13 +3,11 @@
 #include <span>
 
 #include "metadata/VendorTags.h"
-#include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/EepromLayout.h"
 #include "platforminfo/Log.h"
-#include "platforminfo/PlatformAccess.h"
 #include "platforminfo/TagWriter.h"
 
 using NSCam::IMetadata;
@@ -61,32 +59,25 @@ bool CheckSumsGood(const char* function, EepromImage image, const EepromCheckSum
 }  // namespace
 
 int CameraPlatformInfoZelvan::MetadataUpdateRoleId(IMetadata& meta, int instanceId) {
-    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(__func__);
-    if (devices == nullptr) {
+    const std::optional<ResolvedInstance> instance = ResolveRole(__func__, instanceId);
+    if (!instance) {
         return -1;
     }
-    const std::optional<int> roleId = ResolveRole(__func__, *devices, instanceId);
-    if (!roleId) {
-        return -1;
-    }
-    LOGI(" MetadataUpdateRoleId, instanceId:%d roleId:%d", instanceId, *roleId);
-    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_ROLEID, {*roleId}));
-    if (const auto members = RoleId2MemberRoleIds.find(*roleId); members != RoleId2MemberRoleIds.end()) {
+    LOGI(" MetadataUpdateRoleId, instanceId:%d roleId:%d", instanceId, instance->roleId);
+    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_ROLEID, {instance->roleId}));
+    if (const auto members = RoleId2MemberRoleIds.find(instance->roleId);
+        members != RoleId2MemberRoleIds.end()) {
         UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_MEMBER_ROLEIDS, members->second));
     }
     return 0;
 }
 
 int CameraPlatformInfoZelvan::MetadataUpdateCheckSumResult(IMetadata& meta, int instanceId) {
-    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(__func__);
-    if (devices == nullptr) {
+    const std::optional<ResolvedInstance> instance = ResolveRole(__func__, instanceId);
+    if (!instance) {
         return -1;
     }
-    const std::optional<int> roleId = ResolveRole(__func__, *devices, instanceId);
-    if (!roleId) {
-        return -1;
-    }
-    const CamCalAllData* const image = GetCamCalAllData(*roleId);
+    const CamCalAllData* const image = GetCamCalAllData(instance->roleId);
     if (image == nullptr) {
         return 0;
     }

@@ -13,7 +13,6 @@
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Log.h"
-#include "platforminfo/PlatformAccess.h"
 #include "platforminfo/TagWriter.h"
 
 using NSCam::IMetadata;
@@ -69,15 +68,11 @@ void LogFakeSatSizes(const char* function, int instanceId, const IMetadata::Memo
 
 std::optional<CameraPlatformInfoZelvan::ZoomInstance> CameraPlatformInfoZelvan::ResolveZoomInstance(
     const char* function, int instanceId) {
-    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(function);
-    if (devices == nullptr) {
+    const std::optional<ResolvedInstance> instance = ResolveRole(function, instanceId);
+    if (!instance) {
         return std::nullopt;
     }
-    const std::optional<int> roleId = ResolveRole(function, *devices, instanceId);
-    if (!roleId) {
-        return std::nullopt;
-    }
-    const std::vector<int> sensorIds = devices->sensorIds(instanceId);
+    const std::vector<int> sensorIds = instance->devices.sensorIds(instanceId);
     NSCam::IHalSensorList* const sensors = NSCam::IHalSensorList::get();
     NSCam::IHalSensor* const sensor =
         sensorIds.empty() || sensors == nullptr ? nullptr : sensors->createSensor(kLogTag, sensorIds[0]);
@@ -85,7 +80,8 @@ std::optional<CameraPlatformInfoZelvan::ZoomInstance> CameraPlatformInfoZelvan::
         LOG_AS(ANDROID_LOG_ERROR, function, "Cannot get halsensor");
         return std::nullopt;
     }
-    return ZoomInstance{.roleId = *roleId, .sensor = sensor, .deviceIndex = sensors->deviceId(sensorIds[0])};
+    return ZoomInstance{
+        .roleId = instance->roleId, .sensor = sensor, .deviceIndex = sensors->deviceId(sensorIds[0])};
 }
 
 int CameraPlatformInfoZelvan::MetadataUpdateFakeSatSizes(IMetadata& meta, int instanceId) {

@@ -163,10 +163,14 @@ class ZELVAN_API CameraPlatformInfoZelvan {
     CameraPlatformInfoZelvan();
     ~CameraPlatformInfoZelvan();
 
+    /// An instance and the list that knows it.
+    struct ResolvedInstance {
+        int roleId;
+        const NSCam::ILogicalDeviceList& devices;
+    };
     /// Role of an instance, logged in the name of `function`; no value when it cannot be resolved. A
     /// multi-sensor device must carry a logical role; the role of a single sensor is taken as it comes.
-    std::optional<int> ResolveRole(const char* function, const NSCam::ILogicalDeviceList& devices,
-                                   int instanceId);
+    std::optional<ResolvedInstance> ResolveRole(const char* function, int instanceId);
     /// The device table's row of an instance; null, and logged in the name of `function`, when there is none.
     const RoleIdDesc* FindDevice(const char* function, int instanceId);
     int ReadIdentityByte(int roleId, int offset);

@@ -67,17 +67,20 @@ bool CameraPlatformInfoZelvan::matchDrvNameToPlatformDrvName(const char* drvName
     return end == platformEnd;
 }
 
-std::optional<int> CameraPlatformInfoZelvan::ResolveRole(const char* function,
-                                                         const NSCam::ILogicalDeviceList& devices,
-                                                         int instanceId) {
-    if ((devices.isMultiSensorDevice(instanceId) & 1U) == 0) {
-        return GetRoleIdBySensorIdx(instanceId);
+std::optional<CameraPlatformInfoZelvan::ResolvedInstance> CameraPlatformInfoZelvan::ResolveRole(
+    const char* function, int instanceId) {
+    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(function);
+    if (devices == nullptr) {
+        return std::nullopt;
+    }
+    if ((devices->isMultiSensorDevice(instanceId) & 1U) == 0) {
+        return ResolvedInstance{.roleId = GetRoleIdBySensorIdx(instanceId), .devices = *devices};
     }
     const RoleIdDesc* const device = FindDevice(function, instanceId);
     if (device == nullptr || device->roleId < camera_role::kFirstLogicalRole) {
         return std::nullopt;
     }
-    return device->roleId;
+    return ResolvedInstance{.roleId = device->roleId, .devices = *devices};
 }
 
 const RoleIdDesc* CameraPlatformInfoZelvan::FindDevice(const char* function, int instanceId) {
