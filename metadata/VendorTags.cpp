@@ -7,9 +7,9 @@ using NSCam::IMetadata;
 
 // The number and the text of a name from one spelling.
 #define TAG(constant, itemType) \
-    { .tag = (constant), .name = #constant, .type = IMetadata::Type::itemType }
+    { .tag = (constant), .type = IMetadata::Type::itemType, .name = #constant }
 #define WIDE_BOKEH_TAG(constant, itemType) \
-    { .tag = wide_bokeh::constant, .name = #constant, .type = IMetadata::Type::itemType }
+    { .tag = wide_bokeh::constant, .type = IMetadata::Type::itemType, .name = #constant }
 
 namespace {
 

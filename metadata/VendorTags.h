@@ -71,8 +71,8 @@ inline constexpr std::uint32_t ZELVAN_BEAUTY_OPTIONCONFIG = 0x91010063;
 /// What is known of a published tag.
 struct VendorTagInfo {
     std::uint32_t tag;
-    const char* name;
     NSCam::IMetadata::Type type;  ///< of its items
+    const char* name;
 };
 
 /// All published tags in ascending order.
