@@ -89,6 +89,10 @@ std::string ExtendPointer(const std::string& pointer, std::string_view token) {
 }
 
 std::string ErrorPlace(const std::string& fileName, const std::string& pointer) {
+    constexpr std::size_t kLongest = 200;
+    if (pointer.size() > kLongest) {
+        return fileName + ": " + pointer.substr(0, kLongest) + "...";
+    }
     return pointer.empty() ? fileName : fileName + ": " + pointer;
 }
 

@@ -30,6 +30,12 @@ struct InlineBytes {
         return {"hex", [this](const JsonValue& v) { hex = v.hex(); }};
     }
     bool isFill() const { return fill || size; }
+    /// Fails for one of the two keys that belong together.
+    void check(const JsonValue& value) const {
+        if (fill.has_value() != size.has_value()) {
+            value.fail("\"fill\" and \"size\" together", fill ? "no \"size\"" : "no \"fill\"");
+        }
+    }
     Bytes bytes() const { return hex ? *hex : Bytes(size.value_or(0), fill.value_or(0)); }
 };
 
@@ -39,6 +45,7 @@ Bytes ReadBlock(const JsonValue& value) {
     if (block.hex && block.isFill()) {
         value.fail(R"(either "hex" or "fill" and "size")", "both");
     }
+    block.check(value);
     return block.bytes();
 }
 
@@ -100,6 +107,7 @@ Bytes ReadContent(const JsonValue& value, const std::filesystem::path& folder) {
         value.fail(R"(one of "fill" with "size", "hex", "text", "file", "dualcal" and "oiscal")",
                    std::to_string(kinds) + " of them");
     }
+    written.check(value);
     return made ? std::move(*made) : written.bytes();
 }
 
@@ -113,11 +121,17 @@ bool IsPhonePath(const std::string& path) {
 }  // namespace
 
 void ReadFiles(const JsonValue& value, const std::filesystem::path& folder, PhoneDescription& phone) {
+    std::size_t total = 0;
     for (const auto& [path, content] : value.members()) {
         if (!IsPhonePath(path)) {
             content.fail(R"(an absolute path as the key, without ".", ".." or empty parts)", "another path");
         }
-        phone.files[path] = ReadContent(content, folder);
+        Bytes& bytes = phone.files[path] = ReadContent(content, folder);
+        total += bytes.size();
+        if (total > kLargestFile) {
+            content.fail("at most " + std::to_string(kLargestFile) + " bytes in all files up to this one",
+                         std::to_string(total));
+        }
     }
 }
 

@@ -43,6 +43,11 @@ std::string CheckProperty(const std::string& text) {
     return "";
 }
 
+/// Refuses an empty name: what an unset variable of a shell leaves would pass for no option at all.
+std::string CheckNotEmpty(const std::string& text) {
+    return text.empty() ? "expected a name, got an empty text" : "";
+}
+
 /// Runs `print` on a stream and makes sure that all of it arrived.
 template <typename Print>
 void WriteTo(std::ostream& out, const std::string& name, const Print& print) {
@@ -99,17 +104,21 @@ void AddRunCommand(CLI::App& app, std::function<int()>& chosen) {
     command
         ->add_option("--json", options->json,
                      "Write the complete report to this file; \"-\": print it instead of the summary")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(CheckNotEmpty);
     command
         ->add_option("--root", options->root,
                      "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(CheckNotEmpty);
     command
         ->add_option("--set", options->properties, "Set a system property before start-up; may be repeated")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false)
         ->check(CheckProperty);
-    command->add_option("--library", options->library, "Load this build of the plug-in")->type_name("FILE");
+    command->add_option("--library", options->library, "Load this build of the plug-in")
+        ->type_name("FILE")
+        ->check(CheckNotEmpty);
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }
 
