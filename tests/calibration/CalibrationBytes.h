@@ -5,9 +5,14 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/Describe.h"
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
+
 /// Calibration files by the byte, made without any of the code under test, and the phone that they are for.
 
 using Bytes = std::vector<std::uint8_t>;
+using Lines = std::vector<std::string>;
 
 inline Bytes operator+(Bytes left, const Bytes& right) {
     left.insert(left.end(), right.begin(), right.end());

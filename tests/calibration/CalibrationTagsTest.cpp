@@ -1,14 +1,7 @@
 #include <map>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
 
 #include "calibration/CalibrationTags.h"
 #include "tests/calibration/CalibrationBytes.h"
-#include "tests/support/Describe.h"
-#include "tests/support/TestPhone.h"
-#include "tests/support/TestPlugin.h"
 
 namespace {
 
@@ -49,20 +42,11 @@ TEST(CalibrationTags, BootPublishesTheBlocksOfTheDevices) {
     phone.write("/vendor/etc/camera/com.zelvan.dcal.wt.golden", Block(4096, 2));
     TestPlugin plugin;
     plugin.ExposureModuleInfo();
-    using Published = std::map<std::string, Bytes>;
-    const Published kPublished[] = {
-        {},
-        {},
-        {},
-        {},
-        {{"0x91010041", Bytes{0x15, 0, 0, 0, 0, 0x10, 0, 0} + Block(4096, 1)}},
-        {{"0x91010005", Block(4096, 2)}},
-        {},
-        {},
-        {},
-    };
-    for (std::uint32_t device = 0; device < std::size(kPublished); ++device) {
-        EXPECT_EQ(Blocks(phone.phone().staticMetadata(device)), kPublished[device]) << device;
+    std::map<std::uint32_t, std::map<std::string, Bytes>> published;
+    published[4]["0x91010041"] = Bytes{0x15, 0, 0, 0, 0, 0x10, 0, 0} + Block(4096, 1);
+    published[5]["0x91010005"] = Block(4096, 2);
+    for (std::uint32_t device = 0; device < 9; ++device) {
+        EXPECT_EQ(Blocks(phone.phone().staticMetadata(device)), published[device]) << device;
     }
     EXPECT_THAT(phone.record().thirdCalibration, ElementsAre(Block(4096, 2)));
     EXPECT_THAT(phone.log(), testing::Contains("D [MetedataUpdateCalibData] masterCameraRole:0, "
@@ -79,10 +63,9 @@ TEST(CalibrationTags, ShortDumpReadsAsZerosAndFrontBokehStaysAtHome) {
     EXPECT_EQ(plugin.MetedataUpdateCalibData(meta, 8), 0);
     EXPECT_EQ(Blocks(meta)["0x91010005"], (Bytes{0xF5, 0x02} + Bytes(4094, 0)));
     EXPECT_TRUE(phone.record().thirdCalibration.empty());
-    EXPECT_THAT(phone.log(),
-                testing::Contains(testing::StartsWith("D [MetedataUpdateCalibData] RoleIdFrontBokeh "
-                                                      "masterCameraRole:0, slaveCameraRole:21, length:4096, "
-                                                      "calibData:0x")));
+    const char* const front =
+        "D RoleIdFrontBokeh masterCameraRole:0, slaveCameraRole:21, length:4096, calibData:0x";
+    EXPECT_THAT(phone.logOf("MetedataUpdateCalibData"), testing::Contains(testing::StartsWith(front)));
     // Bytes print unsigned.
     EXPECT_EQ(plugin.MetedataUpdateCalibData(meta, 4), 0);
     EXPECT_THAT(phone.log(), testing::Contains(testing::EndsWith("dualdataArray.size:245")));
@@ -101,35 +84,28 @@ TEST(CalibrationTags, WhatEndsTheUpdater) {
     const std::string noMatch = lead + "Cannot find match device!";
     const std::string noList = lead + "Cannot get sensor device list";
     const std::string refused = lead + "ZV IMetadata::update(), tag:-1862205375 err:-5";
-    const struct {
-        std::string phone;
-        int device;
-        int result;
-        std::vector<std::string> errors;
-    } kCases[] = {
-        {RearPhone(kDevices), 1, 0, {}},
-        {RearPhone(kDevices), 6, 0, {}},
-        {RearPhone(kDevices), 5, -1, {open + kWideTele, unread}},
-        {RearPhone(kDevices), 8, -1, {lead + "find DeviceId2RoleId[8] error!"}},
-        {faults(R"("moduleFactory": true)"), 4, -1, {noList}},
-        {faults(R"("logicalDeviceList": true)"), 4, -1, {noList}},
-        {faults(R"("metadataUpdate": {"0x91010041": -5})"), 4, -1, {refused}},
-        {devices("SENSOR_DRVNAME_HALCYRION_OTHER_SAT"), 0, -1, {noMatch}},
-        {devices("BACK_SAT"), 0, -1, {noMatch}},
-        // The name decides whose pair is taken; a single chip is half a pair.
-        {devices("A_BACK_ULTRA"), 0, -1, {open + "(null)", unread}},
-    };
-    for (const auto& [json, device, result, errors] : kCases) {
+    const auto errorsOf = [](const std::string& json, int device) {
         const TestPhone phone(json);
         phone.write(kWideUltra, Block(4096));
         TestPlugin plugin;
         IMetadata meta;
-        SCOPED_TRACE(json + std::to_string(device));
-        EXPECT_EQ(plugin.MetedataUpdateCalibData(meta, device), result);
-        EXPECT_EQ(phone.errors(), errors);
-        EXPECT_EQ(phone.log().back() == "I [MetedataUpdateCalibData] exit", result == 0);
+        const int result = plugin.MetedataUpdateCalibData(meta, device);
+        EXPECT_EQ(result, phone.errors().empty() ? 0 : -1);
+        EXPECT_EQ(phone.log().back() == "I [MetedataUpdateCalibData] exit", phone.errors().empty());
         EXPECT_EQ(meta.count(), 0U);
-    }
+        return phone.errors();
+    };
+    EXPECT_EQ(errorsOf(RearPhone(kDevices), 1), Lines());
+    EXPECT_EQ(errorsOf(RearPhone(kDevices), 6), Lines());
+    EXPECT_EQ(errorsOf(RearPhone(kDevices), 5), (Lines{open + kWideTele, unread}));
+    EXPECT_EQ(errorsOf(RearPhone(kDevices), 8), Lines{lead + "find DeviceId2RoleId[8] error!"});
+    EXPECT_EQ(errorsOf(faults(R"("moduleFactory": true)"), 4), Lines{noList});
+    EXPECT_EQ(errorsOf(faults(R"("logicalDeviceList": true)"), 4), Lines{noList});
+    EXPECT_EQ(errorsOf(faults(R"("metadataUpdate": {"0x91010041": -5})"), 4), Lines{refused});
+    EXPECT_EQ(errorsOf(devices("SENSOR_DRVNAME_HALCYRION_OTHER_SAT"), 0), Lines{noMatch});
+    EXPECT_EQ(errorsOf(devices("BACK_SAT"), 0), Lines{noMatch});
+    // The name decides whose pair is taken; a single chip is half a pair.
+    EXPECT_EQ(errorsOf(devices("A_BACK_ULTRA"), 0), (Lines{open + "(null)", unread}));
 }
 
 }  // namespace

@@ -1,11 +1,5 @@
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
-
-#include "tests/support/Describe.h"
-#include "tests/support/TestPhone.h"
-#include "tests/support/TestPlugin.h"
+#include "platforminfo/TagWriter.h"
+#include "tests/calibration/CalibrationBytes.h"
 
 namespace {
 
@@ -42,19 +36,19 @@ TEST(CalibrationToolTag, TagsOfTheBokehDevices) {
     const std::pair<std::string, std::string> tele{kFileName, NameText("com.zelvan.dcal.wt.bin")};
     const std::pair<std::string, std::string> ultra{kFileName, NameText("com.zelvan.dcal.wu.bin")};
     const std::pair<std::string, std::string> values{kDriverValues, "int32 [4096, 3072, 10, 20]"};
-    const std::string refused = R"("metadataUpdate": {"0x91010022": -5, "0x91010023": -5, "0x91010024": -5})";
-    const std::string update = lead + "ZV IMetadata::update(), tag:";
-    const std::vector<std::string> updates{update + "-1862205406 err:-5", update + "-1862205405 err:-5",
-                                           update + "-1862205404 err:-5"};
+    const std::string refused = R"("metadataUpdate": {"0x91010022": -5, "0x91010023": -6, "0x91010024": -7})";
+    const std::string update = lead + "ZV IMetadata::update(), tag:-186220540";
+    const Lines updates{update + "6 err:-5", update + "5 err:-6", update + "4 err:-7"};
     const std::string noPair = lead + "Cannot find zelvan calibration data!";
+    const std::string noList = lead + "Cannot get logical device list";
+    const std::string noSensors = lead + "Cannot get sensor device list";
     const std::string notTwo = lead + "The logical device don't have 2 sensors";
     const std::string noDriver = lead + "get sensor drv error : 5!";
     const struct {
         std::string phone;
-        int device;
-        int result;
+        int device, result;
         Tags tags;
-        std::vector<std::string> errors;
+        Lines errors;
     } kCases[] = {
         // A member is a device index where one matches (2 is sensor 1), and a sensor index otherwise.
         {Phone("2, 7"), 5, 0, {type, tele, {kDriverValues, "int32 [65535, 40000, 4096, 3072]"}}, {}},
@@ -67,8 +61,8 @@ TEST(CalibrationToolTag, TagsOfTheBokehDevices) {
         {Phone("0, 3", refused), 5, 0, {}, updates},
         {Phone("0, 3"), 4, -1, {}, {}},
         {Phone("0, 3"), 9, -1, {}, {lead + "find DeviceId2RoleId[9] error!"}},
-        {Phone("0, 3", R"("logicalDeviceList": true)"), 5, -1, {}, {lead + "Cannot get logical device list"}},
-        {Phone("0, 3", R"("sensorList": true)"), 5, -1, {}, {lead + "Cannot get sensor device list"}},
+        {Phone("0, 3", R"("logicalDeviceList": true)"), 5, -1, {}, {noList}},
+        {Phone("0, 3", R"("sensorList": true)"), 5, -1, {}, {noSensors}},
     };
     for (const auto& [json, device, result, tags, errors] : kCases) {
         const TestPhone phone(json);
@@ -88,9 +82,7 @@ TEST(CalibrationToolTag, WritesOnlyWhatIsMissing) {
     const TestPhone phone(Phone("2, 0"));
     TestPlugin plugin;
     IMetadata meta;
-    IMetadata::IEntry type(0x91010022);
-    type.push_back<unsigned char>(7);
-    meta.update(type.tag(), type);
+    meta.update(0x91010022, MakeEntry<unsigned char>(0x91010022, {7}));
     EXPECT_EQ(plugin.MetadataUpdateCalibrationToolTag(meta, 5), 0);
     const Tags first = DescribeAll(meta);
     EXPECT_EQ(first.at(kType), "byte [7]");

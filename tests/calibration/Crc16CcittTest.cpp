@@ -1,6 +1,5 @@
+#include <algorithm>
 #include <random>
-
-#include <gtest/gtest.h>
 
 #include "calibration/Crc16Ccitt.h"
 #include "tests/calibration/CalibrationBytes.h"
@@ -18,9 +17,7 @@ TEST(Crc16Ccitt, EveryLengthAndAlignmentAsBitByBit) {
     EXPECT_EQ(CRC16CCITT(nullptr, 5).process(), 0);
     std::mt19937 random(20);
     Bytes bytes(320);
-    for (std::uint8_t& byte : bytes) {
-        byte = static_cast<std::uint8_t>(random());
-    }
+    std::generate(bytes.begin(), bytes.end(), [&random] { return static_cast<std::uint8_t>(random()); });
     for (std::size_t start = 0; start < 17; ++start) {
         for (std::size_t length = 0; length <= 300; ++length) {
             ASSERT_EQ(Process(bytes, start, length), BitwiseCrc(bytes.data() + start, length))

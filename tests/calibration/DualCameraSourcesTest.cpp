@@ -1,17 +1,12 @@
 #include <algorithm>
 #include <filesystem>
+#include <numeric>
 #include <optional>
-#include <string>
 #include <sys/stat.h>
-#include <vector>
-
-#include <gmock/gmock.h>
 
 #include "calibration/DualCameraCalDataInfo.h"
 #include "platform/Properties.h"
 #include "tests/calibration/CalibrationBytes.h"
-#include "tests/support/TestPhone.h"
-#include "tests/support/TestPlugin.h"
 
 namespace {
 
@@ -38,55 +33,44 @@ std::optional<Bytes> TakeDump(TestPhone& phone) {
     return bytes;
 }
 
-std::vector<std::string> LastLines(const TestPhone& phone, int count) {
-    const std::vector<std::string> log = phone.log();
-    return {log.end() - count, log.end()};
+/// The last lines of the log, as many as there are in `expected`.
+Lines LastLines(const TestPhone& phone, const Lines& expected) {
+    const Lines log = phone.log();
+    return {log.end() - std::ssize(expected), log.end()};
 }
 
 TEST(DualCameraSources, EepromBlockUnderItsChecksum) {
     const struct {
-        int offset;
-        int length;
-        std::size_t sumFirst;  ///< what the checksum covers: nothing where the first is behind the last
-        std::size_t sumLast;
-        std::size_t storedAt;
+        int offset, length;
+        int sumFirst, sumEnd, storedAt;  ///< what the checksum covers, and its place
         bool good;
     } kCases[] = {
-        {0, 8, 0, 8, 9, true},
-        {0, 8, 0, 7, 9, false},
-        {4, 8, 4, 8, 9, true},  // neither end moves with the offset
-        {4, 8, 4, 12, 13, false},
-        {20, 8, 1, 0, 9, true},
-        {0, 16382, 0, 16382, 16383, true},
-        {0, 16383, 0, 16383, 100, false},  // the stored byte would lie behind the image
-        {0, 16384, 0, 16383, 100, false},
-        {16380, 4, 1, 0, 5, true},
-        {16381, 4, 1, 0, 5, false},
+        {0, 8, 0, 9, 9, true},
+        {0, 8, 0, 8, 9, false},
+        {4, 8, 4, 9, 9, true},  // neither end moves with the offset
+        {20, 8, 0, 0, 9, true},
+        {0, 16382, 0, 16383, 16383, true},
+        {0, 16383, 0, 16384, 100, false},  // the stored byte would lie behind the image
+        {16380, 4, 0, 0, 5, true},
+        {16381, 4, 0, 0, 5, false},
     };
-    for (const auto& [offset, length, sumFirst, sumLast, storedAt, good] : kCases) {
+    const Lines dumped{"I [DualCameraDataFromEeprom] dataCamera(21)'s eeprom data dump ==> " + kDump,
+                       "I [DualCameraDataFromEeprom] exit", "I [DualCameraDataDumpFile] enter"};
+    const Lines failed{"I [DualCameraDataFromEeprom] CheckSum error"};
+    for (const auto& [offset, length, sumFirst, sumEnd, storedAt, good] : kCases) {
         TestPhone phone(RearPhone(""));
         TestPlugin plugin;
         Bytes bytes = Block(16384);
-        unsigned sum = 0;
-        for (std::size_t i = sumFirst; i <= sumLast; ++i) {
-            sum += bytes[i];
-        }
-        bytes[storedAt] = static_cast<std::uint8_t>(sum % 255 + 1);
+        const unsigned sum = std::accumulate(bytes.begin() + sumFirst, bytes.begin() + sumEnd, 0U);
+        bytes.begin()[storedAt] = static_cast<std::uint8_t>(sum % 255 + 1);
         plugin.mCamCalData[21] = MakeCamCalAllData();
         std::copy(bytes.begin(), bytes.end(), plugin.mCamCalData[21]->data.begin());
         plugin.mCamCalData[21]->dataSize = 16384;
 
         EXPECT_EQ(plugin.DualCameraDataFromEeprom(Pair(length, offset)), good) << offset << " " << length;
-        if (good) {
-            EXPECT_THAT(
-                LastLines(phone, 3),
-                ElementsAre("I [DualCameraDataFromEeprom] dataCamera(21)'s eeprom data dump ==> " + kDump,
-                            "I [DualCameraDataFromEeprom] exit", "I [DualCameraDataDumpFile] enter"));
-            EXPECT_EQ(TakeDump(phone), Bytes(bytes.begin() + offset, bytes.begin() + offset + length));
-        } else {
-            EXPECT_EQ(phone.log().back(), "I [DualCameraDataFromEeprom] CheckSum error");
-            EXPECT_EQ(TakeDump(phone), std::nullopt);
-        }
+        EXPECT_EQ(LastLines(phone, good ? dumped : failed), good ? dumped : failed);
+        const auto block = bytes.begin() + offset;
+        EXPECT_EQ(TakeDump(phone), good ? std::optional(Bytes(block, block + length)) : std::nullopt);
     }
     const TestPhone phone(RearPhone(""));
     TestPlugin plugin;
@@ -113,11 +97,11 @@ TEST(DualCameraSources, GoldenNeedsTheWholeBlock) {
 
     std::filesystem::remove_all(root + "/data/vendor/camera");
     EXPECT_FALSE(plugin.DualCameraDataFromGolden(Pair(100)));
-    EXPECT_THAT(LastLines(phone, 3),
-                ElementsAre("E [DualCameraDataDumpFile] [DUALDUMP] fail to open " + kDump,
-                            "I [DualCameraDataFromGolden] use golden file ==> dump file : " + kGolden +
-                                " ==> " + kDump,
-                            "I [DualCameraDataFromGolden] exit"));
+    const Lines last{
+        "E [DualCameraDataDumpFile] [DUALDUMP] fail to open " + kDump,
+        "I [DualCameraDataFromGolden] use golden file ==> dump file : " + kGolden + " ==> " + kDump,
+        "I [DualCameraDataFromGolden] exit"};
+    EXPECT_EQ(LastLines(phone, last), last);
 }
 
 const Bytes kWide{0xAA, 0xBB};
@@ -127,29 +111,26 @@ const Bytes kOther{0xAA};
 
 TEST(DualCameraSources, PersistFileBelongsToFittedPair) {
     const struct {
-        Bytes master;
-        Bytes slave;
+        Bytes master, slave;
         bool matches;
     } kCases[] = {
-        {kWide, kUltra, true}, {kUltra, kWide, true},  {kWide, {}, true},       {kUltra, {}, true},
-        {{}, kWide, true},     {{}, kUltra, true},     {{}, {}, false},         {kTele, {}, false},
-        {{}, kTele, false},    {kWide, kTele, false},  {kTele, kUltra, false},  {kWide, kWide, false},
-        {kOther, {}, false},   {kWide, kOther, false}, {kOther, kUltra, false},
+        {kWide, kUltra, true}, {kUltra, kWide, true}, {kWide, {}, true},      {kUltra, {}, true},
+        {{}, kWide, true},     {{}, kUltra, true},    {{}, {}, false},        {{}, kTele, false},
+        {kWide, kTele, false}, {kTele, {}, false},    {kTele, kUltra, false}, {kWide, kWide, false},
+        {kOther, {}, false},   {{}, kOther, false},   {kWide, kOther, false}, {kOther, kUltra, false},
     };
+    const Lines yes{"I [MatchDualCameraPersistFile] dataCamera(21)'s persist data dump ==> " + kDump,
+                    "I [MatchDualCameraPersistFile] exit : ret = 1",
+                    "I [DualCameraDataFromPersist] [master(0):slave(21)] match persistFile is x.dcal.bin",
+                    "I [DualCameraDataFromPersist] exit"};
+    const Lines no{"I [MatchDualCameraPersistFile] exit : ret = 0", "I [DualCameraDataFromPersist] exit"};
     TestPhone phone(RearPhone(kFuseIds));
     TestPlugin plugin;
     for (const auto& [master, slave, matches] : kCases) {
         phone.write(kPersist + "x.dcal.bin", DualFile(master, slave, Block(419)));
         EXPECT_EQ(plugin.DualCameraDataFromPersist(Pair(500)), matches);
         EXPECT_EQ(TakeDump(phone), matches ? std::optional(Block(419) + Bytes(81, 0)) : std::nullopt);
-        const std::vector<std::string> yes{
-            "I [MatchDualCameraPersistFile] dataCamera(21)'s persist data dump ==> " + kDump,
-            "I [MatchDualCameraPersistFile] exit : ret = 1",
-            "I [DualCameraDataFromPersist] [master(0):slave(21)] match persistFile is x.dcal.bin",
-            "I [DualCameraDataFromPersist] exit"};
-        const std::vector<std::string> no{"I [MatchDualCameraPersistFile] exit : ret = 0",
-                                          "I [DualCameraDataFromPersist] exit"};
-        EXPECT_EQ(LastLines(phone, matches ? 4 : 2), matches ? yes : no);
+        EXPECT_EQ(LastLines(phone, matches ? yes : no), matches ? yes : no);
     }
     // The pair's length decides what is taken of a longer block, and a dump that can't be opened is no match.
     phone.write(kPersist + "x.dcal.bin", DualFile(kWide, kUltra, Block(419)));
@@ -192,47 +173,36 @@ TEST(DualCameraSources, RoleByFuseId) {
     const std::string sat = R"({"sensors": [{"deviceId": 4}],
                                 "sensorAliases": {"4": {"deviceBits": 1, "deviceId": 4}}})";
     const std::string noList = R"({"faults": {"sensorList": true}})";
-    const std::string lead = "[GetRoleIdByFuseId] ";
-    const std::string listNull = lead + "MAKE_HalSensorList is NULL!";
-    const std::string noDescriptor = lead + "find mRoleId2FuseIdDescriptorsMap[60] error!";
-    const struct {
-        std::string phone;
-        const char* wide;  ///< fuse id property of the first sensor
-        const char* fuseId;
-        int role;
-        std::vector<std::string> errors;
-    } kCases[] = {
-        {usual, "semc0004AABB", "AABB", 0, {}},
-        {usual, "semc0004AABBCC", "AABB", 0, {}},
-        {usual, "semc0004AABBCC", "AABBCC", -1, {}},
-        {usual, "semc0008AABB", "AABB", 0, {}},
-        {usual, "semc-001AABB", "AABB", 0, {}},
-        {usual, "semc0004AABB", "aabb", -1, {}},
-        {usual, "semc0004AABB", "0102", 21, {}},
-        {usual, "semc0004AABB", "01020304", -1, {}},
-        {usual, "semcxxxxAABB", "0102", -1, {}},  // ends the search
-        {usual, "semc000", "0102", -1, {}},
-        {usual, "", "0102", -1, {}},
-        {sat, "semc0004AABB", "AABB", -1, {noDescriptor}},
-        {noList, "", "AABB", -1, {listNull}},
-        {"{}", "", "AABB", -1, {}},
-    };
-    for (const auto& [json, wide, fuseId, role, errors] : kCases) {
+    /// The role, and the error if there is one; `wide` is the fuse id property of the first sensor.
+    const auto roleOf = [](const char* fuseId, const std::string& json, const char* wide) {
         const TestPhone phone(json);
         TestPlugin plugin;
         property_set("vendor.camera.sensor.w.fuseID", wide);
-        EXPECT_EQ(plugin.GetRoleIdByFuseId(fuseId), role) << wide << " " << fuseId;
-        EXPECT_THAT(phone.log(), testing::Contains("I " + lead + "enter").Times(2));
-        EXPECT_EQ(phone.log().back(), "I " + lead + "enter");
-        EXPECT_EQ(phone.errors(), errors);
+        const std::string role = std::to_string(plugin.GetRoleIdByFuseId(fuseId));
+        Lines lines = phone.logOf("GetRoleIdByFuseId");
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), "I enter"), 2);
+        EXPECT_EQ(lines.back(), "I enter");
+        EXPECT_LE(phone.errors().size(), 1U);
+        return phone.errors().empty() ? role : role + " " + phone.errors()[0];
+    };
+    EXPECT_EQ(roleOf("AABB", usual, "semc0004AABB"), "0");
+    EXPECT_EQ(roleOf("AABB", usual, "semc0004AABBCC"), "0");
+    EXPECT_EQ(roleOf("AABBCC", usual, "semc0004AABBCC"), "-1");
+    EXPECT_EQ(roleOf("AABB", usual, "semc0008AABB"), "0");
+    EXPECT_EQ(roleOf("AABB", usual, "semc-001AABB"), "0");
+    EXPECT_EQ(roleOf("aabb", usual, "semc0004AABB"), "-1");
+    EXPECT_EQ(roleOf("0102", usual, "semc0004AABB"), "21");
+    // What is no fuse id ends the search.
+    for (const char* const wide : {"semcxxxxAABB", "semc000", ""}) {
+        EXPECT_EQ(roleOf("0102", usual, wide), "-1") << wide;
     }
+    EXPECT_EQ(roleOf("AABB", sat, "semc0004AABB"),
+              "-1 [GetRoleIdByFuseId] find mRoleId2FuseIdDescriptorsMap[60] error!");
+    EXPECT_EQ(roleOf("AABB", noList, ""), "-1 [GetRoleIdByFuseId] MAKE_HalSensorList is NULL!");
 }
 
 TEST(DualCameraSources, OverrideStateBySourcesOfThePairs) {
-    const struct {
-        std::string path;
-        Bytes bytes;
-    } kFiles[] = {
+    const std::pair<std::string, Bytes> kFiles[] = {
         {kPersist + "a.dcal.bin", DualFile(kUltra, kWide, Block(4096))},
         {kPersist + "b.dcal.bin", WithCrc(DualFile(kWide, kTele, Block(2048)))},
         {kGolden, Bytes(4096, 90)},
@@ -243,10 +213,9 @@ TEST(DualCameraSources, OverrideStateBySourcesOfThePairs) {
     const std::string lost = "[OverriderDualCamCalData] CameraRoleId 0 lost persist file";
     const struct {
         std::vector<std::size_t> files;
-        const char* state;
-        const char* detail;
+        std::string state, detail;
         unsigned long mask;
-        std::vector<std::string> errors;
+        Lines errors;
     } kCases[] = {
         {{}, "3", "<unset>", 0x10, {error, error}},
         {{2, 3}, "2", "2", 0x11, {fatal, lost, lost}},
@@ -258,15 +227,16 @@ TEST(DualCameraSources, OverrideStateBySourcesOfThePairs) {
     for (const auto& [files, state, detail, mask, errors] : kCases) {
         TestPhone phone(RearPhone(kFuseIds));
         for (const std::size_t file : files) {
-            phone.write(kFiles[file].path, kFiles[file].bytes);
+            phone.write(kFiles[file].first, kFiles[file].second);
         }
+        SCOPED_TRACE(testing::PrintToString(files));
         TestPlugin plugin;
         plugin.mDataBinExistMask = 0x11;
         plugin.OverriderDualCamCalData();
         EXPECT_EQ(phone.property("persist.vendor.camera.zv.dualcal.state"), state);
         EXPECT_EQ(phone.property("persist.vendor.camera.zv.dualcal.detail"), detail);
-        EXPECT_EQ(plugin.mDataBinExistMask, mask) << testing::PrintToString(files);
-        EXPECT_EQ(phone.errors(), errors) << testing::PrintToString(files);
+        EXPECT_EQ(plugin.mDataBinExistMask, mask);
+        EXPECT_EQ(phone.errors(), errors);
         if (files.size() >= 3) {
             EXPECT_EQ(TakeDump(phone), Block(4096));
             EXPECT_EQ(phone.file("/data/vendor/camera/com.zelvan.dcal.wt.data"),

@@ -1,16 +1,10 @@
 #include <climits>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
-#include <string>
 #include <sys/stat.h>
-#include <vector>
 
-#include <gmock/gmock.h>
-
-#include "tests/support/TestPhone.h"
-#include "tests/support/TestPlugin.h"
+#include "tests/metadata/MetadataTest.h"
 
 namespace {
 
@@ -43,29 +37,22 @@ TEST(BeautyFile, FailuresLeaveTheOutputsAlone) {
     ASSERT_EQ(mkfifo((root + "/data/pipe").c_str(), 0600), 0);
     // A file that claims more than it yields.
     std::filesystem::create_symlink("/sys/kernel/mm/transparent_hugepage/enabled", root + "/data/short");
-    const struct {
-        const char* path;
-        int extra;
-        const char* line;
-    } kCases[] = {
-        {"/data/none", 0, "Beauty: failed to open file /data/none,err=2 No such file or directory"},
-        {"/data/pipe", 0, "Beauty: failed to get file size of /data/pipe,err=29 Illegal seek"},
-        {"/data/huge", 0, "Beauty calloc failed size=2147483648err=22 Invalid argument"},
-        {"/data/beauty", INT_MAX, "Beauty calloc failed size=1err=22 Invalid argument"},
-        {"/data/beauty", -1, "Beauty calloc failed size=1err=22 Invalid argument"},
-        {"/data", 0, "Beauty"},  // which step fails is up to the file system
-        {"/data/short", 0, "Beauty: read data from /data/short failed, size="},
-    };
-    for (const auto& [path, extra, line] : kCases) {
+    const auto fail = [&phone](const char* path, int extra, const std::string& line) {
         unsigned char byte = 0;
         unsigned char* buf = &byte;
         int size = -7;
         EXPECT_EQ(TestPlugin().allocBufAndReadFromFile(path, &buf, &size, extra), -1);
         EXPECT_EQ(buf, &byte);
         EXPECT_EQ(size, -7);
-        EXPECT_THAT(phone.log().back(),
-                    testing::StartsWith(std::string("E [allocBufAndReadFromFile] ") + line));
-    }
+        EXPECT_THAT(phone.logOf("allocBufAndReadFromFile").back(), testing::StartsWith("E Beauty" + line));
+    };
+    fail("/data/none", 0, ": failed to open file /data/none,err=2 No such file or directory");
+    fail("/data/pipe", 0, ": failed to get file size of /data/pipe,err=29 Illegal seek");
+    fail("/data/huge", 0, " calloc failed size=2147483648err=22 Invalid argument");
+    fail("/data/beauty", INT_MAX, " calloc failed size=1err=22 Invalid argument");
+    fail("/data/beauty", -1, " calloc failed size=1err=22 Invalid argument");
+    fail("/data", 0, "");  // which step fails is up to the file system
+    fail("/data/short", 0, ": read data from /data/short failed, size=");
 }
 
 }  // namespace

@@ -23,26 +23,21 @@ constexpr const char* kSetD = "int32 [3280, 2464, 3200, 1800, 3280, 1476]";
 
 TEST(BokehOptimalSizes, PerRole) {
     const struct {
-        int instanceId;
-        int roleId;
+        int instanceId, roleId;
         std::string tags;  ///< the first seven digits of the pair tags' numbers
-        const char* picture;
-        const char* slave;
-        const char* theme;
-        const char* mdModes;  ///< null: no tag
-        std::string pair;     ///< end of the line that names it
+        std::string picture, slave, theme;
+        std::string mdModes;  ///< empty: no tag
     } kCases[] = {
-        {5, 61, "0x910000A", kSetA, kSetB, "", "byte [3]", " mastCid: 2, slaveCid:3 , role: 61"},
-        {6, 63, "0x910000F", kSetA, kSetC, "NoTesmo", "byte [3]", " mastCid: 0, slaveCid:1 , role: 63"},
-        {6, 63, "0x910000F", kSetA, kSetC, "NoTesmor", "byte [0]", " mastCid: 0, slaveCid:1 , role: 63"},
-        {5, 81, "0x910000A", kSetD, kSetD, "NoTesmor", nullptr, " mastCid: 2, slaveCid:3 , role: 81"},
-        {4, 63, "0x910000F", kSetA, kSetC, "", "byte [3]", ""},  // fewer than two sensors
-        {5, 62, "", nullptr, nullptr, "", nullptr, ""},
+        {5, 61, "0x910000A", kSetA, kSetB, "", "byte [3]"},
+        {6, 63, "0x910000F", kSetA, kSetC, "NoTesmo", "byte [3]"},
+        {6, 63, "0x910000F", kSetA, kSetC, "NoTesmor", "byte [0]"},
+        {5, 81, "0x910000A", kSetD, kSetD, "NoTesmor", ""},
+        {4, 63, "0x910000F", kSetA, kSetC, "", "byte [3]"},  // fewer than two sensors
+        {5, 62, "", "", "", "", ""},
     };
-    for (const auto& [instanceId, roleId, tags, picture, slave, theme, mdModes, pair] : kCases) {
+    for (const auto& [instanceId, roleId, tags, picture, slave, theme, mdModes] : kCases) {
         SCOPED_TRACE(roleId);
-        Updating device(
-            Phone(R"("properties": {"ro.boot.product.theme_customize": ")" + std::string(theme) + "\"}"));
+        Updating device(Phone(R"("properties": {"ro.boot.product.theme_customize": ")" + theme + "\"}"));
         device.plugin.DeviceId2RoleId[instanceId].roleId = roleId;
         EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, instanceId), 0);
         Tags expected = {{"0x9101004E", "int32 [263175]"}};
@@ -51,12 +46,15 @@ TEST(BokehOptimalSizes, PerRole) {
             expected.insert({{tags + "D", picture}, {tags + "E", slave}, {tags + "F", picture}});
             expected["0x9101003D"] = "int32 [0]";
         }
-        if (!pair.empty()) {
+        if (!tags.empty() && instanceId != 4) {
             expected[tags + "B"] = instanceId == 5 ? "byte [2]" : "byte [0]";
             expected[tags + "C"] = instanceId == 5 ? "byte [3]" : "byte [1]";
-            lines.insert(lines.begin() + 1, "I instanceId = " + std::to_string(instanceId) + pair);
+            lines.insert(lines.begin() + 1,
+                         (instanceId == 5 ? "I instanceId = 5 mastCid: 2, slaveCid:3 , role: "
+                                          : "I instanceId = 6 mastCid: 0, slaveCid:1 , role: ") +
+                             std::to_string(roleId));
         }
-        if (mdModes != nullptr) {
+        if (!mdModes.empty()) {
             expected["0x910000E1"] = mdModes;
         }
         EXPECT_EQ(device.tags(), expected);
@@ -87,17 +85,8 @@ TEST(BokehOptimalSizes, ModuleInformationGrows) {
     EXPECT_EQ(device.plugin.mModuleInfo, "s2_IMX582_S5K4H7__AAC");
 }
 
-TEST(BokehOptimalSizes, ModuleInformationWithoutMakerOrRow) {
-    Updating device(PhoneOf({}, R"("logicalDevices": [{}, {}, {}, {}, {}, {"sensorIds": [30, 300]}])"));
-    device.plugin.mModuleInfo = "s0_";
-    EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 5), 0);
-    EXPECT_EQ(device.plugin.mModuleInfo, "s0___NONE");
-    EXPECT_EQ(device.tags()["0x910000AC"], "byte [44]");
-    EXPECT_TRUE(device.plugin.DeviceId2RoleId.contains(300));
-}
-
 TEST(BokehOptimalSizes, RefusedUpdatesStopNothing) {
-    const std::string lead = "E ZV IMetadata::update,tag ZELVAN_";
+    const std::string lead = "[UpdateBokehOptimalSizeInfo] ZV IMetadata::update,tag ZELVAN_";
     for (const bool wide : {false, true}) {
         const Refusals refusals = {
             {lead + "CAMERA_BOKEHINFO_MASTERCAMERAID", wide ? 0x910000FB : 0x910000AB},
@@ -107,27 +96,26 @@ TEST(BokehOptimalSizes, RefusedUpdatesStopNothing) {
             {lead + "CAMERA_BOKEHINFO_OPTPICTURESIZE", wide ? 0x910000FF : 0x910000AF},
             {lead + "CAMERA_BOKEHINFO_MASTEROPTSIZE", wide ? 0x910000FE : 0x910000AE},
             {lead + "BOKEH_MDMODE_SUPPORTED", 0x910000E1},
-            {"E ZV IMetadata::update(), tag ZELVAN_SUPERNIGHT_SUPPORT_MASK ", 0x9101004E},
+            {"[UpdateBokehOptimalSizeInfo] ZV IMetadata::update(), tag ZELVAN_SUPERNIGHT_SUPPORT_MASK ",
+             0x9101004E},
         };
         Updating device(Phone(RefusalKeys(refusals)));
         EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, wide ? 6 : 5), -8);
-        Lines lines = device.phone.logOf(kUpdater);
-        std::erase_if(lines, [](const std::string& line) { return line[0] != 'E'; });
-        EXPECT_EQ(lines, RefusalLines(refusals));
+        EXPECT_EQ(device.phone.errors(), RefusalLines(refusals));
         EXPECT_EQ(device.tags(), Tags());
     }
 }
 
 TEST(BokehOptimalSizes, UnknownDeviceOrNoList) {
-    {
-        Updating device(Phone(R"("name": "healthy")"));
+    const std::map<std::string, std::string> cases{
+        {R"("name": "healthy")", "E find DeviceId2RoleId[8] error!"},
+        {R"("faults": {"moduleFactory": true})", "E Cannot get logical device list"}};
+    for (const auto& [keys, error] : cases) {
+        Updating device(Phone(keys));
         EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 8), -1);
-        EXPECT_THAT(device.phone.logOf(kUpdater), ElementsAre("I enter", "E find DeviceId2RoleId[8] error!"));
+        EXPECT_EQ(device.phone.logOf(kUpdater), (Lines{"I enter", error}));
+        EXPECT_EQ(device.tags(), Tags());
     }
-    Updating device(Phone(R"("faults": {"moduleFactory": true})"));
-    EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 8), -1);
-    EXPECT_THAT(device.phone.logOf(kUpdater), ElementsAre("I enter", "E Cannot get logical device list"));
-    EXPECT_EQ(device.tags(), Tags());
 }
 
 }  // namespace

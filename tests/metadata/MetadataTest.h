@@ -5,15 +5,11 @@
 #include <string>
 #include <vector>
 
-#include <gmock/gmock.h>
-
 #include "metadata/VendorTags.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/TagWriter.h"
 #include "tests/support/Describe.h"
 #include "tests/support/SmallPhones.h"
-#include "tests/support/TestPhone.h"
-#include "tests/support/TestPlugin.h"
 
 using NSCam::IMetadata;
 using Lines = std::vector<std::string>;

@@ -10,9 +10,8 @@ TEST(BeautyTags, StoredOrLogged) {
     {
         Updating device("{}");
         EXPECT_EQ(device.plugin.MetadataUpdateBeautyData(device.meta, 0), 0);
-        EXPECT_EQ(
-            device.tags(),
-            (Tags{{"0x9101000C", "byte [1]"}, {"0x9101000E", "byte [3]"}, {"0x91010063", "int32 [0]"}}));
+        const Tags tags{{"0x9101000C", "byte [1]"}, {"0x9101000E", "byte [3]"}, {"0x91010063", "int32 [0]"}};
+        EXPECT_EQ(device.tags(), tags);
         EXPECT_EQ(device.phone.log(), Lines());
     }
     Updating device("{" + RefusalKeys(refusals) + "}");
@@ -25,24 +24,17 @@ TEST(BeautyTags, StoredOrLogged) {
 
 TEST(FocalLength, IsThePlatformsOrZero) {
     const Refusals refusals = {{"E ZV IMetadata::update(), tag", ZELVAN_FOCAL_LENGTH_35MM}};
-    const struct {
-        std::string keys;
-        Tags tags;
-        Lines lines;
-    } kCases[] = {
-        {R"("staticMetadata": {"0": {"0x8006000E": {"type": "float", "values": [23.7, 9]}}})",
-         {{"0x9101004D", "float [23.7]"}},
-         {"I enter", "I exit"}},
-        {R"("name": "without")", {{"0x9101004D", "float [0]"}}, {"I enter", "I exit"}},
-        {RefusalKeys(refusals), {}, {"I enter", RefusalLines(refusals)[0], "I exit"}},
-    };
-    for (const auto& [keys, tags, lines] : kCases) {
+    const auto expect = [](const std::string& keys, const Tags& tags, const Lines& lines) {
         Updating device("{" + keys + "}");
         auto* const provider = NSCam::NSMetadataProviderManager::valueForByDeviceId(0);
         EXPECT_EQ(device.plugin.MetadataUpdateFocalLength35mm(device.meta, 3, provider), 0);
         EXPECT_EQ(device.tags(), tags);
         EXPECT_EQ(device.phone.logOf("MetadataUpdateFocalLength35mm"), lines);
-    }
+    };
+    expect(R"("staticMetadata": {"0": {"0x8006000E": {"type": "float", "values": [23.7, 9]}}})",
+           {{"0x9101004D", "float [23.7]"}}, {"I enter", "I exit"});
+    expect("", {{"0x9101004D", "float [0]"}}, {"I enter", "I exit"});
+    expect(RefusalKeys(refusals), {}, {"I enter", RefusalLines(refusals)[0], "I exit"});
 }
 
 TEST(PhotoStyle, FollowsTheTheme) {
@@ -50,28 +42,21 @@ TEST(PhotoStyle, FollowsTheTheme) {
     const Refusals refusals = {{lead + "CUSTOM_QUALITY_SUPPORTED", ZELVAN_CUSTOM_QUALITY_SUPPORTED},
                                {lead + "CAMERA_CIQLUT_CONFIG_MAKS", ZELVAN_CAMERA_CIQLUT_CONFIG_MAKS}};
     const Lines errors = RefusalLines(refusals);
-    const Tags kSupported = {{"0x9101005F", "byte [1]"}, {"0x9101003C", "int32 [3]"}};
-    const struct {
-        std::string theme;
-        std::string keys;
-        int result;
-        Tags tags;
-        Lines lines;
-    } kCases[] = {
-        {"", R"("name": "healthy")", 0, kSupported, {"I enter", "I exit"}},
-        {"NoTesmor", R"("name": "healthy")", 0, {{"0x9101005F", "byte [0]"}}, {"I enter", "I exit"}},
-        {"NoTesmorX", R"("name": "healthy")", 0, kSupported, {"I enter", "I exit"}},
-        {"notesmor", RefusalKeys(refusals), -2, {}, {"I enter", errors[0], errors[1], "I exit"}},
-        {"NoTesmor", RefusalKeys(refusals), -1, {}, {"I enter", errors[0], "I exit"}},
-    };
-    for (const auto& [theme, keys, result, tags, lines] : kCases) {
+    const auto expect = [](const std::string& theme, const std::string& keys, int result, const Tags& tags,
+                           const Lines& lines) {
         SCOPED_TRACE(theme + keys);
         Updating device(R"({"properties": {"ro.boot.product.theme_customize": ")" + theme + "\"}, " + keys +
                         "}");
         EXPECT_EQ(device.plugin.UpdatePhotoStyleInfo(device.meta, 0), result);
         EXPECT_EQ(device.tags(), tags);
         EXPECT_EQ(device.phone.logOf("UpdatePhotoStyleInfo"), lines);
-    }
+    };
+    const Tags supported = {{"0x9101005F", "byte [1]"}, {"0x9101003C", "int32 [3]"}};
+    expect("", R"("name": "")", 0, supported, {"I enter", "I exit"});
+    expect("NoTesmor", R"("name": "")", 0, {{"0x9101005F", "byte [0]"}}, {"I enter", "I exit"});
+    expect("NoTesmorX", R"("name": "")", 0, supported, {"I enter", "I exit"});
+    expect("notesmor", RefusalKeys(refusals), -2, {}, {"I enter", errors[0], errors[1], "I exit"});
+    expect("NoTesmor", RefusalKeys(refusals), -1, {}, {"I enter", errors[0], "I exit"});
 }
 
 }  // namespace

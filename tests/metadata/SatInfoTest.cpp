@@ -12,18 +12,18 @@ namespace {
 
 /// "type count capacity 1: ratios: positions" of the record at `offset`, without the zeros past the count.
 std::string RecordText(const IMetadata::Memory& blob, std::size_t offset) {
-    std::array<unsigned char, 84> record{};
-    std::memcpy(record.data(), blob.array() + offset, std::min(record.size(), blob.size() - offset));
-    std::string text = HexText(std::span(record).first(4));
-    for (const std::size_t list : {4U, 44U}) {
+    struct {
+        std::array<std::uint8_t, 4> head;
+        std::array<std::array<float, 10>, 2> lists;
+    } record{};
+    std::memcpy(&record, blob.array() + offset, std::min(sizeof(record), blob.size() - offset));
+    std::string text = HexText(record.head);
+    for (const std::array<float, 10>& list : record.lists) {
         text += ":";
-        for (std::size_t i = 0; i < 10; ++i) {
-            float value = 0;
-            std::memcpy(&value, &record[list + 4 * i], sizeof(value));
+        for (std::size_t i = 0; i < list.size(); ++i) {
             std::array<char, 32> digits{};
-            std::snprintf(digits.data(), digits.size(), i < record[1] ? " %.3f" : " %g",
-                          static_cast<double>(value));
-            text += i < record[1] || value != 0 ? digits.data() : "";
+            std::snprintf(digits.data(), digits.size(), " %.3f", static_cast<double>(list[i]));
+            text += i < record.head[1] || list[i] != 0 ? digits.data() : "";
         }
     }
     return text;

@@ -12,11 +12,8 @@ TEST(StreamConfiguration, ListWithDurations) {
     // What the tag held before does not stay.
     device.meta.update(kSource, MakeEntry<std::int64_t>(kSource, {1, 2, 3, 0, 4, 5}));
     const struct {
-        int width;
-        int height;
-        const char* jpeg;
-        const char* yuv;
-        const char* count;
+        int width, height;
+        std::string jpeg, yuv, count;
     } kCases[] = {
         {4000, 3000, "4000 3000 0 50000000", "4000 3000 0 50000000", " (42)"},
         // 3000x3000 is too high, 2448x2448 is not.
@@ -29,8 +26,8 @@ TEST(StreamConfiguration, ListWithDurations) {
         EXPECT_THAT(Runs(Tuples(device.meta.entryFor(kSource), 6)),
                     ElementsAre("34 " + full + " 1 50000000 33333333", "35 " + full + " 1 50000000 33333333",
                                 "32 " + full + " 0 50000000 33333333",
-                                std::string("33 ") + jpeg + " 33333333 .. 160 96 0 33333333 33333333" + count,
-                                std::string("35 ") + yuv + " 0 .. 160 96 0 33333333 0" + count));
+                                "33 " + jpeg + " 33333333 .. 160 96 0 33333333 33333333" + count,
+                                "35 " + yuv + " 0 .. 160 96 0 33333333 0" + count));
     }
 }
 
@@ -54,29 +51,6 @@ TEST(StreamConfiguration, AndroidListsFollowTheListWithDurations) {
                             "842094169 4000 3000 0 .. 160 96 0 (42)"));
     EXPECT_EQ(device.meta.entryFor(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS).type(),
               IMetadata::Type::Int32);
-}
-
-TEST(StreamConfiguration, AndroidListsOfAnOddSource) {
-    const auto lists = [](const std::vector<std::int64_t>& source) {
-        Updating device("{}");
-        device.meta.update(kSource, MakeEntry<std::int64_t>(kSource, source));
-        device.plugin.updateStreamConfiguration(device.meta);
-        Tags tags = device.tags();
-        tags.erase(TagText(kSource));
-        return tags;
-    };
-    EXPECT_EQ(lists({}),
-              (Tags{{"0xD000A", "int32 [34, 1920, 1080, 1]"}, {"0xD000B", "none"}, {"0xD000C", "none"}}));
-    // A source that ends within its second tuple.
-    EXPECT_EQ(
-        lists({35, 640, 480, 0, 5, 6, 33, 320, 240}),
-        (Tags{
-            {"0xD000A",
-             "int32 [35, 640, 480, 0, 33, 320, 240, 0, 34, 1920, 1080, 1, 34, 640, 480, 0, 842094169, 640, "
-             "480, 0]"},
-            {"0xD000B", "int64 [35, 640, 480, 5, 33, 320, 240, 0, 34, 640, 480, 5, 842094169, 640, 480, 5]"},
-            {"0xD000C",
-             "int64 [35, 640, 480, 6, 33, 320, 240, 0, 34, 640, 480, 6, 842094169, 640, 480, 6]"}}));
 }
 
 template <typename Item>

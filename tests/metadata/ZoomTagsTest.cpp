@@ -2,7 +2,6 @@
 
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr const char* kFakeSat = "MetadataUpdateFakeSatSizes";
@@ -10,10 +9,8 @@ constexpr const char* kSmartFOV = "MetadataUpdateSmartFOVZoomRatio";
 
 /// Sensors 0 (wide) and 2 (tele) zoom inside, 1 (front) says that it does not, 3 (ultra-wide) says nothing.
 std::string Phone(const std::string& keys = R"("name": "healthy")") {
-    return PhoneOf({{7, R"("inSensorZoom": [1, 255])"},
-                    {1, R"("inSensorZoom": [255, 1])"},
-                    {2, R"("inSensorZoom": [0])"},
-                    {3}},
+    const std::string zoom = R"("inSensorZoom": )";
+    return PhoneOf({{7, zoom + "[1, 255]"}, {1, zoom + "[255, 1]"}, {2, zoom + "[0]"}, {3}},
                    R"("logicalDevices": [{"multiSensor": true, "sensorIds": [3, 0]}, {"sensorIds": [1]},
                       {"sensorIds": [2]}, {"multiSensor": true, "sensorIds": [0]},
                       {"multiSensor": true, "sensorIds": [0, 3]}, {"sensorIds": [2]}, {}, {"sensorIds": [0]}],)" +
@@ -24,8 +21,7 @@ TEST(ZoomTags, PerRole) {
     const Tags kModes = {{"0x91010002", "int32 [0]"}};
     const Tags kModesAndSizes = {{"0x91010002", "int32 [0]"}, {"0x91010004", "memory [216 bytes]"}};
     const struct {
-        int instanceId;
-        int roleId;
+        int instanceId, roleId;
         Tags tags;
     } kCases[] = {
         {0, 60, {}},  // the first sensor decides
@@ -54,20 +50,18 @@ TEST(ZoomTags, PerRole) {
 TEST(ZoomTags, FakeSatRecordsInTheBlobAndInTheLog) {
     Updating device(Phone());
     device.plugin.MetadataUpdateFakeSatSizes(device.meta, 4);
-    const struct {
-        const char* hex;
-        const char* text;
-    } kSizes[] = {{"A00F0000B80B0000", "width = 4000, height = 3000"},
-                  {"800F0000B8080000", "width = 3968, height = 2232"},
-                  {"A00F000008070000", "width = 4000, height = 1800"}};
+    const std::pair<const char*, const char*> kSizes[] = {
+        {"A00F0000B80B0000", "width = 4000, height = 3000"},
+        {"800F0000B8080000", "width = 3968, height = 2232"},
+        {"A00F000008070000", "width = 4000, height = 1800"}};
     std::string bytes;
     Lines lines = {"I enter"};
     for (const std::string type : {"1", "2", "3"}) {
         for (const auto& [hex, text] : kSizes) {
             bytes += "00000040000020410" + type + "000000" + hex + "00000000";
             lines.push_back(
-                "I fakeSatImageYuvSizesV2: instanceId 4, zoomStart = 2.000000, zoomStop = 10.000000, type "
-                "= " +
+                "I fakeSatImageYuvSizesV2: instanceId 4, zoomStart = 2.000000, "
+                "zoomStop = 10.000000, type = " +
                 type + ", " + text);
         }
     }
@@ -78,41 +72,33 @@ TEST(ZoomTags, FakeSatRecordsInTheBlobAndInTheLog) {
 }
 
 TEST(ZoomTags, FailuresWriteNothing) {
-    const struct {
-        std::string keys;
-        int instanceId;
-        Lines lines;
-    } kCases[] = {
-        {R"("faults": {"logicalDeviceList": true})", 7, {"E Cannot get logical device list"}},
-        {R"("faults": {"sensorObjects": [0]})", 7, {"E Cannot get halsensor"}},
-        {R"("faults": {"sensorList": true})", 4, {"E Cannot get halsensor"}},
-        {R"("name": "no sensor ids")", 6, {"E Cannot get halsensor"}},
-        {R"("name": "several sensors, role 21")", 3, {}},
-    };
-    for (const auto& [keys, instanceId, lines] : kCases) {
-        SCOPED_TRACE(keys);
-        Updating device(Phone(keys));
+    const auto fail = [](const std::string& faults, int instanceId, const Lines& lines) {
+        SCOPED_TRACE(instanceId);
+        Updating device(Phone("\"faults\": {" + faults + "}"));
         EXPECT_EQ(device.plugin.MetadataUpdateFakeSatSizes(device.meta, instanceId), -1);
         EXPECT_EQ(device.plugin.MetadataUpdateSmartFOVZoomRatio(device.meta, instanceId), -1);
         EXPECT_EQ(device.tags(), Tags());
         EXPECT_EQ(device.phone.logOf(kSmartFOV), lines);
         EXPECT_EQ(device.phone.logOf(kFakeSat).back(), lines.empty() ? "I enter" : lines[0]);
-    }
+    };
+    fail(R"("logicalDeviceList": true)", 7, {"E Cannot get logical device list"});
+    fail(R"("sensorObjects": [0])", 7, {"E Cannot get halsensor"});
+    fail(R"("sensorList": true)", 4, {"E Cannot get halsensor"});
+    fail("", 6, {"E Cannot get halsensor"});  // no sensor ids
+    fail("", 3, {});                          // several sensors, role 21
 }
 
 TEST(ZoomTags, RefusedUpdates) {
-    const Refusals refusals = {{"E ZV IMetadata::update(), tag", ZELVAN_CAMERA_INSENSOR_ZOOM_MODES},
-                               {"", ZELVAN_CAMERA_FAKESAT_FAKESATSIZE},
-                               {"", ZELVAN_CAMERA_SMARTFOV_ZOOM_RATIO}};
+    const Refusals refusals = {
+        {"[MetadataUpdateInSensorZoomModes] ZV IMetadata::update(), tag", ZELVAN_CAMERA_INSENSOR_ZOOM_MODES},
+        {"", ZELVAN_CAMERA_FAKESAT_FAKESATSIZE},
+        {"", ZELVAN_CAMERA_SMARTFOV_ZOOM_RATIO}};
     Updating device(Phone(RefusalKeys(refusals)));
     EXPECT_EQ(device.plugin.MetadataUpdateFakeSatSizes(device.meta, 4), 0);
     EXPECT_EQ(device.plugin.MetadataUpdateSmartFOVZoomRatio(device.meta, 1), 0);
-    EXPECT_THAT(device.phone.logOf("MetadataUpdateInSensorZoomModes"),
-                ElementsAre(RefusalLines(refusals)[0]));
-    EXPECT_THAT(
-        device.phone.logOf(kFakeSat),
-        ElementsAre("I enter", "E cannot get memory for ZELVAN_CAMERA_FAKESAT_FAKESATSIZE", "I exit"));
-    EXPECT_THAT(device.phone.logOf(kSmartFOV), IsEmpty());
+    EXPECT_EQ(device.phone.errors(), (Lines{RefusalLines(refusals)[0],
+                                            "[MetadataUpdateFakeSatSizes] cannot get memory for "
+                                            "ZELVAN_CAMERA_FAKESAT_FAKESATSIZE"}));
 }
 
 }  // namespace

@@ -1,11 +1,7 @@
 #include <stdexcept>
 
-#include <gmock/gmock.h>
-
 #include "platform/Properties.h"
 #include "tests/support/SmallPhones.h"
-#include "tests/support/TestPhone.h"
-#include "tests/support/TestPlugin.h"
 
 namespace {
 
@@ -18,19 +14,11 @@ TEST(FuseIdProperties, LongNameThenShortName) {
     const std::string near = fuseId + R"("8081": "01313233343536373839404142434431")";
     const std::string far = fuseId + R"("16354": "01313233343536373839404142434431")";
     const std::string filler(26, '0');
-    const std::string qrCode =
-        "000000"
-        "0014"
-        "123456789@ABCD" +
-        filler;
+    const std::string qrCode = "0000000014123456789@ABCD" + filler;
     const std::string noQRCode = std::string(24, '0') + filler;
     const struct {
         int deviceId;
-        std::string eeprom;
-        std::string longName;
-        std::string shortName;
-        std::string value;
-        std::string qrLine;
+        std::string eeprom, longName, shortName, value, qrLine;
     } kCases[] = {
         {7, R"("1": "03", )" + far, "rearMain", "w", "semc00240102030405060708090A0B0C00000000" + qrCode,
          "qrCodeOffset = 0x3fe3, qrCodeSize = 14 "},

@@ -1,8 +1,4 @@
-#include <gmock/gmock.h>
-
 #include "tests/support/SmallPhones.h"
-#include "tests/support/TestPhone.h"
-#include "tests/support/TestPlugin.h"
 
 namespace {
 
@@ -10,9 +6,7 @@ using testing::ElementsAre;
 
 TEST(ModuleInfoProperties, EntriesAlternateInRoleOrder) {
     const struct {
-        std::string phone;
-        std::string info;
-        std::string infoExt;
+        std::string phone, info, infoExt;
     } kCases[] = {
         {"{}", "back_main=none;back_tele=none;", "front_main=none;back_ultra=none;"},
         {PhoneOf({{7}, {1}, {2}, {3}}), "back_main=imx707;back_tele=ov50d;",
@@ -33,10 +27,7 @@ TEST(ModuleInfoProperties, EntriesAlternateInRoleOrder) {
 }
 
 TEST(ModuleInfoProperties, ARoleWithoutANameEndsIt) {
-    const struct {
-        std::string phone;
-        std::string error;
-    } kCases[] = {
+    const std::pair<std::string, std::string> kCases[] = {
         {R"({"faults": {"sensorList": true}})", "E MAKE_HalSensorList is NULL!"},
         {PhoneOf({{7}, {99}}), "E find mRoleId2ModuleName[-1] error!"},
         {PhoneOf({{7}, {4}}), "E find mRoleId2ModuleName[60] error!"},

@@ -1,10 +1,6 @@
 #include <climits>
 
-#include <gmock/gmock.h>
-
 #include "tests/support/SmallPhones.h"
-#include "tests/support/TestPhone.h"
-#include "tests/support/TestPlugin.h"
 
 namespace {
 
@@ -36,8 +32,7 @@ TEST(ModuleMemory, ReadsAModuleOnceForAllReaders) {
 
 TEST(ModuleMemory, AFailedReadIsNotRepeated) {
     const struct {
-        const char* sensorKeys;
-        const char* phoneKeys;
+        std::string sensorKeys, phoneKeys;
         std::size_t reads;
     } kCases[] = {
         {"", "", 1},
@@ -62,8 +57,7 @@ TEST(ModuleMemory, AFailedReadIsNotRepeated) {
 
 TEST(ModuleMemory, CopiesStayInsideTheImage) {
     const struct {
-        int offset;
-        int size;
+        int offset, size;
         const char* end;  ///< as the error line shows it; null: the copy succeeds
     } kCases[] = {
         {16368, 16, nullptr}, {0, 16384, nullptr}, {16384, 0, nullptr}, {16369, 16, "16385"},

@@ -1,7 +1,5 @@
 #include <stdexcept>
 
-#include <gmock/gmock.h>
-
 #include "tests/support/TestPhone.h"
 #include "tests/support/TestPlugin.h"
 

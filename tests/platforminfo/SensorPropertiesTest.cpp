@@ -1,8 +1,4 @@
-#include <gmock/gmock.h>
-
 #include "tests/support/SmallPhones.h"
-#include "tests/support/TestPhone.h"
-#include "tests/support/TestPlugin.h"
 
 namespace {
 

@@ -3,6 +3,11 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
+
+/// What tests of the plug-in on small phones share.
+
 /// A sensor of a small phone.
 struct FittedSensor {
     int deviceId;

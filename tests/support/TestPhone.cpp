@@ -5,7 +5,6 @@
 #include <iterator>
 
 #include <android/log.h>
-#include <gtest/gtest.h>
 
 namespace {
 

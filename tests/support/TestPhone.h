@@ -4,9 +4,22 @@
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
+
 #include "virtualphone/PhoneFile.h"
 #include "virtualphone/TemporaryFolder.h"
 #include "virtualphone/VirtualPhone.h"
+
+/// What the `PhoneFileError` of an action says; "no error" without one.
+template <typename Action>
+std::string PhoneFileErrorOf(const Action& action) {
+    try {
+        action();
+    } catch (const virtualphone::PhoneFileError& error) {
+        return error.what();
+    }
+    return "no error";
+}
 
 /// A phone written as JSON text, alive in this process under a temporary root.
 class TestPhone {

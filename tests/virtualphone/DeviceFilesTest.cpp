@@ -1,10 +1,7 @@
 #include <filesystem>
 #include <fstream>
-#include <string>
+#include <map>
 #include <sys/stat.h>
-#include <vector>
-
-#include <gmock/gmock.h>
 
 #include "platform/DevicePath.h"
 #include "tests/support/Describe.h"
@@ -44,10 +41,7 @@ TEST(DeviceFiles, EveryKindOfContent) {
                                                                     side.path(), "p.json"),
                                            root.path());
     umask(formerMask);
-    const struct {
-        const char* path;
-        const char* hex;
-    } kCases[] = {
+    const std::map<std::string, std::string> contents = {
         {"/vendor/fill", "5A5A5A"},
         {"/vendor/hex", "0ABC"},
         {"/vendor/text", "610062"},
@@ -58,8 +52,8 @@ TEST(DeviceFiles, EveryKindOfContent) {
         {"/vendor/ois", "0102AABB000023280000238C8077"},
         {"/vendor/ois0", "000000000000000000000000"},
     };
-    for (const auto& [path, hex] : kCases) {
-        const fs::path file = DevicePath(path);
+    for (const auto& [path, hex] : contents) {
+        const fs::path file = DevicePath(path.c_str());
         std::ifstream stream(file, std::ios::binary);
         const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(stream), {}};
         EXPECT_EQ(HexText(bytes), hex) << path;
@@ -82,8 +76,7 @@ TEST(DeviceFiles, ChangesInContentOrMode) {
     fs::create_symlink("/etc/passwd", DevicePath("/link"));
     fs::create_directory_symlink("/etc", DevicePath("/folder"));
     ASSERT_EQ(mkfifo(DevicePath("/pipe").c_str(), 0600), 0);
-    const std::vector<std::string> changes = Changes(phone.phone());
-    EXPECT_THAT(changes,
+    EXPECT_THAT(Changes(phone.phone()),
                 testing::ElementsAre("/b 0644 32", "/c 0700 31", "/data/vendor/camera/new 0400 ABCD"));
 }
 
@@ -103,27 +96,17 @@ TEST(DeviceFiles, WhatCannotBeLaidIsSaid) {
     const std::string path = root.path().string();
     std::ofstream(root.path() / "file") << "x";
     fs::create_directory(root.path() / "folder");
-    const struct {
-        const char* json;
-        std::string root;
-        std::string error;
-    } kCases[] = {
-        {R"({"files": {"/folder": {}}})", path,
-         path + "/folder: cannot lay the file: a folder of that name is there"},
-        {R"({"files": {"/file/x": {}}})", path, path + "/file: cannot make the folder: Not a directory"},
-        {R"({"files": {"/x": {}, "/x/y/z": {}}})", path,
-         path + "/x/y: cannot make the folder: Not a directory"},
-        {"{}", path + "/file", path + "/file/data/vendor/camera: cannot make the folder: Not a directory"},
-        {"{}", "/", "/: cannot use the folder as a phone's root: it is this machine's own"},
+    const auto errorOf = [](const char* json, const std::string& rootPath) {
+        return PhoneFileErrorOf(
+            [&] { virtualphone::VirtualPhone(virtualphone::ParsePhone(json, "", "p.json"), rootPath); });
     };
-    for (const auto& [json, rootPath, error] : kCases) {
-        try {
-            const virtualphone::VirtualPhone phone(virtualphone::ParsePhone(json, "", "p.json"), rootPath);
-            ADD_FAILURE() << json << " was laid";
-        } catch (const virtualphone::PhoneFileError& caught) {
-            EXPECT_EQ(caught.what(), error);
-        }
-    }
+    const std::string noFolder = ": cannot make the folder: Not a directory";
+    EXPECT_EQ(errorOf(R"({"files": {"/folder": {}}})", path),
+              path + "/folder: cannot lay the file: a folder of that name is there");
+    EXPECT_EQ(errorOf(R"({"files": {"/file/x": {}}})", path), path + "/file" + noFolder);
+    EXPECT_EQ(errorOf(R"({"files": {"/x": {}, "/x/y/z": {}}})", path), path + "/x/y" + noFolder);
+    EXPECT_EQ(errorOf("{}", path + "/file"), path + "/file/data/vendor/camera" + noFolder);
+    EXPECT_EQ(errorOf("{}", "/"), "/: cannot use the folder as a phone's root: it is this machine's own");
     // None of the failures leaves a phone behind.
     EXPECT_EQ(DevicePath("/x"), "/x");
 }

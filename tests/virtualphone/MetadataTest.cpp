@@ -1,8 +1,3 @@
-#include <limits>
-#include <string>
-
-#include <gmock/gmock.h>
-
 #include "platform/IMetadataProvider.h"
 #include "tests/support/Describe.h"
 #include "tests/support/TestPhone.h"
@@ -91,13 +86,12 @@ TEST(Metadata, ProvidersMergeOverWhatTheFileSays) {
     after["0x3"] = "int32 [60]";
     after["0x6"] = "int32 [61]";
     EXPECT_EQ(DescribeAll(phone.phone().staticMetadata(0x40007)), after);
-    ASSERT_EQ(phone.record().devices.size(), 2U);
-    EXPECT_EQ(phone.record().devices[0].provider, 0x40007U);
-    EXPECT_EQ(DescribeAll(phone.record().devices[0].metadata),
-              (Tags{{"0x3", "int32 [60]"}, {"0x6", "int32 [61]"}}));
-    EXPECT_EQ(phone.record().devices[1].provider, 1U);
-    EXPECT_EQ(DescribeAll(phone.record().devices[1].metadata),
-              (Tags{{"0x3", "int32 [60]"}, {"0x6", "int32 [62]"}}));
+    const auto& devices = phone.record().devices;
+    ASSERT_EQ(devices.size(), 2U);
+    EXPECT_EQ(devices[0].provider, 0x40007U);
+    EXPECT_EQ(DescribeAll(devices[0].metadata), (Tags{{"0x3", "int32 [60]"}, {"0x6", "int32 [61]"}}));
+    EXPECT_EQ(devices[1].provider, 1U);
+    EXPECT_EQ(DescribeAll(devices[1].metadata), (Tags{{"0x3", "int32 [60]"}, {"0x6", "int32 [62]"}}));
 }
 
 TEST(Metadata, UpdateFaultStoresNothingButKeepsThePast) {

@@ -1,41 +1,25 @@
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 #include <sys/stat.h>
-#include <vector>
 
-#include <gmock/gmock.h>
-
-#include "virtualphone/PhoneFile.h"
-#include "virtualphone/TemporaryFolder.h"
+#include "tests/support/TestPhone.h"
 
 namespace {
 
 /// The error of a phone whose side files lie in `folder`, without the file's name; "no error" for a good one.
 std::string ErrorOf(const std::string& json, const std::filesystem::path& folder = {}) {
-    try {
-        virtualphone::ParsePhone(json, folder, "p.json");
-    } catch (const virtualphone::PhoneFileError& error) {
-        const std::string text = error.what();
-        EXPECT_EQ(text.substr(0, 8), "p.json: ");
-        return text.substr(8);
-    }
-    return "no error";
-}
-
-std::string Repeat(const std::string& text, int count) {
-    std::string repeated;
-    for (int i = 0; i < count; ++i) {
-        repeated += (i == 0 ? "" : ",") + text;
-    }
-    return repeated;
+    const std::string text = PhoneFileErrorOf([&] { virtualphone::ParsePhone(json, folder, "p.json"); });
+    EXPECT_EQ(text.substr(0, 8), text == "no error" ? "no error" : "p.json: ");
+    return text == "no error" ? text : text.substr(8);
 }
 
 TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
-    const struct {
-        std::string json;
-        const char* error;
-    } kCases[] = {
+    const std::string elements20 = "0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,";
+    const std::string noPath =
+        ": expected an absolute path as the key, without \".\", \"..\" or empty parts, got another path";
+    const std::pair<std::string, std::string> kCases[] = {
         // The document.
         {"[]", "expected an object, got an array"},
         {R"({"a~/b": 1})",
@@ -48,16 +32,15 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
         {R"({"sensors": [7]})", "/sensors/0: expected an object, got 7"},
         {R"({"sensors": [{"deviceBits": 4294967296}]})",
          "/sensors/0/deviceBits: expected an integer from 0 to 4294967295, got 4294967296"},
-        {R"({"sensors": [{"deviceId": "7"}]})",
-         "/sensors/0/deviceId: expected an integer from -2147483648 to 2147483647, got \"7\""},
         {R"({"sensors": [{"deviceId": "0x-7"}]})",
          "/sensors/0/deviceId: expected an integer from -2147483648 to 2147483647, got \"0x-7\""},
         {R"({"sensors": [{"captureSize": [1]}]})",
          "/sensors/0/captureSize: expected a size as [width, height], got 1 elements"},
         {R"({"sensors": [{"af": {"capable": 1}}]})", "/sensors/0/af/capable: expected true or false, got 1"},
-        {R"({"sensors": [{"modes": [)" + Repeat("[1, 1]", 21) + "]}]}",
+        {R"({"sensors": [{"modes": [)" + elements20 + "0]}]}",
          "/sensors/0/modes: expected at most 20 elements, got 21"},
-        {R"({"sensors": [)" + Repeat("{}", 33) + "]}", "/sensors: expected at most 32 elements, got 33"},
+        {R"({"sensors": [)" + elements20 + "0,0,0,0,0,0,0,0,0,0,0,0,0]}",
+         "/sensors: expected at most 32 elements, got 33"},
         {R"({"sensorAliases": {"0": {}}, "sensors": [{}]})",
          "/sensorAliases/0: expected an index that is no sensor as the key, got 0"},
         // Properties.
@@ -66,12 +49,8 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
         {R"({"properties": {"a": "x\u0000"}})",
          R"(/properties/a: expected a text without a zero byte, got "x\u0000")"},
         // Files.
-        {R"({"files": {"a": {}}})",
-         "/files/a: expected an absolute path as the key, without \".\", \"..\" or empty parts, got another "
-         "path"},
-        {R"({"files": {"/a/../b": {}}})",
-         "/files/~1a~1..~1b: expected an absolute path as the key, without \".\", \"..\" or empty parts, got "
-         "another path"},
+        {R"({"files": {"a": {}}})", "/files/a" + noPath},
+        {R"({"files": {"/a/../b": {}}})", "/files/~1a~1..~1b" + noPath},
         {R"({"files": {"/a": {"hex": "ABC"}}})",
          "/files/~1a/hex: expected an even number of hexadecimal digits, got 3"},
         {R"({"files": {"/a": {"fill": 0, "size": 67108865}}})",
@@ -96,9 +75,6 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
         {R"({"staticMetadata": {"0": {"1": {"type": "double"}}}})",
          "/staticMetadata/0/1/type: expected one of the types none, int32, int64, float, byte, memory, got "
          "\"double\""},
-        {R"({"staticMetadata": {"0": {"1": {"type": "int32", "values": ["0xFFFFFFFF"]}}}})",
-         "/staticMetadata/0/1/values/0: expected an integer from -2147483648 to 2147483647, got "
-         "\"0xFFFFFFFF\""},
         {R"({"staticMetadata": {"0": {"1": {"type": "float", "values": [1e39]}}}})",
          "/staticMetadata/0/1/values/0: expected a number within single precision, \"NaN\", \"Infinity\" or "
          "\"-Infinity\", got 1e+39"},
@@ -125,36 +101,27 @@ TEST(PhoneFileErrors, SideFilesAreReadBeforeAnythingRuns) {
     ASSERT_EQ(mkfifo((path + "/pipe").c_str(), 0600), 0);
     std::ofstream(folder.path() / "large") << std::string(16385, 'x');
     std::ofstream(folder.path() / "dump") << "0x0000 = 0x01\n0x4000 = 0x02\n";
-    const struct {
-        const char* file;
-        std::string error;
-    } kCases[] = {
-        {"none", "a readable file, got " + path + "/none: No such file or directory"},
-        {"folder", "a readable file, got " + path + "/folder: a folder"},
-        {"pipe", "a readable file, got " + path + "/pipe: neither a file nor a folder"},
+    const std::string unreadable = "a readable file, got " + path;
+    const std::map<std::string, std::string> expectations = {
+        {"none", unreadable + "/none: No such file or directory"},
+        {"folder", unreadable + "/folder: a folder"},
+        {"pipe", unreadable + "/pipe: neither a file nor a folder"},
         {"large", "a file of at most 16384 bytes, or the text of a dump, got 16385 bytes"},
         {"dump",
-         "an EEPROM dump of lines like \"0x0010 = 0xa5\" with offsets below 16384, got something else in "
-         "line 2 of the file"},
-    };
-    for (const auto& [file, error] : kCases) {
-        EXPECT_EQ(
-            ErrorOf(std::string(R"({"sensors": [{"eeprom": {"file": ")") + file + "\"}}]}", folder.path()),
-            "/sensors/0/eeprom/file: expected " + error);
+         "an EEPROM dump of lines like \"0x0010 = 0xa5\" with offsets below 16384, got something else "
+         "in line 2 of the file"}};
+    for (const auto& [file, expectation] : expectations) {
+        EXPECT_EQ(ErrorOf(R"({"sensors": [{"eeprom": {"file": ")" + file + "\"}}]}", folder.path()),
+                  "/sensors/0/eeprom/file: expected " + expectation);
     }
     EXPECT_EQ(ErrorOf(R"({"files": {"/a": {"file": "none"}}})", folder.path()),
-              "/files/~1a/file: expected " + kCases[0].error);
+              "/files/~1a/file: expected " + expectations.at("none"));
 }
 
 TEST(PhoneFileErrors, PhoneFileThatCannotBeRead) {
     const virtualphone::TemporaryFolder folder;
-    const auto errorOf = [](const std::string& path) -> std::string {
-        try {
-            virtualphone::ReadPhoneFile(path);
-        } catch (const virtualphone::PhoneFileError& error) {
-            return error.what();
-        }
-        return "no error";
+    const auto errorOf = [](const std::string& path) {
+        return PhoneFileErrorOf([&path] { virtualphone::ReadPhoneFile(path); });
     };
     const std::string path = folder.path().string();
     EXPECT_EQ(errorOf(path), path + ": expected a phone file, got a folder");

@@ -1,8 +1,5 @@
 #include <array>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
+#include <climits>
 
 #include "platform/Properties.h"
 #include "tests/support/TestPhone.h"
@@ -64,9 +61,9 @@ TEST(Properties, NumbersAsAndroidReadsThem) {
         {"0x1F", 31},
         {"010", 8},
         {"1 rest", 1},
-        {"2147483647", 2147483647},
+        {"2147483647", INT_MAX},
         {"2147483648", -9},
-        {"-2147483648", -2147483647 - 1},
+        {"-2147483648", INT_MIN},
         {"", -9},
         {"none", -9},
         {"99999999999999999999", -9},

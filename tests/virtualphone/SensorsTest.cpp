@@ -1,8 +1,5 @@
 #include <climits>
-#include <string>
-#include <vector>
-
-#include <gmock/gmock.h>
+#include <map>
 
 #include "platform/IHalSensorList.h"
 #include "platform/ILogicalDeviceList.h"
@@ -38,38 +35,27 @@ TEST(Sensors, IndicesDeviceBitsAndIds) {
     const TestPhone phone(kPhone);
     const NSCam::IHalSensorList& list = *NSCam::IHalSensorList::get();
     EXPECT_EQ(list.sensorCount(), 3);
-    const struct {
-        int index;
-        unsigned deviceBits;
-        int deviceId;
-    } kCases[] = {
-        {0, 0x11, 7},     {1, 2, 1},        {2, 4, 7},   {3, 0, -1},
-        {4, 128, 9},      {-1, 0, -1},      {-2, 0, -1}, {31, 0x80000000, -3},
-        {INT_MAX, 0, -1}, {INT_MIN, 0, -1},
-    };
-    for (const auto& [index, deviceBits, deviceId] : kCases) {
-        EXPECT_EQ(list.deviceBits(index), deviceBits) << index;
-        EXPECT_EQ(list.deviceId(index), deviceId) << index;
+    using BitsAndId = std::pair<unsigned, int>;
+    std::map<int, BitsAndId> known{
+        {0, {0x11, 7}}, {1, {2, 1}}, {2, {4, 7}}, {4, {128, 9}}, {31, {1U << 31, -3}}};
+    for (const int index : {0, 1, 2, 3, 4, 31, -1, -2, INT_MAX, INT_MIN}) {
+        const BitsAndId expected = known.contains(index) ? known[index] : BitsAndId(0, -1);
+        EXPECT_EQ(BitsAndId(list.deviceBits(index), list.deviceId(index)), expected) << index;
     }
 }
 
 TEST(Sensors, StaticInformationByBitAndById) {
     const TestPhone phone(kPhone);
     const NSCam::IHalSensorList& list = *NSCam::IHalSensorList::get();
-    const struct {
-        unsigned deviceBit;
-        const char* info;
-    } kByBit[] = {
-        {1, "1799 255 255 8192x6144 4096x3072"},
-        {2, "0 255 255 0x0 0x0"},
-        {8, "65535 255 255 0x0 0x0"},
-        {0, "65535 255 255 0x0 0x0"},
-        {3, "65535 255 255 0x0 0x0"},
-    };
-    for (const auto& [deviceBit, expected] : kByBit) {
+    const auto infoOf = [&list](unsigned deviceBit) {
         NSCam::SensorStaticInfo info;
         list.querySensorStaticInfo(deviceBit, info);
-        EXPECT_EQ(InfoText(info), expected) << deviceBit;
+        return InfoText(info);
+    };
+    EXPECT_EQ(infoOf(1), "1799 255 255 8192x6144 4096x3072");
+    EXPECT_EQ(infoOf(2), "0 255 255 0x0 0x0");
+    for (const unsigned unknown : {8U, 0U, 3U}) {
+        EXPECT_EQ(infoOf(unknown), "65535 255 255 0x0 0x0") << unknown;
     }
     ASSERT_NE(list.sensorStaticInfo(7), nullptr);
     EXPECT_EQ(list.sensorStaticInfo(7)->sensorId, 1799U);  // of the first sensor with that id
@@ -130,10 +116,8 @@ TEST(Sensors, Faults) {
         EXPECT_EQ(getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST), nullptr);
         EXPECT_EQ(NSCam::IHalSensorList::get(), nullptr);
     }
-    const TestPhone phone(
-        "{" + sensors +
-        R"(, "faults": {"logicalDeviceList": true, "sensorList": false, "sensorDrivers": [0],
-                                          "sensorObjects": [1], "staticInfo": [7]}})");
+    const TestPhone phone("{" + sensors + R"(, "faults": {"logicalDeviceList": true, "sensorList": false,
+        "sensorDrivers": [0], "sensorObjects": [1], "staticInfo": [7]}})");
     EXPECT_EQ(getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST)(), nullptr);
     EXPECT_EQ(ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(0)), nullptr);
     EXPECT_NE(ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(1)), nullptr);

@@ -1,10 +1,7 @@
 #include <array>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 #include <android/log.h>
-#include <gmock/gmock.h>
 
 #include "platform/CamCalDrv.h"
 #include "platform/DevicePath.h"
@@ -15,7 +12,6 @@
 #include "platform/Properties.h"
 #include "platform/ThirdCalibration.h"
 #include "tests/support/TestPhone.h"
-#include "virtualphone/VirtualPhone.h"
 
 namespace {
 
