@@ -33,7 +33,7 @@ struct InlineBytes {
     /// Fails for one of the two keys that belong together.
     void check(const JsonValue& value) const {
         if (fill.has_value() != size.has_value()) {
-            value.fail("\"fill\" and \"size\" together", fill ? "no \"size\"" : "no \"fill\"");
+            value.fail(R"("fill" and "size" together)", fill ? "fill alone" : "size alone");
         }
     }
     Bytes bytes() const { return hex ? *hex : Bytes(size.value_or(0), fill.value_or(0)); }

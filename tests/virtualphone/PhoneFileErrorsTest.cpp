@@ -55,6 +55,10 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
          "/files/~1a/hex: expected an even number of hexadecimal digits, got 3"},
         {R"({"files": {"/a": {"fill": 0, "size": 67108865}}})",
          "/files/~1a/size: expected an integer from 0 to 67108864, got 67108865"},
+        {R"({"files": {"/a": {"fill": 9}}})",
+         "/files/~1a: expected \"fill\" and \"size\" together, got fill alone"},
+        {R"({"files": {"/a": {"fill": 0, "size": 60000000}, "/b": {"fill": 0, "size": 60000000}}})",
+         "/files/~1b: expected at most 67108864 bytes in all files up to this one, got 120000000"},
         {R"({"files": {"/a": {"size": 1, "text": ""}}})",
          "/files/~1a: expected one of \"fill\" with \"size\", \"hex\", \"text\", \"file\", \"dualcal\" and "
          "\"oiscal\", got 2 of them"},
