@@ -8,9 +8,28 @@
 #include "platforminfo/EepromLayout.h"
 #include "platforminfo/Log.h"
 
+namespace {
+
+/// Reads the whole memory of the module at a sensor index.
+/// @return false when not all of it could be read, as without a calibration driver.
+bool ReadModule(const char* function, const CamCalDrvBase* driver, const NSCam::IHalSensorList& sensors,
+                int sensorIdx, CamCalAllData& image) {
+    const unsigned devBit = 1U << (static_cast<unsigned>(sensorIdx) & 31U);
+    NSCam::SensorStaticInfo sensorInfo;
+    sensors.querySensorStaticInfo(devBit, sensorInfo);
+    LOG_AS(ANDROID_LOG_INFO, function, "sensorIdx = 0x%x, dualDevId = 0x%x, sensorId = 0x%x",
+           static_cast<unsigned>(sensorIdx), devBit, sensorInfo.sensorId);
+    NSCam::CamCalHelper* const helper = NSCam::CamCalHelper::getInstance();
+    image.dataSize = kEepromImageSize;
+    return driver != nullptr && helper != nullptr &&
+           helper->readMemory(sensorInfo.sensorId, devBit, 0, kEepromImageSize, image.data.data()) ==
+               kEepromImageSize;
+}
+
+}  // namespace
+
 CamCalAllData* CameraPlatformInfoZelvan::GetCamCalAllData(int roleId) {
     const CamCalDrvBase* const driver = CamCalDrvBase::createInstance();
-    NSCam::SensorStaticInfo sensorInfo;
     LOGI("enter");
     const int sensorIdx = GetSensorIdxByRoleId(roleId);
     if (sensorIdx < 0) {
@@ -22,21 +41,10 @@ CamCalAllData* CameraPlatformInfoZelvan::GetCamCalAllData(int roleId) {
     if (isNew) {
         image = MakeCamCalAllData();
         const NSCam::IHalSensorList* const sensors = NSCam::IHalSensorList::get();
-        if (image != nullptr && sensors != nullptr) {
-            const unsigned devBit = 1U << (static_cast<unsigned>(sensorIdx) & 31U);
-            sensors->querySensorStaticInfo(devBit, sensorInfo);
-            LOGI("sensorIdx = 0x%x, dualDevId = 0x%x, sensorId = 0x%x", static_cast<unsigned>(sensorIdx),
-                 devBit, sensorInfo.sensorId);
-            NSCam::CamCalHelper* const helper = NSCam::CamCalHelper::getInstance();
-            const std::uint32_t read = driver == nullptr || helper == nullptr
-                                           ? 0
-                                           : helper->readMemory(sensorInfo.sensorId, devBit, 0,
-                                                                kEepromImageSize, image->data.data());
-            image->dataSize = kEepromImageSize;
-            if (read != kEepromImageSize) {
-                LOGE("GetCamCalCalDataV2 get all data error : roleID = %d", roleId);
-                image.reset();
-            }
+        if (image != nullptr && sensors != nullptr &&
+            !ReadModule(__func__, driver, *sensors, sensorIdx, *image)) {
+            LOGE("GetCamCalCalDataV2 get all data error : roleID = %d", roleId);
+            image.reset();
         }
     }
     LOGI("exit");

@@ -21,7 +21,7 @@ constexpr const char* kDevices = R"(, "logicalDevices": [
     {"name": "SENSOR_DRVNAME_HALCYRION_2XBACK_BOKEH", "multiSensor": true, "sensorIds": [2, 0]},
     {"name": "SENSOR_DRVNAME_HALCYRION_BACK_BOKEH", "multiSensor": true, "sensorIds": [0, 3]},
     {"name": "SENSOR_DRVNAME_HALCYRION_BACK_WIDE", "sensorIds": [0]},
-    {"name": "SENSOR_DRVNAME_SIBLING_FRONT_BOKEH", "multiSensor": true, "sensorIds": [0, 3]}])";
+    {"name": "SENSOR_DRVNAME_FURTHER_FRONT_BOKEH", "multiSensor": true, "sensorIds": [0, 3]}])";
 
 /// The calibration blocks of a metadata set, by tag.
 std::map<std::string, Bytes> Blocks(const IMetadata& meta) {

@@ -18,9 +18,9 @@ TEST(VendorTags, AreWhatTheUpdatersStore) {
     for (const int role : {80, 81}) {
         const auto instanceId = static_cast<int>(description.logicalDevices.size());
         plugin.DeviceId2RoleId[instanceId] = {
-            .roleId = role, .sensorNames = "imx707;ov13b10", .drvName = "SENSOR_SIBLING_DEVICE"};
+            .roleId = role, .sensorNames = "imx707;ov13b10", .drvName = "SENSOR_FURTHER_DEVICE"};
         description.logicalDevices.push_back(
-            {.name = "SENSOR_SIBLING_DEVICE", .multiSensor = true, .sensorIds = {0, 3}, .sensorBits = 9});
+            {.name = "SENSOR_FURTHER_DEVICE", .multiSensor = true, .sensorIds = {0, 3}, .sensorBits = 9});
     }
     const virtualphone::TemporaryFolder root;
     const virtualphone::VirtualPhone phone(description, root.path());
