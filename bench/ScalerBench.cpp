@@ -16,9 +16,9 @@
 #include <android/log.h>
 #include <benchmark/benchmark.h>
 
-#include "metadata/StreamFormats.h"
-#include "metadata/VendorTags.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "tables/PublishedTags.h"
+#include "tables/StreamFormats.h"
 #include "virtualphone/TemporaryFolder.h"
 #include "virtualphone/VirtualPhone.h"
 

@@ -1,12 +1,9 @@
-#include "calibration/CalibrationTags.h"
-
 #include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "calibration/DualCameraCalDataInfo.h"
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
 #include "platform/ThirdCalibration.h"
@@ -14,6 +11,8 @@
 #include "platforminfo/Log.h"
 #include "platforminfo/PlatformAccess.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/CameraPairs.h"
+#include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
 

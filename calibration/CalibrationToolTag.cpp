@@ -5,8 +5,6 @@
 #include <optional>
 #include <vector>
 
-#include "calibration/CalibrationTags.h"
-#include "calibration/DualCameraCalDataInfo.h"
 #include "platform/IHalSensorList.h"
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
@@ -15,6 +13,8 @@
 #include "platforminfo/Log.h"
 #include "platforminfo/PlatformAccess.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/CameraPairs.h"
+#include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
 

@@ -2,10 +2,10 @@
 #include <cstddef>
 #include <map>
 
-#include "calibration/DualCameraCalDataInfo.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Log.h"
+#include "tables/CameraPairs.h"
 
 namespace {
 

@@ -6,17 +6,17 @@
 #include <string>
 #include <vector>
 
-#include "calibration/DualCameraCalDataInfo.h"
 #include "calibration/calibrationdata.h"
+#include "formats/FuseIdText.h"
 #include "platform/DevicePath.h"
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/FuseIdText.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/Lookup.h"
 #include "platforminfo/PlatformAccess.h"
 #include "platforminfo/SensorWalk.h"
+#include "tables/CameraPairs.h"
 
 namespace {
 

@@ -5,13 +5,13 @@
 #include <unistd.h>
 #include <vector>
 
-#include "calibration/DualCameraCalDataInfo.h"
 #include "platform/DevicePath.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/EepromLayout.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/UniqueFd.h"
+#include "tables/CameraPairs.h"
+#include "tables/EepromLayouts.h"
 
 namespace {
 

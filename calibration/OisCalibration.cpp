@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "calibration/FileAccess.h"
-#include "calibration/OisFile.h"
+#include "formats/OisFile.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/EepromLayout.h"
 #include "platforminfo/Log.h"
+#include "tables/EepromLayouts.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 
 #include "calibration/Crc16Ccitt.h"
 #include "calibration/FileAccess.h"
+#include "formats/HexText.h"
 #include "platform/DevicePath.h"
-#include "platforminfo/HexText.h"
 
 #define CALIBRATION_LOG(priority, ...) __android_log_print(priority, "CalibrationData", __VA_ARGS__)
 

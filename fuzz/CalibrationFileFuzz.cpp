@@ -8,8 +8,8 @@
 
 #include <android/log.h>
 
-#include "calibration/OisFile.h"
 #include "calibration/calibrationdata.h"
+#include "formats/OisFile.h"
 #include "platform/DevicePath.h"
 #include "virtualphone/TemporaryFolder.h"
 #include "virtualphone/VirtualPhone.h"

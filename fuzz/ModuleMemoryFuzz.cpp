@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/EepromLayout.h"
+#include "tables/EepromLayouts.h"
 #include "virtualphone/TemporaryFolder.h"
 #include "virtualphone/VirtualPhone.h"
 

@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "metadata/Theme.h"
-#include "metadata/VendorTags.h"
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/PlatformAccess.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
 

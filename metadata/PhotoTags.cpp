@@ -1,12 +1,12 @@
 #include <cstdint>
 
 #include "metadata/Theme.h"
-#include "metadata/VendorTags.h"
 #include "platform/IMetadata.h"
 #include "platform/IMetadataProvider.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
 

@@ -2,13 +2,13 @@
 #include <optional>
 #include <span>
 
-#include "metadata/VendorTags.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/EepromLayout.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/EepromLayouts.h"
+#include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
 

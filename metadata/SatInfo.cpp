@@ -3,11 +3,11 @@
 #include <istream>
 #include <sstream>
 
-#include "metadata/VendorTags.h"
-#include "metadata/ZoomScale.h"
+#include "formats/ZoomScale.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
 

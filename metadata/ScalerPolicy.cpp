@@ -2,9 +2,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "metadata/SizeCatalogue.h"
-#include "metadata/StreamFormats.h"
-#include "metadata/VendorTags.h"
 #include "platform/IHalSensorList.h"
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
@@ -14,6 +11,9 @@
 #include "platforminfo/Lookup.h"
 #include "platforminfo/PlatformAccess.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/PublishedTags.h"
+#include "tables/SizeCatalogue.h"
+#include "tables/StreamFormats.h"
 
 using NSCam::IMetadata;
 

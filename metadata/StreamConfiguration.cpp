@@ -2,12 +2,12 @@
 #include <cstdint>
 #include <type_traits>
 
-#include "metadata/SizeCatalogue.h"
-#include "metadata/StreamFormats.h"
-#include "metadata/VendorTags.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/PublishedTags.h"
+#include "tables/SizeCatalogue.h"
+#include "tables/StreamFormats.h"
 
 using NSCam::IMetadata;
 

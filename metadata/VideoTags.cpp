@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <span>
 
-#include "metadata/VendorTags.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
 

@@ -6,14 +6,14 @@
 #include <optional>
 #include <vector>
 
-#include "metadata/FakeSatSize.h"
-#include "metadata/VendorTags.h"
+#include "formats/FakeSatSize.h"
 #include "platform/IHalSensorList.h"
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
 

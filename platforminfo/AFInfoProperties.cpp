@@ -1,9 +1,9 @@
 #include <string>
 
+#include "formats/AFInfoText.h"
 #include "platform/CamCalDrv.h"
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
-#include "platforminfo/AFInfoText.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/PlatformAccess.h"

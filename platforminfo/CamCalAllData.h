@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "platforminfo/EepromLayout.h"
+#include "tables/EepromLayouts.h"
 
 /// The calibration image of one camera module.
 struct CamCalAllData {

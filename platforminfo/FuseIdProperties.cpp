@@ -5,10 +5,10 @@
 #include <span>
 #include <string>
 
+#include "formats/FuseIdText.h"
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/FuseIdText.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/Lookup.h"
 #include "platforminfo/PlatformAccess.h"

@@ -5,8 +5,8 @@
 #include "platform/IHalSensorList.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/EepromLayout.h"
 #include "platforminfo/Log.h"
+#include "tables/EepromLayouts.h"
 
 namespace {
 

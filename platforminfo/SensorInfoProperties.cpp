@@ -1,12 +1,12 @@
 #include <string>
 
+#include "formats/SensorInfoText.h"
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/Lookup.h"
 #include "platforminfo/PlatformAccess.h"
-#include "platforminfo/SensorInfoText.h"
 #include "platforminfo/SensorWalk.h"
 
 int CameraPlatformInfoZelvan::SetSensorInfoProp() {

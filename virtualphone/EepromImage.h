@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platforminfo/EepromLayout.h"
+#include "tables/EepromLayouts.h"
 #include "virtualphone/JsonValue.h"
 #include "virtualphone/PhoneDescription.h"
 

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "virtualphone/CalibrationFiles.h"
+#include "formats/CalibrationFiles.h"
 #include "virtualphone/PhoneFileSections.h"
 #include "virtualphone/SideFile.h"
 
@@ -51,33 +51,33 @@ Bytes ReadBlock(const JsonValue& value) {
 
 Bytes ReadFuseId(const JsonValue& value) {
     Bytes fuseId = value.hex();
-    if (fuseId.size() > kLongestFuseId) {
-        value.fail("a fuse id of at most " + std::to_string(kLongestFuseId) + " bytes",
+    if (fuseId.size() > formats::kLongestFuseId) {
+        value.fail("a fuse id of at most " + std::to_string(formats::kLongestFuseId) + " bytes",
                    std::to_string(fuseId.size()));
     }
     return fuseId;
 }
 
 Bytes ReadDualCalibration(const JsonValue& value) {
-    DualCalibrationFile file;
+    formats::DualCalibrationFile file;
     value.readKeys({
         {"master", [&](const JsonValue& v) { file.masterFuseId = ReadFuseId(v); }},
         {"slave", [&](const JsonValue& v) { file.slaveFuseId = ReadFuseId(v); }},
         {"block", [&](const JsonValue& v) { file.block = ReadBlock(v); }},
         {"crc", [&](const JsonValue& v) { file.crc = v.boolean(); }},
     });
-    return Encode(file);
+    return formats::Encode(file);
 }
 
 Bytes ReadOisCalibration(const JsonValue& value) {
-    OisCalibrationFile file;
+    formats::OisCalibrationFile file;
     value.readKeys({
         {"version", [&](const JsonValue& v) { file.version = v.integer<std::uint8_t>(); }},
         {"fuseId", [&](const JsonValue& v) { file.fuseId = ReadFuseId(v); }},
         {"gainX", [&](const JsonValue& v) { file.gainX = v.integer<std::uint32_t>(); }},
         {"gainY", [&](const JsonValue& v) { file.gainY = v.integer<std::uint32_t>(); }},
     });
-    return Encode(file);
+    return formats::Encode(file);
 }
 
 Bytes TextBytes(const std::string& text) {

@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "zvcam/RunCommand.h"
+#include "zvcam/commands/RunCommand.h"
 
 int main(int argc, char** argv) {
     try {

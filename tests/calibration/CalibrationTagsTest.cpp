@@ -1,6 +1,6 @@
 #include <map>
 
-#include "calibration/CalibrationTags.h"
+#include "tables/PublishedTags.h"
 #include "tests/calibration/CalibrationBytes.h"
 
 namespace {

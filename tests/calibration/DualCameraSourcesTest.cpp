@@ -4,8 +4,8 @@
 #include <optional>
 #include <sys/stat.h>
 
-#include "calibration/DualCameraCalDataInfo.h"
 #include "platform/Properties.h"
+#include "tables/CameraPairs.h"
 #include "tests/calibration/CalibrationBytes.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include <random>
 
-#include "calibration/OisFile.h"
 #include "calibration/calibrationdata.h"
+#include "formats/OisFile.h"
 #include "tests/calibration/CalibrationBytes.h"
 
 namespace {

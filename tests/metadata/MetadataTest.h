@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "metadata/VendorTags.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/TagWriter.h"
+#include "tables/PublishedTags.h"
 #include "tests/support/Describe.h"
 #include "tests/support/SmallPhones.h"
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <sstream>
 
-#include "metadata/ZoomScale.h"
+#include "formats/ZoomScale.h"
 #include "tests/metadata/MetadataTest.h"
 
 namespace {

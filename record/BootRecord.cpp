@@ -1,0 +1,39 @@
+#include "record/BootRecord.h"
+
+#include <cstddef>
+
+namespace record {
+
+namespace {
+
+/// The parts of "(123)[SetFuseIdProp] enter".
+struct LineParts {
+    std::string_view operation;
+    std::string_view text;
+};
+
+LineParts Split(std::string_view message) {
+    const std::size_t open = message.find(")[");
+    const std::size_t close = message.find(']');
+    if (!message.starts_with('(') || open == std::string_view::npos || close == std::string_view::npos ||
+        close < open) {
+        return {.operation = {}, .text = message};
+    }
+    std::string_view text = message.substr(close + 1);
+    if (text.starts_with(' ')) {
+        text.remove_prefix(1);
+    }
+    return {.operation = message.substr(open + 2, close - open - 2), .text = text};
+}
+
+}  // namespace
+
+std::string_view OperationOf(const LogLine& line) {
+    return Split(line.message).operation;
+}
+
+std::string_view TextOf(const LogLine& line) {
+    return Split(line.message).text;
+}
+
+}  // namespace record

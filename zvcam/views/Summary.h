@@ -1,0 +1,12 @@
+#pragma once
+
+#include <iosfwd>
+
+#include "supervisor/Boot.h"
+
+namespace zvcam {
+
+/// Prints what a boot published for a person at a terminal. Long lists and blobs are shortened, with a count.
+void PrintSummary(std::ostream& out, const supervisor::BootOutcome& outcome);
+
+}  // namespace zvcam
