@@ -9,7 +9,7 @@ constexpr const char* kUpdater = "UpdateBokehOptimalSizeInfo";
 /// Device 5 is made of sensors 2 and 3, device 6 of 0 and 1; device 4 has a single sensor. The tele module's
 /// maker is 1, the wide's 16.
 std::string Phone(const std::string& keys) {
-    return PhoneOf(
+    return JsonPhoneOf(
         {{7, R"("eeprom": {"bytes": {"1": "10"}})"}, {1}, {2, R"("eeprom": {"bytes": {"1": "01"}})"}, {3}},
         R"("logicalDevices": [{}, {}, {}, {}, {"sensorIds": [2]}, {"sensorIds": [2, 3]},
                       {"sensorIds": [0, 1]}],)" +

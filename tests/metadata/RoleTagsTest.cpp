@@ -4,10 +4,10 @@ namespace {
 
 /// Devices 0 and 2 are single ones, of which 0 is a sensor, whose EEPROM holds these bytes.
 std::string Phone(const std::string& bytes, const std::string& keys = R"("name": "healthy")") {
-    return PhoneOf({{7, R"("eeprom": {"bytes": {)" + bytes + "}}"}},
-                   R"("logicalDevices": [{}, {"multiSensor": true}, {}, {}, {"multiSensor": true}, {},
+    return JsonPhoneOf({{7, R"("eeprom": {"bytes": {)" + bytes + "}}"}},
+                       R"("logicalDevices": [{}, {"multiSensor": true}, {}, {}, {"multiSensor": true}, {},
                                          {"multiSensor": true}, {}, {"multiSensor": true}], )" +
-                       keys);
+                           keys);
 }
 
 TEST(RoleTags, OfAnInstance) {
@@ -72,7 +72,7 @@ Lines HeaderLog(const std::string& readHeaderId, std::size_t last) {
     return log;
 }
 
-std::string Bytes(int offset, const std::string& hex) {
+std::string ByteKey(int offset, const std::string& hex) {
     return ", \"" + std::to_string(offset) + "\": \"" + hex + "\"";
 }
 
@@ -105,7 +105,8 @@ TEST(CheckSumTag, EveryLayoutChecksItsRanges) {
             for (std::size_t i = 0; i < ranges.size(); ++i) {
                 // 200 and 100 at the ends make 300 % 255 + 1 = 46; the byte in front takes no part.
                 const bool fails = (broken >> i & 1U) != 0;
-                bytes += Bytes(ranges[i].start - 1, "11C8") + Bytes(ranges[i].end, fails ? "642F" : "642E");
+                bytes +=
+                    ByteKey(ranges[i].start - 1, "11C8") + ByteKey(ranges[i].end, fails ? "642F" : "642E");
                 log.push_back((fails ? "E submodule(" : "D submodule(") + ranges[i].name +
                               (fails ? ") checksum fail !" : ") checksum ok !"));
             }
@@ -122,7 +123,7 @@ TEST(CheckSumTag, ASumOfAMultipleOf255HasCheckSumOne) {
     // The last bytes of the white balance, then its checksum.
     const std::map<std::string, int> cases{{"00FF01", 1}, {"00FF00", 0}, {"FFFF01", 1}, {"00FEFF", 1}};
     for (const auto& [lastBytes, result] : cases) {
-        Updating device(Phone(R"("8": "73FFFF00", "3800": "01")" + Bytes(1890, lastBytes)));
+        Updating device(Phone(R"("8": "73FFFF00", "3800": "01")" + ByteKey(1890, lastBytes)));
         device.plugin.MetadataUpdateCheckSumResult(device.meta, 0);
         EXPECT_EQ(device.tags(), CheckSumResult(result)) << lastBytes;
     }

@@ -24,8 +24,8 @@ std::string Phone(const Sensor& sensor, const std::string& keys = R"("name": "he
         const auto stated = sensor.modes.find(mode);
         modes += (mode == 0 ? "[" : ", [") + (stated == sensor.modes.end() ? "0, 0" : stated->second) + "]";
     }
-    return PhoneOf({{31}, {sensor.deviceId, R"("modes": [)" + modes + "]" + sensor.sizes}, {30}},
-                   R"("logicalDevices": [{}, {}, {"sensorBits": 6}, {}], )" + keys);
+    return JsonPhoneOf({{31}, {sensor.deviceId, R"("modes": [)" + modes + "]" + sensor.sizes}, {30}},
+                       R"("logicalDevices": [{}, {}, {"sensorBits": 6}, {}], )" + keys);
 }
 
 TEST(ScalerPolicy, WhatDependsOnTheDevice) {

@@ -10,11 +10,11 @@ constexpr const char* kSmartFOV = "MetadataUpdateSmartFOVZoomRatio";
 /// Sensors 0 (wide) and 2 (tele) zoom inside, 1 (front) says that it does not, 3 (ultra-wide) says nothing.
 std::string Phone(const std::string& keys = R"("name": "healthy")") {
     const std::string zoom = R"("inSensorZoom": )";
-    return PhoneOf({{7, zoom + "[1, 255]"}, {1, zoom + "[255, 1]"}, {2, zoom + "[0]"}, {3}},
-                   R"("logicalDevices": [{"multiSensor": true, "sensorIds": [3, 0]}, {"sensorIds": [1]},
+    return JsonPhoneOf({{7, zoom + "[1, 255]"}, {1, zoom + "[255, 1]"}, {2, zoom + "[0]"}, {3}},
+                       R"("logicalDevices": [{"multiSensor": true, "sensorIds": [3, 0]}, {"sensorIds": [1]},
                       {"sensorIds": [2]}, {"multiSensor": true, "sensorIds": [0]},
                       {"multiSensor": true, "sensorIds": [0, 3]}, {"sensorIds": [2]}, {}, {"sensorIds": [0]}],)" +
-                       keys);
+                           keys);
 }
 
 TEST(ZoomTags, PerRole) {

@@ -25,7 +25,7 @@ std::vector<std::string> ChangedPaths(TestPhone& phone) {
 }
 
 TEST(EepromDump, OneLineAByteAndAFileAModule) {
-    TestPhone phone(PhoneOf({{7, kEeprom}, {1}, {2}, {3, kEeprom}}, Asked("1")));
+    TestPhone phone(JsonPhoneOf({{7, kEeprom}, {1}, {2}, {3, kEeprom}}, Asked("1")));
     TestPlugin plugin;
     plugin.mCamCalData[20] = MakeCamCalAllData();
     phone.write(kDump + "back_main", std::vector<std::uint8_t>(300000, 'x'));
@@ -51,11 +51,11 @@ TEST(EepromDump, EndsEarly) {
         return phone.logOf("DumpEepromRawData");
     };
     const std::string start = "I DumpEepromRawData +";
-    EXPECT_THAT(dump(PhoneOf({{7, kEeprom}}, Asked("0")), 0, 0), IsEmpty());
-    EXPECT_THAT(dump(PhoneOf({{7, kEeprom}}, Asked("yes")), 0, 0), IsEmpty());
-    EXPECT_THAT(dump(PhoneOf({{7, kEeprom}}, Asked("1", R"("sensorList": true)")), 0, 0),
+    EXPECT_THAT(dump(JsonPhoneOf({{7, kEeprom}}, Asked("0")), 0, 0), IsEmpty());
+    EXPECT_THAT(dump(JsonPhoneOf({{7, kEeprom}}, Asked("yes")), 0, 0), IsEmpty());
+    EXPECT_THAT(dump(JsonPhoneOf({{7, kEeprom}}, Asked("1", R"("sensorList": true)")), 0, 0),
                 ElementsAre(start, "I DumpEepromRawData -"));
-    EXPECT_THAT(dump(PhoneOf({{7, kEeprom}, {99}, {2, kEeprom}}, Asked("1")), -1, 1),
+    EXPECT_THAT(dump(JsonPhoneOf({{7, kEeprom}, {99}, {2, kEeprom}}, Asked("1")), -1, 1),
                 ElementsAre(start, "E find mRoleId2ModuleName[-1] error!"));
 }
 

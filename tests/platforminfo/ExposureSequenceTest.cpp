@@ -33,9 +33,10 @@ Names InOrderOfLog(const TestPhone& phone, const Names& names) {
 std::string SmallPhone(const std::string& faults) {
     const std::string single = R"({"sensorIds": [0], "sensorBits": 1}, )";
     const std::string devices = single + single + single + single;
-    return PhoneOf({{7, R"("eeprom": {"bytes": {"1": "03"}})"}},
-                   R"("properties": {"vendor.debug.camera.eeprom_dump": "1"}, "logicalDevices": [)" +
-                       devices + R"({"multiSensor": true, "sensorIds": [0]}], "faults": {)" + faults + "}");
+    return JsonPhoneOf({{7, R"("eeprom": {"bytes": {"1": "03"}})"}},
+                       R"("properties": {"vendor.debug.camera.eeprom_dump": "1"}, "logicalDevices": [)" +
+                           devices + R"({"multiSensor": true, "sensorIds": [0]}], "faults": {)" + faults +
+                           "}");
 }
 
 TEST(ExposureSequence, OneInstanceThatRepeatsEveryStep) {

@@ -35,7 +35,7 @@ TEST(FuseIdProperties, LongNameThenShortName) {
          "qrCodeOffset = 0x0, qrCodeSize = 0 "},
     };
     for (const auto& row : kCases) {
-        const TestPhone phone(PhoneOf({{row.deviceId, R"("eeprom": {"bytes": {)" + row.eeprom + "}}"}}));
+        const TestPhone phone(JsonPhoneOf({{row.deviceId, R"("eeprom": {"bytes": {)" + row.eeprom + "}}"}}));
         EXPECT_EQ(TestPlugin().SetFuseIdProp(), 0);
         const std::string name = "vendor.camera.sensor." + row.shortName + ".fuseID";
         ASSERT_THAT(phone.record().properties, testing::SizeIs(2));
@@ -51,7 +51,7 @@ TEST(FuseIdProperties, LongNameThenShortName) {
 TEST(FuseIdProperties, AnUnknownMakerSkipsItsSensorAnUnknownRoleEndsIt) {
     const std::string good = R"("eeprom": {"bytes": {"1": "01"}})";
     const TestPhone phone(
-        PhoneOf({{7, R"("eeprom": {"bytes": {"1": "02"}})"}, {1}, {2, good}, {99}, {4, good}}));
+        JsonPhoneOf({{7, R"("eeprom": {"bytes": {"1": "02"}})"}, {1}, {2, good}, {99}, {4, good}}));
     EXPECT_EQ(TestPlugin().SetFuseIdProp(), -1);
     EXPECT_THAT(phone.logOf("SetFuseIdProp"),
                 ElementsAre("I enter", "I [QRCODE] QRCode data for roleId 20 is not valid",

@@ -9,7 +9,7 @@ TEST(ModuleInfoProperties, EntriesAlternateInRoleOrder) {
         std::string phone, info, infoExt;
     } kCases[] = {
         {"{}", "back_main=none;back_tele=none;", "front_main=none;back_ultra=none;"},
-        {PhoneOf({{7}, {1}, {2}, {3}}), "back_main=imx707;back_tele=ov50d;",
+        {JsonPhoneOf({{7}, {1}, {2}, {3}}), "back_main=imx707;back_tele=ov50d;",
          "front_main=imx596;back_ultra=ov13b10;"},
         // Device 9 has the role of device 3 but no row of its own.
         {R"({"sensors": [{"deviceId": 9}],
@@ -29,8 +29,8 @@ TEST(ModuleInfoProperties, EntriesAlternateInRoleOrder) {
 TEST(ModuleInfoProperties, ARoleWithoutANameEndsIt) {
     const std::pair<std::string, std::string> kCases[] = {
         {R"({"faults": {"sensorList": true}})", "E MAKE_HalSensorList is NULL!"},
-        {PhoneOf({{7}, {99}}), "E find mRoleId2ModuleName[-1] error!"},
-        {PhoneOf({{7}, {4}}), "E find mRoleId2ModuleName[60] error!"},
+        {JsonPhoneOf({{7}, {99}}), "E find mRoleId2ModuleName[-1] error!"},
+        {JsonPhoneOf({{7}, {4}}), "E find mRoleId2ModuleName[60] error!"},
     };
     for (const auto& [json, error] : kCases) {
         const TestPhone phone(json);

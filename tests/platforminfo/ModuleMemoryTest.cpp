@@ -11,7 +11,7 @@ const std::string kEeprom =
     R"("sensorId": 1799, "eeprom": {"fill": 9, "bytes": {"1": "03", "8": "C2", "12": "80", "16383": "5A"}})";
 
 TEST(ModuleMemory, ReadsAModuleOnceForAllReaders) {
-    const TestPhone phone(PhoneOf({{1}, {7, kEeprom}}));
+    const TestPhone phone(JsonPhoneOf({{1}, {7, kEeprom}}));
     TestPlugin plugin;
     EXPECT_EQ(plugin.GetVendorId(0), 0x03);
     const std::vector<std::string> firstLog = phone.log();
@@ -41,7 +41,7 @@ TEST(ModuleMemory, AFailedReadIsNotRepeated) {
         {R"("eeprom": {})", R"("faults": {"calibrationDriver": true})", 0},
     };
     for (const auto& [sensorKeys, phoneKeys, reads] : kCases) {
-        const TestPhone phone(PhoneOf({{7, sensorKeys}}, phoneKeys));
+        const TestPhone phone(JsonPhoneOf({{7, sensorKeys}}, phoneKeys));
         TestPlugin plugin;
         EXPECT_EQ(plugin.GetVendorId(0), 255);
         EXPECT_EQ(plugin.GetLensId(0), 255);
@@ -64,7 +64,7 @@ TEST(ModuleMemory, CopiesStayInsideTheImage) {
         {-1, 2, "1"},         {-4, 4, "0"},        {4, -2, "2"},        {INT_MAX, INT_MAX, "-2"},
     };
     for (const auto& [offset, size, end] : kCases) {
-        const TestPhone phone(PhoneOf({{7, kEeprom}}));
+        const TestPhone phone(JsonPhoneOf({{7, kEeprom}}));
         std::vector<std::uint8_t> copy(16385, 0xEE);
         EXPECT_EQ(TestPlugin().MemCpyCamCalData(0, copy.data(), offset, size), end == nullptr ? 0 : -1);
         const std::size_t copied = end == nullptr ? static_cast<std::size_t>(size) : 0;
@@ -82,7 +82,7 @@ TEST(ModuleMemory, CopiesStayInsideTheImage) {
 }
 
 TEST(ModuleMemory, NothingIsCopiedToNowhereOrFromAnEmptyImage) {
-    const TestPhone phone(PhoneOf({{7, kEeprom}}));
+    const TestPhone phone(JsonPhoneOf({{7, kEeprom}}));
     TestPlugin plugin;
     EXPECT_EQ(plugin.GetCamCalAllData(21), nullptr);  // no sensor: nothing to keep
     EXPECT_THAT(plugin.mCamCalData, testing::IsEmpty());

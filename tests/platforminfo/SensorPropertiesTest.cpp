@@ -6,7 +6,7 @@ using testing::ElementsAre;
 
 TEST(SensorInfoProperties, AnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
     const std::string eeprom = R"("eeprom": {"bytes": {"1": "03", "8": "1A", "12": "07"}})";
-    const TestPhone phone(PhoneOf({{7, eeprom}, {1}, {99}, {3, eeprom}}));
+    const TestPhone phone(JsonPhoneOf({{7, eeprom}, {1}, {99}, {3, eeprom}}));
     EXPECT_EQ(TestPlugin().SetSensorInfoProp(), -1);
     EXPECT_EQ(phone.property("vendor.camera.sensor.w.sensorInfo"), "03, 1A, 07");
     EXPECT_EQ(phone.property("vendor.camera.sensor.f.sensorInfo"), "FF, FF, FF");
@@ -23,7 +23,7 @@ TEST(AFInfoProperties, EverySensorIsTriedOnItsOwn) {
     const std::string otherAf =
         R"("af": {"capable": true, "points": [[-19, -5], [-2147483648, -2147483648]]})";
     const TestPhone phone(
-        PhoneOf({{7, af}, {1, R"("af": {"capable": false})"}, {99, af}, {3, otherAf}, {4}}));
+        JsonPhoneOf({{7, af}, {1, R"("af": {"capable": false})"}, {99, af}, {3, otherAf}, {4}}));
     EXPECT_EQ(TestPlugin().SetAFInfoProp(), 0);
     EXPECT_EQ(phone.property("persist.vendor.camera.sensor.w.afInfo"), "300:123,10:456,");
     EXPECT_EQ(phone.property("persist.vendor.camera.sensor.u.afInfo"), "-1:-5,-214748364:-2147483648,");

@@ -9,18 +9,18 @@
 /// What tests of the plug-in on small phones share.
 
 /// A sensor of a small phone.
-struct FittedSensor {
+struct JsonSensor {
     int deviceId;
     std::string keys = {};  ///< its other keys, such as R"("eeprom": {"fill": 7})"
 };
 
 /// A phone with these sensors, at index 0 and on. Those whose device id is no sensor index answer to it as
 /// well, as the back wide does under 7; device ids from 32 on stay unknown.
-inline std::string PhoneOf(const std::vector<FittedSensor>& sensors, const std::string& phoneKeys = {}) {
+inline std::string JsonPhoneOf(const std::vector<JsonSensor>& sensors, const std::string& phoneKeys = {}) {
     const auto member = [](const std::string& keys) { return keys.empty() ? "" : ", " + keys; };
     std::string list;
     std::string aliases;
-    for (const FittedSensor& sensor : sensors) {
+    for (const JsonSensor& sensor : sensors) {
         const std::string deviceId = std::to_string(sensor.deviceId);
         list += (list.empty() ? "" : ", ") + ("{\"deviceId\": " + deviceId) + member(sensor.keys) + "}";
         if (sensor.deviceId >= static_cast<int>(sensors.size()) && sensor.deviceId < 32) {
