@@ -9,7 +9,8 @@ int main(int argc, char** argv) {
     if (argc != 3) {
         return 2;
     }
-    const record::BootRecord boot = supervisor::Boot(virtualphone::ReadPhoneFile(argv[1]), {.library = argv[2]});
+    const record::BootRecord boot =
+        supervisor::Boot(virtualphone::ReadPhoneFile(argv[1]), {.library = argv[2]});
     for (const record::ProviderMerge* const device : record::EventsOf<record::ProviderMerge>(boot)) {
         std::cout << "provider " << device->provider << ": " << device->metadata.size() << " tags\n";
     }
