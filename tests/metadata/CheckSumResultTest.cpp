@@ -10,7 +10,7 @@ std::string Phone(const std::string& bytes, const std::string& keys = R"("name":
                        keys);
 }
 
-TEST(RoleTags, OfAnInstance) {
+TEST(RoleIdAndCheckSumResult, OfAnInstance) {
     const std::string noSensor = "[GetCamCalAllData] GetSensorIdxByRoleId";
     const struct {
         int instanceId, result;
@@ -38,7 +38,7 @@ TEST(RoleTags, OfAnInstance) {
     }
 }
 
-TEST(RoleTags, NoDeviceListOrNoStore) {
+TEST(RoleIdAndCheckSumResult, NoDeviceListOrNoStore) {
     const auto errorsOf = [](const std::string& faults, int result) {
         Updating device(Phone("", faults));
         EXPECT_EQ(device.plugin.MetadataUpdateRoleId(device.meta, 4), result);
@@ -76,7 +76,7 @@ std::string Bytes(int offset, const std::string& hex) {
     return ", \"" + std::to_string(offset) + "\": \"" + hex + "\"";
 }
 
-TEST(CheckSumTag, EveryLayoutChecksItsRanges) {
+TEST(CheckSumResult, EveryLayoutChecksItsRanges) {
     struct Range {
         std::string name;
         int start, end;  ///< the stored byte comes right after the end
@@ -118,7 +118,7 @@ TEST(CheckSumTag, EveryLayoutChecksItsRanges) {
     }
 }
 
-TEST(CheckSumTag, ASumOfAMultipleOf255HasCheckSumOne) {
+TEST(CheckSumResult, ASumOfAMultipleOf255HasCheckSumOne) {
     // The last bytes of the white balance, then its checksum.
     const std::map<std::string, int> cases{{"00FF01", 1}, {"00FF00", 0}, {"FFFF01", 1}, {"00FEFF", 1}};
     for (const auto& [lastBytes, result] : cases) {
@@ -128,7 +128,7 @@ TEST(CheckSumTag, ASumOfAMultipleOf255HasCheckSumOne) {
     }
 }
 
-TEST(CheckSumTag, AnUnknownLayoutPasses) {
+TEST(CheckSumResult, AnUnknownLayoutPasses) {
     Updating device(Phone(R"("8": "C28E3C04")"));
     EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, 0), 0);
     EXPECT_EQ(device.tags(), CheckSumResult(1));
