@@ -37,7 +37,8 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
     mDataBinExistMask &= ~kDualCameraBin;
     Sources sources;
     bool unresolved = false;
-    for (const DualCameraCalDataInfo& pair : kDualCameraPairs) {
+    // Each source gets a copy of the row.
+    for (DualCameraCalDataInfo pair : kDualCameraPairs) {
         if (DualCameraDataFromEeprom(pair)) {
             continue;
         }

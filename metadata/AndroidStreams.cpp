@@ -140,3 +140,11 @@ void CameraPlatformInfoZelvan::updateStreamConfiguration(IMetadata& meta) {
         ConvertInPlace<long>(meta, stallDurations.tag(), HAL_PIXEL_FORMAT_YCBCR_420_888, format);
     }
 }
+
+void CameraPlatformInfoZelvan::updateMaxJpegSizeConfiguration(IMetadata& meta, int width, int height) {
+    // One and a half bytes a pixel. The product wraps at 32 bits and is divided as a signed number.
+    const std::uint32_t product =
+        static_cast<std::uint32_t>(width) * static_cast<std::uint32_t>(height) * 15U;
+    const std::int32_t maxSize = static_cast<std::int32_t>(product) / 10;
+    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ANDROID_JPEG_MAX_SIZE, {maxSize}));
+}

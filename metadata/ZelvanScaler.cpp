@@ -129,14 +129,6 @@ void CameraPlatformInfoZelvan::updateBinningFactorConfiguration(IMetadata& meta,
     UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_SCALER_BINNING_FACTOR, {factor}));
 }
 
-void CameraPlatformInfoZelvan::updateMaxJpegSizeConfiguration(IMetadata& meta, int width, int height) {
-    // One and a half bytes a pixel. The product wraps at 32 bits and is divided as a signed number.
-    const std::uint32_t product =
-        static_cast<std::uint32_t>(width) * static_cast<std::uint32_t>(height) * 15U;
-    const std::int32_t maxSize = static_cast<std::int32_t>(product) / 10;
-    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ANDROID_JPEG_MAX_SIZE, {maxSize}));
-}
-
 void CameraPlatformInfoZelvan::updateSuperResolutionStreamConfiguration(IMetadata& meta, int roleId,
                                                                         int width, int height) {
     if (width == 0 || height == 0) {

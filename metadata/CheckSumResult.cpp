@@ -58,20 +58,6 @@ bool CheckSumsGood(const char* function, EepromImage image, const EepromCheckSum
 
 }  // namespace
 
-int CameraPlatformInfoZelvan::MetadataUpdateRoleId(IMetadata& meta, int instanceId) {
-    const std::optional<ResolvedInstance> instance = ResolveRole(__func__, instanceId);
-    if (!instance) {
-        return -1;
-    }
-    LOGI(" MetadataUpdateRoleId, instanceId:%d roleId:%d", instanceId, instance->roleId);
-    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_ROLEID, {instance->roleId}));
-    if (const auto members = RoleId2MemberRoleIds.find(instance->roleId);
-        members != RoleId2MemberRoleIds.end()) {
-        UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_MEMBER_ROLEIDS, members->second));
-    }
-    return 0;
-}
-
 int CameraPlatformInfoZelvan::MetadataUpdateCheckSumResult(IMetadata& meta, int instanceId) {
     const std::optional<ResolvedInstance> instance = ResolveRole(__func__, instanceId);
     if (!instance) {
