@@ -100,7 +100,7 @@ int PublishBokehBlock(const char* function, IMetadata& meta, const DualCameraCal
 
 }  // namespace
 
-int CameraPlatformInfoZelvan::GetDualCameraCalDataInfo(const RoleIdDesc& desc, DualCameraCalDataInfo& info) {
+int CameraPlatformInfoZelvan::GetDualCameraCalDataInfo(RoleIdDesc& desc, DualCameraCalDataInfo& info) {
     LOGI("enter");
     LOGD("split dual camera sensorName");
     const std::vector<std::string_view> chips =
@@ -146,7 +146,8 @@ int CameraPlatformInfoZelvan::MetedataUpdateCalibData(IMetadata& meta, int insta
     GetDualCameraCalDataInfo(match->second, pair);
     IMetadata::Memory block;
     block.resize(static_cast<std::size_t>(pair.length));
-    if (!GetCalibDataFromDumpFile(pair.dumpPath, block.editArray(), pair.length)) {
+    unsigned char* bytes = block.editArray();
+    if (!GetCalibDataFromDumpFile(pair.dumpPath, bytes, pair.length)) {
         LOGE("read dual camera calib data failded!");
         return -1;
     }

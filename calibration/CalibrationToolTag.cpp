@@ -97,7 +97,8 @@ int CameraPlatformInfoZelvan::MetadataUpdateCalibrationToolTag(IMetadata& meta, 
     }
     if (meta.entryFor(ZELVAN_CALIBTOOL_FILE_NAME).isEmpty()) {
         DualCameraCalDataInfo pair{};
-        GetDualCameraCalDataInfo(*device, pair);
+        RoleIdDesc desc = *device;
+        GetDualCameraCalDataInfo(desc, pair);
         if (const char* const fileName = FindFileName(pair.dumpPath); fileName != nullptr) {
             UpdateTag(__func__, meta, FileNameEntry(fileName));
         } else {

@@ -35,7 +35,8 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
     mDataBinExistMask &= ~kDualCameraBin;
     Sources sources;
     bool unresolved = false;
-    for (const DualCameraCalDataInfo& pair : tables::kDualCameraPairs) {
+    // Each source gets a copy of the row.
+    for (DualCameraCalDataInfo pair : tables::kDualCameraPairs) {
         if (DualCameraDataFromEeprom(pair)) {
             continue;
         }

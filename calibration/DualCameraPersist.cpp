@@ -49,7 +49,7 @@ bool BelongsToPair(const CalibrationData& file, int master, int slave, const Dua
 
 }  // namespace
 
-bool CameraPlatformInfoZelvan::DualCameraDataFromPersist(const DualCameraCalDataInfo& info) {
+bool CameraPlatformInfoZelvan::DualCameraDataFromPersist(DualCameraCalDataInfo& info) {
     LOGI("enter");
     const std::vector<std::string> names = GetDualCameraPersistFiles(kPersistFolder);
     if (names.empty()) {
@@ -82,7 +82,7 @@ std::vector<std::string> CameraPlatformInfoZelvan::GetDualCameraPersistFiles(con
 }
 
 bool CameraPlatformInfoZelvan::MatchDualCameraPersistFile(const std::string& path,
-                                                          const DualCameraCalDataInfo& info) {
+                                                          DualCameraCalDataInfo& info) {
     LOGI("enter");
     CalibrationData file;
     if (!file.parse(path.c_str())) {
@@ -96,8 +96,8 @@ bool CameraPlatformInfoZelvan::MatchDualCameraPersistFile(const std::string& pat
         // A file that belongs to the pair counts even when it yields no block; then nothing is dumped.
         if (std::string block; file.getData(block)) {
             block.resize(static_cast<std::size_t>(std::max(info.length, 0)), '\0');
-            matched = DualCameraDataDumpFile(
-                info.dumpPath, reinterpret_cast<const unsigned char*>(block.data()), info.length);
+            matched = DualCameraDataDumpFile(info.dumpPath, reinterpret_cast<unsigned char*>(block.data()),
+                                             info.length);
             LOGI("dataCamera(%d)'s persist data dump ==> %s", info.dataCamera, info.dumpPath);
         }
     }

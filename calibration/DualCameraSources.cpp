@@ -25,13 +25,13 @@ bool BlockCheckSumGood(const CamCalAllData& image, std::size_t offset, std::size
 
 }  // namespace
 
-bool CameraPlatformInfoZelvan::DualCameraDataFromEeprom(const DualCameraCalDataInfo& info) {
+bool CameraPlatformInfoZelvan::DualCameraDataFromEeprom(DualCameraCalDataInfo& info) {
     LOGI("enter");
     if (info.eepromOffset < 0) {
         LOGI("eeprom dual cal offset < 0, so skip!");
         return false;
     }
-    const CamCalAllData* const image = GetCamCalAllData(info.dataCamera);
+    CamCalAllData* const image = GetCamCalAllData(info.dataCamera);
     if (image == nullptr) {
         return false;
     }
@@ -46,7 +46,7 @@ bool CameraPlatformInfoZelvan::DualCameraDataFromEeprom(const DualCameraCalDataI
     return DualCameraDataDumpFile(info.dumpPath, image->data.data() + offset, info.length);
 }
 
-bool CameraPlatformInfoZelvan::DualCameraDataFromGolden(const DualCameraCalDataInfo& info) {
+bool CameraPlatformInfoZelvan::DualCameraDataFromGolden(DualCameraCalDataInfo& info) {
     LOGI("enter");
     bool dumped = false;
     std::vector<unsigned char> block(static_cast<std::size_t>(std::max(info.length, 0)));
@@ -59,7 +59,7 @@ bool CameraPlatformInfoZelvan::DualCameraDataFromGolden(const DualCameraCalDataI
     return dumped;
 }
 
-bool CameraPlatformInfoZelvan::DualCameraDataDumpFile(const char* path, const unsigned char* buf, int count) {
+bool CameraPlatformInfoZelvan::DualCameraDataDumpFile(const char* path, unsigned char* buf, int count) {
     LOGI("enter");
     // Not truncated: what an older, longer dump holds behind the block stays.
     const UniqueFd file(open(DevicePath(path).c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0600));
@@ -73,7 +73,7 @@ bool CameraPlatformInfoZelvan::DualCameraDataDumpFile(const char* path, const un
     return true;
 }
 
-bool CameraPlatformInfoZelvan::GetCalibDataFromDumpFile(const char* path, unsigned char* buf, int count) {
+bool CameraPlatformInfoZelvan::GetCalibDataFromDumpFile(const char* path, unsigned char*& buf, int& count) {
     LOGI("enter");
     const UniqueFd file(path == nullptr ? -1
                                         : open(DevicePath(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));

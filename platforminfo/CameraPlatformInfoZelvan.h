@@ -84,19 +84,19 @@ class ZELVAN_API CameraPlatformInfoZelvan {
 
     /// Gives every camera pair a dump file from the first source that has its block: EEPROM, persist, golden.
     void OverriderDualCamCalData();
-    bool DualCameraDataFromEeprom(const DualCameraCalDataInfo& info);
-    bool DualCameraDataFromPersist(const DualCameraCalDataInfo& info);
-    bool DualCameraDataFromGolden(const DualCameraCalDataInfo& info);
+    bool DualCameraDataFromEeprom(DualCameraCalDataInfo& info);
+    bool DualCameraDataFromPersist(DualCameraCalDataInfo& info);
+    bool DualCameraDataFromGolden(DualCameraCalDataInfo& info);
     /// Names of the calibration files in a folder, in directory order.
     std::vector<std::string> GetDualCameraPersistFiles(const char* dir);
     /// Whether the file belongs to the pair's fitted sensors; if so its block is dumped.
-    bool MatchDualCameraPersistFile(const std::string& path, const DualCameraCalDataInfo& info);
+    bool MatchDualCameraPersistFile(const std::string& path, DualCameraCalDataInfo& info);
     /// Role of the fitted sensor with this fuse id, or -1.
     int GetRoleIdByFuseId(const std::string& fuseIdHex);
     /// Writes `count` bytes over the start of `path`; a longer file keeps its tail.
-    bool DualCameraDataDumpFile(const char* path, const unsigned char* buf, int count);
+    bool DualCameraDataDumpFile(const char* path, unsigned char* buf, int count);
     /// Reads up to `count` bytes of `path` into `buf`, which holds `count` bytes.
-    bool GetCalibDataFromDumpFile(const char* path, unsigned char* buf, int count);
+    bool GetCalibDataFromDumpFile(const char* path, unsigned char*& buf, int& count);
 
     // OIS calibration.
 
@@ -109,7 +109,7 @@ class ZELVAN_API CameraPlatformInfoZelvan {
     // Calibration tags.
 
     /// Fills `info` with the pair that the first two chips of a device make; leaves it as it is without one.
-    int GetDualCameraCalDataInfo(const RoleIdDesc& desc, DualCameraCalDataInfo& info);
+    int GetDualCameraCalDataInfo(RoleIdDesc& desc, DualCameraCalDataInfo& info);
     int MetedataUpdateCalibData(NSCam::IMetadata& meta, int instanceId);
     int MetadataUpdateCalibrationToolTag(NSCam::IMetadata& meta, int instanceId);
 
