@@ -17,10 +17,11 @@
 #include "platforminfo/PlatformAccess.h"
 #include "platforminfo/SensorWalk.h"
 #include "tables/CameraPairs.h"
+#include "tables/PublishedFiles.h"
 
 namespace {
 
-constexpr const char* kPersistFolder = "/mnt/vendor/persist/camera/";
+using tables::kPersistFolder;
 
 struct DirCloser {
     void operator()(DIR* dir) const { closedir(dir); }

@@ -5,13 +5,13 @@
 #include <unistd.h>
 #include <vector>
 
+#include "formats/EepromImage.h"
 #include "platform/DevicePath.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Log.h"
 #include "platforminfo/UniqueFd.h"
 #include "tables/CameraPairs.h"
-#include "tables/EepromLayouts.h"
 
 namespace {
 
@@ -19,7 +19,8 @@ namespace {
 /// and the stored byte are counted from the start of the image, not of the block.
 bool BlockCheckSumGood(const CamCalAllData& image, std::size_t offset, std::size_t length) {
     const std::size_t storedAt = length + 1;
-    return storedAt < image.data.size() && EepromCheckSum(image.data, offset, length) == image.data[storedAt];
+    return storedAt < image.data.size() &&
+           formats::EepromCheckSum(image.data, offset, length) == image.data[storedAt];
 }
 
 }  // namespace

@@ -83,7 +83,7 @@ void CameraPlatformInfoZelvan::updateStreamConfigurationWithDuration(IMetadata& 
                                                                      int maxHeight, int allow8k) {
     constexpr std::int64_t kFullSizeDuration = FRAME_DURATION_20_FPS;
     constexpr std::int64_t kFullSizeStall = FRAME_DURATION_30_FPS;
-    const auto& catalogue = size_catalogue::kWithDurations;
+    const auto& catalogue = tables::size_catalogue::kWithDurations;
 
     IMetadata::IEntry entry(SCALER_STREAM_CONFIGURATIONS_WITH_DURATIONS);
     entry.reserve<std::int64_t>((3 + 2 * catalogue.size()) * kDurationTupleSize);
@@ -93,13 +93,13 @@ void CameraPlatformInfoZelvan::updateStreamConfigurationWithDuration(IMetadata& 
                                     kFullSizeDuration, kFullSizeStall);
     pushAvailableStreamWithDuration(entry, HAL_PIXEL_FORMAT_RAW16, maxWidth, maxHeight, STREAM_OUTPUT,
                                     kFullSizeDuration, kFullSizeStall);
-    for (const SizeCatalogueEntry& row : catalogue) {
+    for (const tables::SizeCatalogueEntry& row : catalogue) {
         if (TakesJpeg(row, maxWidth, maxHeight, allow8k != 0)) {
             pushAvailableStreamWithDuration(entry, HAL_PIXEL_FORMAT_BLOB, row.width, row.height,
                                             STREAM_OUTPUT, JpegMinFrameDuration(row), row.jpegStallDuration);
         }
     }
-    for (const SizeCatalogueEntry& row : catalogue) {
+    for (const tables::SizeCatalogueEntry& row : catalogue) {
         if (TakesYuv(row, maxWidth, maxHeight)) {
             pushAvailableStreamWithDuration(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, row.width, row.height,
                                             STREAM_OUTPUT, YuvMinFrameDuration(row), 0);

@@ -10,6 +10,7 @@
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
+namespace camera_role = tables::camera_role;
 
 int CameraPlatformInfoZelvan::MetedataUpdateSatInfo(IMetadata& meta, int instanceId) {
     std::istringstream photoRatios("0.6:1:2:5:10:20");

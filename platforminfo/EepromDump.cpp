@@ -11,10 +11,10 @@
 #include "platforminfo/Log.h"
 #include "platforminfo/Lookup.h"
 #include "platforminfo/SensorWalk.h"
+#include "tables/PublishedFiles.h"
+#include "tables/PublishedProperties.h"
 
 namespace {
-
-constexpr const char* kDumpFolder = "/data/vendor/camera";
 
 void WriteAsText(const CamCalAllData& image, std::FILE* file) {
     for (std::uint32_t i = 0; i < image.dataSize; ++i) {
@@ -26,7 +26,7 @@ void WriteAsText(const CamCalAllData& image, std::FILE* file) {
 
 int CameraPlatformInfoZelvan::DumpEepromRawData() {
     const NSCam::IHalSensorList* const sensors = NSCam::IHalSensorList::get();
-    if (property_get_int32("vendor.debug.camera.eeprom_dump", 0) == 0) {
+    if (property_get_int32(tables::kEepromDumpProperty, 0) == 0) {
         return 0;
     }
     LOGI("DumpEepromRawData +");
@@ -38,7 +38,7 @@ int CameraPlatformInfoZelvan::DumpEepromRawData() {
                 return -1;
             }
             char path[64];
-            std::snprintf(path, sizeof(path), "%s/eeprom_raw_data_dump_%s", kDumpFolder, *roleName);
+            std::snprintf(path, sizeof(path), "%s%s", tables::kEepromDumpPath, *roleName);
             const CamCalAllData* const image = GetCamCalAllData(sensor.roleId());
             if (image == nullptr) {
                 continue;

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "formats/EepromImage.h"
 #include "formats/FuseIdText.h"
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
@@ -13,13 +14,6 @@
 #include "platforminfo/Lookup.h"
 #include "platforminfo/PlatformAccess.h"
 #include "platforminfo/SensorWalk.h"
-
-namespace {
-
-/// Value of a QR code's flag byte when the code is valid.
-constexpr std::uint8_t kQRCodeValid = 1;
-
-}  // namespace
 
 int CameraPlatformInfoZelvan::SetFuseIdProp() {
     LOGI("enter");
@@ -47,7 +41,7 @@ int CameraPlatformInfoZelvan::SetFuseIdProp() {
         std::array<std::uint8_t, kQRCodeLength> qrCode{};
         std::optional<std::span<const std::uint8_t>> validQRCode;
         MemCpyCamCalData(roleId, &flag, qr.flagOffset, 1);
-        if (flag == kQRCodeValid) {
+        if (flag == formats::kQRCodeValid) {
             LOGI("[QRCODE] qrCodeOffset = 0x%x, qrCodeSize = %d ", static_cast<unsigned>(qr.qrCodeOffset),
                  qr.qrCodeLength);
             MemCpyCamCalData(roleId, qrCode.data(), qr.qrCodeOffset, qr.qrCodeLength);

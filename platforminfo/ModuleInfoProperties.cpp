@@ -9,6 +9,7 @@
 #include "platforminfo/Lookup.h"
 #include "platforminfo/PlatformAccess.h"
 #include "platforminfo/SensorWalk.h"
+#include "tables/PublishedProperties.h"
 
 namespace {
 
@@ -44,7 +45,7 @@ int CameraPlatformInfoZelvan::SetModuleInfoProp() {
     }
     std::map<int, std::string> entries;
     for (const auto& [deviceId, device] : DeviceId2RoleId) {
-        if (device.roleId >= camera_role::kFirstLogicalRole) {
+        if (device.roleId >= tables::camera_role::kFirstLogicalRole) {
             continue;
         }
         const char* const* const roleName =
@@ -65,8 +66,8 @@ int CameraPlatformInfoZelvan::SetModuleInfoProp() {
     const ModuleInfoTexts texts = SplitOverProperties(entries);
     LOGI("moduleInfo = %s", texts.info.c_str());
     LOGI("moduleInfoExt = %s", texts.extension.c_str());
-    property_set("persist.vendor.camera.zv.module.info", texts.info.c_str());
-    property_set("persist.vendor.camera.zv.module.infoext", texts.extension.c_str());
+    property_set(tables::kModuleInfoProperty, texts.info.c_str());
+    property_set(tables::kModuleInfoExtProperty, texts.extension.c_str());
     LOGI("exit");
     return 0;
 }

@@ -20,10 +20,10 @@ bool ReadModule(const char* function, const CamCalDrvBase* driver, const NSCam::
     LOG_AS(ANDROID_LOG_INFO, function, "sensorIdx = 0x%x, dualDevId = 0x%x, sensorId = 0x%x",
            static_cast<unsigned>(sensorIdx), devBit, sensorInfo.sensorId);
     NSCam::CamCalHelper* const helper = NSCam::CamCalHelper::getInstance();
-    image.dataSize = kEepromImageSize;
+    image.dataSize = tables::kEepromImageSize;
     return driver != nullptr && helper != nullptr &&
-           helper->readMemory(sensorInfo.sensorId, devBit, 0, kEepromImageSize, image.data.data()) ==
-               kEepromImageSize;
+           helper->readMemory(sensorInfo.sensorId, devBit, 0, tables::kEepromImageSize, image.data.data()) ==
+               tables::kEepromImageSize;
 }
 
 }  // namespace
@@ -82,13 +82,13 @@ int CameraPlatformInfoZelvan::ReadIdentityByte(int roleId, int offset) {
 }
 
 int CameraPlatformInfoZelvan::GetVendorId(int roleId) {
-    return ReadIdentityByte(roleId, kVendorIdOffset);
+    return ReadIdentityByte(roleId, tables::kVendorIdOffset);
 }
 
 int CameraPlatformInfoZelvan::GetLensId(int roleId) {
-    return ReadIdentityByte(roleId, kLensIdOffset);
+    return ReadIdentityByte(roleId, tables::kLensIdOffset);
 }
 
 int CameraPlatformInfoZelvan::GetSensorId(int roleId) {
-    return ReadIdentityByte(roleId, kSensorIdOffset);
+    return ReadIdentityByte(roleId, tables::kSensorIdOffset);
 }

@@ -77,7 +77,7 @@ std::optional<CameraPlatformInfoZelvan::ResolvedInstance> CameraPlatformInfoZelv
         return ResolvedInstance{.roleId = GetRoleIdBySensorIdx(instanceId), .devices = *devices};
     }
     const RoleIdDesc* const device = FindDevice(function, instanceId);
-    if (device == nullptr || device->roleId < camera_role::kFirstLogicalRole) {
+    if (device == nullptr || device->roleId < tables::camera_role::kFirstLogicalRole) {
         return std::nullopt;
     }
     return ResolvedInstance{.roleId = device->roleId, .devices = *devices};
