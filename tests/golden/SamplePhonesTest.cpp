@@ -55,7 +55,7 @@ std::string Outcome(const std::string& phoneFile) {
     for (const auto& merge : phone.record().devices) {
         text << "\nDevice 0x" << std::hex << merge.provider << std::dec << "\n";
         for (const auto& entry : merge.metadata.entries()) {
-            const PublishedTag* const tag = FindPublishedTag(entry.tag());
+            const auto* const tag = tables::FindPublishedTag(entry.tag());
             text << "  " << (tag == nullptr ? TagText(entry.tag()) : tag->name) << " " << ValueText(entry)
                  << "\n";
         }
