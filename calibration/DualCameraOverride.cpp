@@ -4,12 +4,11 @@
 
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
+#include "platforminfo/DataBins.h"
+#include "platforminfo/Operation.h"
 #include "tables/CameraPairs.h"
 
 namespace {
-
-constexpr unsigned long kDualCameraBin = 1UL << 0;
 
 constexpr const char* kStateProperty = "persist.vendor.camera.zv.dualcal.state";
 constexpr const char* kDetailProperty = "persist.vendor.camera.zv.dualcal.detail";
@@ -33,8 +32,9 @@ const char* LostDetail(const Sources& lost) {
 }  // namespace
 
 void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
-    LOGI("enter");
-    mDataBinExistMask &= ~kDualCameraBin;
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    mDataBinExistMask = WithBin(mDataBinExistMask, kDualCameraBin, false);
     Sources sources;
     bool unresolved = false;
     // Each source gets a copy of the row.
@@ -47,7 +47,7 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
         } else if (DualCameraDataFromGolden(pair)) {
             sources.emplace(pair.masterCameraRole, kGolden);
         } else {
-            LOGE("error!");
+            LOGE(self, "error!");
             unresolved = true;
         }
     }
@@ -61,16 +61,14 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
         property_set(kStateProperty, "0");
         property_set(kDetailProperty, "0");
     } else {
-        LOGE("Fatal Error: calibration persist file lost!");
+        LOGE(self, "Fatal Error: calibration persist file lost!");
         property_set(kStateProperty, "2");
         for (const auto& [roleId, source] : lost) {
-            LOGE("CameraRoleId %d lost persist file", roleId);
+            LOGE(self, "CameraRoleId %d lost persist file", roleId);
         }
         property_set(kDetailProperty, LostDetail(lost));
     }
 
-    if (!unresolved) {
-        mDataBinExistMask |= kDualCameraBin;
-    }
-    LOGI("exit");
+    mDataBinExistMask = WithBin(mDataBinExistMask, kDualCameraBin, !unresolved);
+    LOGI(self, "exit");
 }

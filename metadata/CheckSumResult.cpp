@@ -5,8 +5,9 @@
 #include "platform/IMetadata.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
+#include "platforminfo/Operation.h"
+#include "platforminfo/RoleResolution.h"
 #include "tables/EepromLayouts.h"
 #include "tables/PublishedTags.h"
 
@@ -24,9 +25,10 @@ std::uint32_t LittleEndian32At(EepromImage image, std::size_t offset) {
 
 /// The fourth header byte is shown but takes no part in the comparison.
 bool MatchHeaderId(EepromImage image, const EepromCheckSumDesc& layout) {
+    constexpr Operation self("MatchHeaderId");
     constexpr std::uint32_t kComparedBits = 0x00FFFFFF;
     const std::uint32_t headerId = LittleEndian32At(image, layout.headerIdOffset);
-    LOGD("expectHeaderId(0x%04x) readHeaderId(0x%04x)", layout.expectHeaderId, headerId);
+    LOGD(self, "expectHeaderId(0x%04x) readHeaderId(0x%04x)", layout.expectHeaderId, headerId);
     return (headerId & kComparedBits) == (layout.expectHeaderId & kComparedBits);
 }
 
@@ -40,16 +42,16 @@ const EepromCheckSumDesc* FindLayout(EepromImage image) {
 }
 
 /// Checks every range of the layout, so that the log names each one that fails.
-bool CheckSumsGood(const char* function, EepromImage image, const EepromCheckSumDesc& layout) {
+bool CheckSumsGood(const Operation& self, EepromImage image, const EepromCheckSumDesc& layout) {
     bool good = true;
     for (const SubModuleCheckSumDesc& part : layout.subModules) {
         if (part.name == nullptr) {
             break;
         }
         if (EepromCheckSum(image, part.startAddr, part.endAddr) == image[part.checkSumAddr]) {
-            LOG_AS(ANDROID_LOG_DEBUG, function, "submodule(%s) checksum ok !", part.name);
+            LOGD(self, "submodule(%s) checksum ok !", part.name);
         } else {
-            LOG_AS(ANDROID_LOG_ERROR, function, "submodule(%s) checksum fail !", part.name);
+            LOGE(self, "submodule(%s) checksum fail !", part.name);
             good = false;
         }
     }
@@ -59,22 +61,23 @@ bool CheckSumsGood(const char* function, EepromImage image, const EepromCheckSum
 }  // namespace
 
 int CameraPlatformInfoZelvan::MetadataUpdateCheckSumResult(IMetadata& meta, int instanceId) {
-    const std::optional<ResolvedInstance> instance = ResolveRole(__func__, instanceId);
+    const Operation self(__func__);
+    const std::optional<ResolvedInstance> instance = ResolveRole(self, *this, DeviceId2RoleId, instanceId);
     if (!instance) {
         return -1;
     }
-    const CamCalAllData* const image = GetCamCalAllData(instance->roleId);
+    const CamCalAllData* const image = GetCamCalAllData(Number(instance->role));
     if (image == nullptr) {
         return 0;
     }
     // A module that no layout describes counts as passing.
     bool good = true;
     if (const EepromCheckSumDesc* const layout = FindLayout(image->data); layout != nullptr) {
-        LOGD("instanceId(%d) match eeprom check is %s", instanceId, layout->eepromName);
-        good = CheckSumsGood(__func__, image->data, *layout);
+        LOGD(self, "instanceId(%d) match eeprom check is %s", instanceId, layout->eepromName);
+        good = CheckSumsGood(self, image->data, *layout);
     } else {
-        LOGD("instanceId(%d) not match eeprom check", instanceId);
+        LOGD(self, "instanceId(%d) not match eeprom check", instanceId);
     }
-    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_CHECKSUM_RESULT, {good ? 1 : 0}));
+    self.update(meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_CHECKSUM_RESULT, {good ? 1 : 0}));
     return 0;
 }

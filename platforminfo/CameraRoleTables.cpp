@@ -6,23 +6,26 @@ using namespace camera_role;
 
 // Keyed by the platform's device id. Device 0 is the three-part SAT device; the plain back wide sensor, which
 // is sensor 0, is device 7.
-RoleIdDescMap CameraPlatformInfoZelvan::DeviceId2RoleId = {
-    {0,
-     {.roleId = kThreePartSat,
-      .sensorNames = "imx707;ov13b10",
-      .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_3PARTSAT"}},
-    {1, {.roleId = kFrontMain, .sensorNames = "imx596", .drvName = "SENSOR_DRVNAME_HALCYRION_FRONT_MAIN"}},
-    {2, {.roleId = kBackTele, .sensorNames = "ov50d", .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_TELE"}},
-    {3, {.roleId = kBackUltra, .sensorNames = "ov13b10", .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_ULTRA"}},
-    {4,
-     {.roleId = kSat, .sensorNames = "imx707;ov13b10;ov50d", .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_SAT"}},
-    {5,
-     {.roleId = kTeleBokeh,
-      .sensorNames = "ov50d;imx707",
-      .drvName = "SENSOR_DRVNAME_HALCYRION_2XBACK_BOKEH"}},
-    {6,
-     {.roleId = kBokeh, .sensorNames = "imx707;ov13b10", .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_BOKEH"}},
-    {7, {.roleId = kBackMain, .sensorNames = "imx707", .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_WIDE"}},
+NamedTable<RoleIdDesc> CameraPlatformInfoZelvan::DeviceId2RoleId{
+    "DeviceId2RoleId",
+    {{0,
+      {.roleId = kThreePartSat,
+       .sensorNames = "imx707;ov13b10",
+       .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_3PARTSAT"}},
+     {1, {.roleId = kFrontMain, .sensorNames = "imx596", .drvName = "SENSOR_DRVNAME_HALCYRION_FRONT_MAIN"}},
+     {2, {.roleId = kBackTele, .sensorNames = "ov50d", .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_TELE"}},
+     {3, {.roleId = kBackUltra, .sensorNames = "ov13b10", .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_ULTRA"}},
+     {4,
+      {.roleId = kSat,
+       .sensorNames = "imx707;ov13b10;ov50d",
+       .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_SAT"}},
+     {5,
+      {.roleId = kTeleBokeh,
+       .sensorNames = "ov50d;imx707",
+       .drvName = "SENSOR_DRVNAME_HALCYRION_2XBACK_BOKEH"}},
+     {6,
+      {.roleId = kBokeh, .sensorNames = "imx707;ov13b10", .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_BOKEH"}},
+     {7, {.roleId = kBackMain, .sensorNames = "imx707", .drvName = "SENSOR_DRVNAME_HALCYRION_BACK_WIDE"}}},
 };
 
 // The physical sensors alone, numbered without the logical devices.
