@@ -1,7 +1,5 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <android/log.h>
 
 /// The plug-in's log: Android tag "CameraPlatformInfoZelvan", every text led by the calling thread's id and
@@ -10,10 +8,7 @@
 inline constexpr const char* kLogTag = "CameraPlatformInfoZelvan";
 
 /// The calling thread's id, asked from the kernel once a thread.
-inline int CallingThreadId() {
-    thread_local const int id = gettid();
-    return id;
-}
+int CallingThreadId();
 
 /// A text as log lines and properties show it where there may be none.
 constexpr const char* OrNull(const char* text) {
