@@ -14,6 +14,7 @@
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
+namespace camera_role = tables::camera_role;
 
 namespace {
 
@@ -109,7 +110,7 @@ int CameraPlatformInfoZelvan::GetDualCameraCalDataInfo(RoleIdDesc& desc, DualCam
     const int first = RoleOfChip(DeviceId2RoleId, chips[0]);
     const int second = chips.size() < 2 ? -1 : RoleOfChip(DeviceId2RoleId, chips[1]);
     LOGD(self, "map roldId to dualCameraCalibPath");
-    for (const DualCameraCalDataInfo& pair : kDualCameraPairs) {
+    for (const DualCameraCalDataInfo& pair : tables::kDualCameraPairs) {
         if (IsPairOf(pair, first, second)) {
             info = pair;
         }

@@ -17,6 +17,7 @@
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
+namespace camera_role = tables::camera_role;
 
 namespace {
 
@@ -24,23 +25,9 @@ constexpr unsigned char kCalibToolType = 2;
 constexpr std::size_t kFileNameSize = 128;
 constexpr std::size_t kMemberCount = 2;
 
-/// The persist file that a recalibration of a pair writes, by the pair's dump file.
-struct CalibrationFileName {
-    const char* dumpPath;
-    const char* fileName;
-};
-
-constexpr std::array<CalibrationFileName, 4> kFileNames = {{
-    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.wu.data", .fileName = "com.zelvan.dcal.wu.bin"},
-    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.wt.data", .fileName = "com.zelvan.dcal.wt.bin"},
-    // Pairs that this phone does not have.
-    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.wd.data", .fileName = "com.zelvan.dcal.wd.bin"},
-    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.ffd.data", .fileName = "com.zelvan.dcal.ffd.bin"},
-}};
-
 const char* FindFileName(const char* dumpPath) {
     if (dumpPath != nullptr) {
-        for (const CalibrationFileName& row : kFileNames) {
+        for (const tables::RecalibrationFile& row : tables::kRecalibrationFiles) {
             if (std::strcmp(row.dumpPath, dumpPath) == 0) {
                 return row.fileName;
             }

@@ -7,11 +7,9 @@
 #include "platforminfo/DataBins.h"
 #include "platforminfo/Operation.h"
 #include "tables/CameraPairs.h"
+#include "tables/PublishedProperties.h"
 
 namespace {
-
-constexpr const char* kStateProperty = "persist.vendor.camera.zv.dualcal.state";
-constexpr const char* kDetailProperty = "persist.vendor.camera.zv.dualcal.detail";
 
 enum Source : int { kPersist = 0, kGolden = 2 };
 
@@ -21,7 +19,7 @@ using Sources = std::multimap<int, int>;
 /// Which side of the phone lost its persist files: "20" front, "2" back, "22" both.
 const char* LostDetail(const Sources& lost) {
     const auto isFront = [](const auto& pair) {
-        return pair.first == camera_role::kFrontMain || pair.first == camera_role::kFrontAux;
+        return pair.first == tables::camera_role::kFrontMain || pair.first == tables::camera_role::kFrontAux;
     };
     if (std::all_of(lost.begin(), lost.end(), isFront)) {
         return "20";
@@ -38,7 +36,7 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
     Sources sources;
     bool unresolved = false;
     // Each source gets a copy of the row.
-    for (DualCameraCalDataInfo pair : kDualCameraPairs) {
+    for (DualCameraCalDataInfo pair : tables::kDualCameraPairs) {
         if (DualCameraDataFromEeprom(pair)) {
             continue;
         }
@@ -56,17 +54,17 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
     std::erase_if(sources, [](const auto& pair) { return pair.second == kPersist; });
     const Sources& lost = sources;
     if (total == 0) {
-        property_set(kStateProperty, "3");
+        property_set(tables::kDualCalStateProperty, "3");
     } else if (lost.empty()) {
-        property_set(kStateProperty, "0");
-        property_set(kDetailProperty, "0");
+        property_set(tables::kDualCalStateProperty, "0");
+        property_set(tables::kDualCalDetailProperty, "0");
     } else {
         LOGE(self, "Fatal Error: calibration persist file lost!");
-        property_set(kStateProperty, "2");
+        property_set(tables::kDualCalStateProperty, "2");
         for (const auto& [roleId, source] : lost) {
             LOGE(self, "CameraRoleId %d lost persist file", roleId);
         }
-        property_set(kDetailProperty, LostDetail(lost));
+        property_set(tables::kDualCalDetailProperty, LostDetail(lost));
     }
 
     mDataBinExistMask = WithBin(mDataBinExistMask, kDualCameraBin, !unresolved);

@@ -15,10 +15,11 @@
 #include "platforminfo/Operation.h"
 #include "platforminfo/SensorWalk.h"
 #include "tables/CameraPairs.h"
+#include "tables/PublishedFiles.h"
 
 namespace {
 
-constexpr const char* kPersistFolder = "/mnt/vendor/persist/camera/";
+using tables::kPersistFolder;
 
 struct DirCloser {
     void operator()(DIR* dir) const { closedir(dir); }

@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "calibration/FileAccess.h"
+#include "formats/EepromImage.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Operation.h"
 #include "platforminfo/UniqueFd.h"
 #include "tables/CameraPairs.h"
-#include "tables/EepromLayouts.h"
 
 namespace {
 
@@ -21,7 +21,8 @@ namespace {
 /// and the stored byte are counted from the start of the image, not of the block.
 bool BlockCheckSumGood(const CamCalAllData& image, std::size_t offset, std::size_t length) {
     const std::size_t storedAt = length + 1;
-    return storedAt < image.data.size() && EepromCheckSum(image.data, offset, length) == image.data[storedAt];
+    return storedAt < image.data.size() &&
+           formats::EepromCheckSum(image.data, offset, length) == image.data[storedAt];
 }
 
 }  // namespace

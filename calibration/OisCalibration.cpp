@@ -9,35 +9,26 @@
 #include <vector>
 
 #include "calibration/FileAccess.h"
+#include "formats/EepromImage.h"
 #include "formats/OisFile.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/DataBins.h"
 #include "platforminfo/Operation.h"
 #include "tables/EepromLayouts.h"
+#include "tables/PublishedFiles.h"
+#include "tables/PublishedProperties.h"
+#include "tables/Stabiliser.h"
 
 namespace {
 
-constexpr int kOisRole = camera_role::kBackMain;
-constexpr const char* kOisFilePath = "/mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin";
+using tables::kOisFilePath;
+using tables::kStabilisedRole;
 
 /// States of the persist file, as the state property shows them.
 constexpr const char* kPersistUsed = "0";
 constexpr const char* kPersistUnusable = "2";
 constexpr const char* kPersistOtherVersion = "3";
-
-/// Where the module keeps the stabiliser's parameters.
-constexpr int kGainXOffset = 0x20F2;
-constexpr int kGainYOffset = 0x2112;
-constexpr int kThirdParameterOffset = 0x20F4;
-constexpr int kFourthParameterOffset = 0x2114;
-constexpr int kSensitivityXOffset = 0x210D;
-constexpr int kSensitivityYOffset = 0x212D;
-
-/// Makers burn the sensitivities as differences from a base of their own.
-constexpr int SensitivityBase(int vendorId) {
-    return vendorId == 3 ? 300 : 200;
-}
 
 void SetAndLog(const Operation& self, const char* property, const char* value) {
     LOGI(self, "setprop %s %s", property, value);
@@ -47,7 +38,7 @@ void SetAndLog(const Operation& self, const char* property, const char* value) {
 /// The fitted sensor's fuse id; an unset or malformed property is a sensor without one.
 std::string FittedFuseId(CameraPlatformInfoZelvan& info) {
     try {
-        return info.getPropertyFuseid(kOisRole);
+        return info.getPropertyFuseid(kStabilisedRole);
     } catch (const std::out_of_range&) {
         return {};
     } catch (const std::invalid_argument&) {
@@ -61,26 +52,15 @@ int CameraPlatformInfoZelvan::readOTPOisParam(int roleId, int* param) {
     const Operation self(__func__);
     // What can't be read counts as 0.
     std::uint8_t vendorId = 0;
-    MemCpyCamCalData(roleId, &vendorId, kVendorIdOffset, 1);
+    MemCpyCamCalData(roleId, &vendorId, tables::kVendorIdOffset, 1);
     LOGI(self, "vendorId = 0x%02x", static_cast<unsigned>(vendorId));
 
     int result = 0;
-    const auto byteAt = [&](int offset) {
-        std::uint8_t value = 0;
-        result = MemCpyCamCalData(roleId, &value, offset, 1);
-        return value;
-    };
-    const auto bigEndian16At = [&](int offset) {
-        std::array<std::uint8_t, 2> value{};
-        result = MemCpyCamCalData(roleId, value.data(), offset, 2);
-        return value[0] << 8 | value[1];
-    };
-    param[0] = bigEndian16At(kGainXOffset);
-    param[1] = bigEndian16At(kGainYOffset);
-    param[2] = byteAt(kThirdParameterOffset);
-    param[3] = byteAt(kFourthParameterOffset);
-    param[4] = SensitivityBase(vendorId) + byteAt(kSensitivityXOffset);
-    param[5] = SensitivityBase(vendorId) + byteAt(kSensitivityYOffset);
+    for (const tables::StabiliserField& field : tables::kStabiliserFields) {
+        std::array<std::uint8_t, 2> bytes{};
+        result = MemCpyCamCalData(roleId, bytes.data(), field.offset, field.size);
+        *param++ = formats::StabiliserParameter(field, bytes, vendorId);
+    }
     return result;
 }
 
@@ -128,7 +108,7 @@ const char* CameraPlatformInfoZelvan::GetOisParamFromPersist(int& gainX, int& ga
 void CameraPlatformInfoZelvan::OverriderOisCamCalData() {
     const Operation self(__func__);
     std::array<int, 16> oisAlgoParam{};
-    readOTPOisParam(kOisRole, oisAlgoParam.data());
+    readOTPOisParam(kStabilisedRole, oisAlgoParam.data());
     for (std::size_t i = 0; i < oisAlgoParam.size(); ++i) {
         LOGI(self, "oisAlgoParam[%d] = %d", static_cast<int>(i), oisAlgoParam[i]);
     }
@@ -138,12 +118,12 @@ void CameraPlatformInfoZelvan::OverriderOisCamCalData() {
 
     char value[64];
     std::snprintf(value, sizeof(value), "%d,%d,%d,%d", gainX, gainY, oisAlgoParam[2], oisAlgoParam[3]);
-    SetAndLog(self, "persist.vendor.camera.oisAlgoParam", value);
-    property_set("persist.vendor.camera.zv.oiscal.state", state.c_str());
-    property_set("persist.vendor.camera.oisHvXyMatch", "1");
+    SetAndLog(self, tables::kOisAlgoParamProperty, value);
+    property_set(tables::kOisCalStateProperty, state.c_str());
+    property_set(tables::kOisHvXyMatchProperty, "1");
     std::snprintf(value, sizeof(value), "%d,%d", OisSensitivityMillionths(oisAlgoParam[4]),
                   OisSensitivityMillionths(oisAlgoParam[5]));
-    SetAndLog(self, "persist.vendor.camera.oisSensitivity", value);
+    SetAndLog(self, tables::kOisSensitivityProperty, value);
 
     // A file of another version is a calibration that exists; only an unusable one is none.
     mDataBinExistMask = WithBin(mDataBinExistMask, kOisBin, state != kPersistUnusable);

@@ -77,7 +77,7 @@ void CameraPlatformInfoZelvan::updateStreamConfigurationWithDuration(IMetadata& 
     const Operation self(__func__);
     constexpr std::int64_t kFullSizeDuration = FRAME_DURATION_20_FPS;
     constexpr std::int64_t kFullSizeStall = FRAME_DURATION_30_FPS;
-    const auto& catalogue = size_catalogue::kWithDurations;
+    const auto& catalogue = tables::size_catalogue::kWithDurations;
 
     IMetadata::IEntry entry(SCALER_STREAM_CONFIGURATIONS_WITH_DURATIONS);
     pushAvailableStreamWithDuration(entry, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, maxWidth, maxHeight,
@@ -86,13 +86,13 @@ void CameraPlatformInfoZelvan::updateStreamConfigurationWithDuration(IMetadata& 
                                     kFullSizeDuration, kFullSizeStall);
     pushAvailableStreamWithDuration(entry, HAL_PIXEL_FORMAT_RAW16, maxWidth, maxHeight, STREAM_OUTPUT,
                                     kFullSizeDuration, kFullSizeStall);
-    for (const SizeCatalogueEntry& row : catalogue) {
+    for (const tables::SizeCatalogueEntry& row : catalogue) {
         if (TakesJpeg(row, maxWidth, maxHeight, allow8k != 0)) {
             pushAvailableStreamWithDuration(entry, HAL_PIXEL_FORMAT_BLOB, row.width, row.height,
                                             STREAM_OUTPUT, JpegMinFrameDuration(row), row.jpegStallDuration);
         }
     }
-    for (const SizeCatalogueEntry& row : catalogue) {
+    for (const tables::SizeCatalogueEntry& row : catalogue) {
         if (TakesYuv(row, maxWidth, maxHeight)) {
             pushAvailableStreamWithDuration(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, row.width, row.height,
                                             STREAM_OUTPUT, YuvMinFrameDuration(row), 0);

@@ -15,6 +15,7 @@
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
+namespace camera_role = tables::camera_role;
 
 namespace {
 
@@ -44,11 +45,11 @@ constexpr BokehInfoTags kBokehInfoTags = {
 };
 
 constexpr BokehInfoTags kWideBokehInfoTags = {
-    .masterCameraId = wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_MASTERCAMERAID,
-    .slaveCameraId = wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_SLAVECAMERAID,
-    .masterOptSize = wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_MASTEROPTSIZE,
-    .slaveOptSize = wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_SLAVEOPTSIZE,
-    .optPictureSize = wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_OPTPICTURESIZE,
+    .masterCameraId = tables::wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_MASTERCAMERAID,
+    .slaveCameraId = tables::wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_SLAVECAMERAID,
+    .masterOptSize = tables::wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_MASTEROPTSIZE,
+    .slaveOptSize = tables::wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_SLAVEOPTSIZE,
+    .optPictureSize = tables::wide_bokeh::ZELVAN_CAMERA_BOKEHINFO_OPTPICTURESIZE,
 };
 
 /// What a bokeh role publishes. Master and finished picture share their sizes.

@@ -1,7 +1,7 @@
 #include <cstdint>
 #include <optional>
-#include <span>
 
+#include "formats/EepromImage.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
@@ -15,26 +15,13 @@ using NSCam::IMetadata;
 
 namespace {
 
-using EepromImage = std::span<const std::uint8_t, kEepromImageSize>;
-
-std::uint32_t LittleEndian32At(EepromImage image, std::size_t offset) {
-    return static_cast<std::uint32_t>(image[offset]) | static_cast<std::uint32_t>(image[offset + 1]) << 8 |
-           static_cast<std::uint32_t>(image[offset + 2]) << 16 |
-           static_cast<std::uint32_t>(image[offset + 3]) << 24;
-}
-
-/// The fourth header byte is shown but takes no part in the comparison.
-bool MatchHeaderId(EepromImage image, const EepromCheckSumDesc& layout) {
+/// Names every layout that it tries.
+const EepromCheckSumDesc* FindLayout(formats::ImageBytes image) {
     constexpr Operation self("MatchHeaderId");
-    constexpr std::uint32_t kComparedBits = 0x00FFFFFF;
-    const std::uint32_t headerId = LittleEndian32At(image, layout.headerIdOffset);
-    LOGD(self, "expectHeaderId(0x%04x) readHeaderId(0x%04x)", layout.expectHeaderId, headerId);
-    return (headerId & kComparedBits) == (layout.expectHeaderId & kComparedBits);
-}
-
-const EepromCheckSumDesc* FindLayout(EepromImage image) {
-    for (const EepromCheckSumDesc& layout : kEepromLayouts) {
-        if (MatchHeaderId(image, layout)) {
+    for (const EepromCheckSumDesc& layout : tables::kEepromLayouts) {
+        const std::uint32_t headerId = formats::ReadHeaderId(image, layout);
+        LOGD(self, "expectHeaderId(0x%04x) readHeaderId(0x%04x)", layout.expectHeaderId, headerId);
+        if (formats::IsHeaderIdOf(headerId, layout)) {
             return &layout;
         }
     }
@@ -42,16 +29,13 @@ const EepromCheckSumDesc* FindLayout(EepromImage image) {
 }
 
 /// Checks every range of the layout, so that the log names each one that fails.
-bool CheckSumsGood(const Operation& self, EepromImage image, const EepromCheckSumDesc& layout) {
+bool CheckSumsGood(const Operation& self, formats::ImageBytes image, const EepromCheckSumDesc& layout) {
     bool good = true;
-    for (const SubModuleCheckSumDesc& part : layout.subModules) {
-        if (part.name == nullptr) {
-            break;
-        }
-        if (EepromCheckSum(image, part.startAddr, part.endAddr) == image[part.checkSumAddr]) {
-            LOGD(self, "submodule(%s) checksum ok !", part.name);
+    for (const formats::CheckSumFinding& finding : formats::CheckRanges(image, layout)) {
+        if (finding.good()) {
+            LOGD(self, "submodule(%s) checksum ok !", finding.range.name);
         } else {
-            LOGE(self, "submodule(%s) checksum fail !", part.name);
+            LOGE(self, "submodule(%s) checksum fail !", finding.range.name);
             good = false;
         }
     }

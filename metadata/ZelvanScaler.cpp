@@ -16,6 +16,7 @@
 #include "tables/StreamFormats.h"
 
 using NSCam::IMetadata;
+namespace camera_role = tables::camera_role;
 
 namespace {
 
@@ -52,7 +53,7 @@ int BinningFactor(const NSCam::SensorStaticInfo& sensor) {
 /// Number of the first 8K mode, or -1.
 int Find8KMode(const ImgSensorDrvInfo& driver) {
     for (std::size_t mode = 0; mode < SENSOR_MODE_COUNT; ++mode) {
-        if (Is8K(driver.outputWidth[mode], driver.outputHeight[mode])) {
+        if (tables::Is8K(driver.outputWidth[mode], driver.outputHeight[mode])) {
             return static_cast<int>(mode);
         }
     }
@@ -146,7 +147,7 @@ void CameraPlatformInfoZelvan::updateSuperResolutionStreamConfiguration(IMetadat
 void CameraPlatformInfoZelvan::updateStreamConfigurationZelvan(IMetadata& meta, int roleId, int width,
                                                                int height, int allow8k) {
     const Operation self(__func__);
-    const auto& catalogue = size_catalogue::kVendor;
+    const auto& catalogue = tables::size_catalogue::kVendor;
     IMetadata::IEntry entry(ZELVAN_SCALER_STREAM_CONFIGURATIONS);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, width, height, STREAM_INPUT);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, width, height, STREAM_INPUT);
@@ -163,7 +164,7 @@ void CameraPlatformInfoZelvan::updateStreamConfigurationZelvan(IMetadata& meta, 
             pushAvailableStream(entry, HAL_PIXEL_FORMAT_BLOB, size.width, size.height, STREAM_OUTPUT);
         }
     }
-    for (const SizeCatalogueEntry& row : catalogue) {
+    for (const tables::SizeCatalogueEntry& row : catalogue) {
         if (!TakesJpeg(row, width, height, allow8k != 0)) {
             continue;
         }

@@ -9,10 +9,10 @@
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Operation.h"
 #include "platforminfo/SensorWalk.h"
+#include "tables/PublishedFiles.h"
+#include "tables/PublishedProperties.h"
 
 namespace {
-
-constexpr const char* kDumpFolder = "/data/vendor/camera";
 
 void WriteAsText(const CamCalAllData& image, std::FILE* file) {
     for (std::uint32_t i = 0; i < image.dataSize; ++i) {
@@ -25,7 +25,7 @@ void WriteAsText(const CamCalAllData& image, std::FILE* file) {
 int CameraPlatformInfoZelvan::DumpEepromRawData() {
     const Operation self(__func__);
     const NSCam::IHalSensorList* const sensors = NSCam::IHalSensorList::get();
-    if (property_get_int32("vendor.debug.camera.eeprom_dump", 0) == 0) {
+    if (property_get_int32(tables::kEepromDumpProperty, 0) == 0) {
         return 0;
     }
     LOGI(self, "DumpEepromRawData +");
@@ -37,7 +37,7 @@ int CameraPlatformInfoZelvan::DumpEepromRawData() {
                 return -1;
             }
             char path[64];
-            std::snprintf(path, sizeof(path), "%s/eeprom_raw_data_dump_%s", kDumpFolder, *roleName);
+            std::snprintf(path, sizeof(path), "%s%s", tables::kEepromDumpPath, *roleName);
             const CamCalAllData* const image = GetCamCalAllData(roleId);
             if (image == nullptr) {
                 continue;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "formats/EepromImage.h"
 #include "formats/FuseIdText.h"
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
@@ -14,9 +15,6 @@
 #include "platforminfo/SensorWalk.h"
 
 namespace {
-
-/// Value of a QR code's flag byte when the code is valid.
-constexpr std::uint8_t kQRCodeValid = 1;
 
 /// Bytes of a module's memory, as many as the table asks for; zeros where they can't be copied.
 std::vector<std::uint8_t> CopyOf(CameraPlatformInfoZelvan& info, int roleId, int offset, int length) {
@@ -53,7 +51,7 @@ int CameraPlatformInfoZelvan::SetFuseIdProp() {
         std::vector<std::uint8_t> qrCode;
         std::optional<std::span<const std::uint8_t>> validQRCode;
         MemCpyCamCalData(roleId, &flag, qr.flagOffset, 1);
-        if (flag == kQRCodeValid) {
+        if (flag == formats::kQRCodeValid) {
             LOGI(self, "[QRCODE] qrCodeOffset = 0x%x, qrCodeSize = %d ",
                  static_cast<unsigned>(qr.qrCodeOffset), qr.qrCodeLength);
             qrCode = CopyOf(*this, roleId, qr.qrCodeOffset, qr.qrCodeLength);

@@ -7,6 +7,7 @@
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/Operation.h"
 #include "platforminfo/SensorWalk.h"
+#include "tables/PublishedProperties.h"
 
 namespace {
 
@@ -43,7 +44,7 @@ int CameraPlatformInfoZelvan::SetModuleInfoProp() {
     }
     std::map<int, std::string> entries;
     for (const auto& [deviceId, device] : DeviceId2RoleId) {
-        if (device.roleId >= camera_role::kFirstLogicalRole) {
+        if (device.roleId >= tables::camera_role::kFirstLogicalRole) {
             continue;
         }
         const char* const* const roleName = self.find(mRoleId2ModuleName, device.roleId);
@@ -64,8 +65,8 @@ int CameraPlatformInfoZelvan::SetModuleInfoProp() {
     const ModuleInfoTexts texts = SplitOverProperties(entries);
     LOGI(self, "moduleInfo = %s", texts.info.c_str());
     LOGI(self, "moduleInfoExt = %s", texts.extension.c_str());
-    property_set("persist.vendor.camera.zv.module.info", texts.info.c_str());
-    property_set("persist.vendor.camera.zv.module.infoext", texts.extension.c_str());
+    property_set(tables::kModuleInfoProperty, texts.info.c_str());
+    property_set(tables::kModuleInfoExtProperty, texts.extension.c_str());
     LOGI(self, "exit");
     return 0;
 }

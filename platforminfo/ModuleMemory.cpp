@@ -21,10 +21,10 @@ bool ReadModule(const Operation& self, const CamCalDrvBase* driver, const NSCam:
     LOGI(self, "sensorIdx = 0x%x, dualDevId = 0x%x, sensorId = 0x%x",
          static_cast<unsigned>(Number(sensorIdx)), devBit, sensorInfo.sensorId);
     NSCam::CamCalHelper* const helper = NSCam::CamCalHelper::getInstance();
-    image.dataSize = kEepromImageSize;
+    image.dataSize = tables::kEepromImageSize;
     return driver != nullptr && helper != nullptr &&
-           helper->readMemory(sensorInfo.sensorId, devBit, 0, kEepromImageSize, image.data.data()) ==
-               kEepromImageSize;
+           helper->readMemory(sensorInfo.sensorId, devBit, 0, tables::kEepromImageSize, image.data.data()) ==
+               tables::kEepromImageSize;
 }
 
 /// @return 0 to 255; 255 also when the byte can't be read.
@@ -86,13 +86,13 @@ int CameraPlatformInfoZelvan::MemCpyCamCalData(int roleId, void* dst, int offset
 }
 
 int CameraPlatformInfoZelvan::GetVendorId(int roleId) {
-    return ReadIdentityByte(*this, roleId, kVendorIdOffset);
+    return ReadIdentityByte(*this, roleId, tables::kVendorIdOffset);
 }
 
 int CameraPlatformInfoZelvan::GetLensId(int roleId) {
-    return ReadIdentityByte(*this, roleId, kLensIdOffset);
+    return ReadIdentityByte(*this, roleId, tables::kLensIdOffset);
 }
 
 int CameraPlatformInfoZelvan::GetSensorId(int roleId) {
-    return ReadIdentityByte(*this, roleId, kSensorIdOffset);
+    return ReadIdentityByte(*this, roleId, tables::kSensorIdOffset);
 }

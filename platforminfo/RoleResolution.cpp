@@ -14,7 +14,7 @@ std::optional<ResolvedInstance> ResolveRole(const Operation& self, CameraPlatfor
                                 .devices = *devices};
     }
     const RoleIdDesc* const device = self.find(table, instanceId);
-    if (device == nullptr || device->roleId < camera_role::kFirstLogicalRole) {
+    if (device == nullptr || device->roleId < tables::camera_role::kFirstLogicalRole) {
         return std::nullopt;
     }
     return ResolvedInstance{.role = tables::RoleId{device->roleId}, .devices = *devices};

@@ -18,7 +18,7 @@ const std::string kGolden = "/vendor/etc/camera/com.zelvan.dcal.wu.golden";
 
 /// The wide and ultra-wide pair.
 DualCameraCalDataInfo Pair(int length, int eepromOffset = -1) {
-    DualCameraCalDataInfo pair = kDualCameraPairs[0];
+    DualCameraCalDataInfo pair = tables::kDualCameraPairs[0];
     pair.length = length;
     pair.eepromOffset = eepromOffset;
     return pair;
