@@ -45,7 +45,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const OisFile oisFile({data, data + size});
     if (oisFile.crcGood()) {
-        OisGainsInRange(oisFile.gainX(), oisFile.gainY());
+        const auto inRange = [](std::uint32_t gain) { return gain >= 4000 && gain <= 17000; };
+        if (OisGainsInRange(oisFile.gainX(), oisFile.gainY()) !=
+            (inRange(oisFile.gainX()) && inRange(oisFile.gainY()))) {
+            std::abort();
+        }
     }
     if (oisFile.fuseIdHex().size() != 2 * static_cast<std::size_t>(oisFile.fuseIdLength())) {
         std::abort();
