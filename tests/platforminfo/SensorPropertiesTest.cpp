@@ -43,6 +43,20 @@ TEST(SensorProperties, AFInfoOfEverySensorOnItsOwn) {
                             "I [AFINFO] fail to read cam cal for roleID(60)"));
 }
 
+TEST(SensorProperties, NamesOfEveryRole) {
+    const std::pair<int, std::string> kRoles[] = {{0, "w"},    {1, "f"},    {20, "t"}, {21, "u"},   {22, "m"},
+                                                  {23, "t4x"}, {24, "m2x"}, {25, "d"}, {40, "faux"}};
+    for (const auto& [roleId, name] : kRoles) {
+        const TestPhone phone(PhoneBuilder().sensors({{.autofocus = {{.capable = true, .points = {}}}}}));
+        TestPlugin plugin;
+        plugin.DeviceId2RoleId[0].roleId = roleId;
+        plugin.SetSensorInfoProp();
+        plugin.SetAFInfoProp();
+        EXPECT_EQ(phone.property("vendor.camera.sensor." + name + ".sensorInfo"), "FF, FF, FF");
+        EXPECT_EQ(phone.property("persist.vendor.camera.sensor." + name + ".afInfo"), "0:0,0:0,");
+    }
+}
+
 TEST(SensorProperties, DataBinsAsDecimalMaskAndWhetherItWasRefused) {
     const std::string name = "vendor.camera.sensor.zv.databin.existmask";
     for (const bool refused : {false, true}) {
