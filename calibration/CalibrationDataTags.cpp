@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/SatPayload.h"
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
 #include "platform/ThirdCalibration.h"
@@ -18,19 +19,6 @@ using NSCam::IMetadata;
 namespace camera_role = tables::camera_role;
 
 namespace {
-
-/// What stands before the block in the SAT payload, as the platform's 32-bit integers lie in memory.
-struct SatPayloadHeader {
-    std::uint32_t roles;   ///< slave role in the low half, master role in the high half
-    std::uint32_t length;  ///< of the block, bytes
-};
-static_assert(sizeof(SatPayloadHeader) == 8);
-
-SatPayloadHeader MakeSatPayloadHeader(const DualCameraCalDataInfo& pair) {
-    return {.roles = static_cast<std::uint32_t>(pair.masterCameraRole) << 16 |
-                     (static_cast<std::uint32_t>(pair.slaveCameraRole) & 0xFFFFU),
-            .length = static_cast<std::uint32_t>(pair.length)};
-}
 
 /// Whether the pair is made of these two roles, in either order.
 bool IsPairOf(const DualCameraCalDataInfo& pair, int first, int second) {
@@ -66,7 +54,7 @@ bool HasTwoUnderscores(const std::string& name) {
 /// @return the result of the update.
 int PublishSatBlock(const char* function, IMetadata& meta, const DualCameraCalDataInfo& pair,
                     const IMetadata::Memory& block) {
-    const SatPayloadHeader header = MakeSatPayloadHeader(pair);
+    const formats::SatPayloadHeader header = formats::MakeSatPayloadHeader(pair);
     IMetadata::Memory payload(&header, sizeof(header));
     payload.append(block);
     const int error =

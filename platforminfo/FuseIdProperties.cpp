@@ -33,12 +33,12 @@ int CameraPlatformInfoZelvan::SetFuseIdProp() {
         if (maker == mMakerNames.end()) {
             continue;
         }
-        std::array<std::uint8_t, kFuseIdBytes> fuseId{};
+        std::array<std::uint8_t, formats::kFuseIdBytes> fuseId{};
         MemCpyCamCalData(roleId, fuseId.data(), descriptor->fuseIdOffset, descriptor->fuseIdLength);
 
         const QRCodeDescriptor& qr = mQRCodes[roleId][makerId];
         std::uint8_t flag = 0;
-        std::array<std::uint8_t, kQRCodeLength> qrCode{};
+        std::array<std::uint8_t, formats::kQRCodeLength> qrCode{};
         std::optional<std::span<const std::uint8_t>> validQRCode;
         MemCpyCamCalData(roleId, &flag, qr.flagOffset, 1);
         if (flag == formats::kQRCodeValid) {
@@ -50,7 +50,7 @@ int CameraPlatformInfoZelvan::SetFuseIdProp() {
             LOGI("[QRCODE] QRCode data for roleId %d is not valid", roleId);
         }
 
-        const std::string value = MakeFuseIdText(
+        const std::string value = formats::MakeFuseIdText(
             maker->second, std::span(fuseId).first(static_cast<std::size_t>(descriptor->fuseIdLength)),
             validQRCode);
         property_set(descriptor->propNameLong, value.c_str());
@@ -69,7 +69,7 @@ std::string CameraPlatformInfoZelvan::getPropertyFuseid(int roleId) {
     char value[PROPERTY_VALUE_MAX];
     property_get(descriptor->second.propName, value, nullptr);
     LOGI("proertyId:%s \n", value);
-    const FuseIdField fuseId = ParseFuseIdText(value);
+    const formats::FuseIdField fuseId = formats::ParseFuseIdText(value);
     LOGI("fuseLen: %d, fuseId:%s \n", fuseId.length, fuseId.hex.c_str());
     return fuseId.hex;
 }
