@@ -96,13 +96,12 @@ void Tags() {
         roles += (roles.empty() ? "" : ", ") + std::to_string(roleId) + " " +
                  text.substr(sizeof("SENSOR_DRVNAME_HALCYRION_") - 1);
     }
-    std::printf(
-        "Devices are named by their role: %s. No device of\n"
-        "this phone has the roles 3, 40, 80 and 81. \"All\" means every device whose numbers the tables "
-        "know; a "
-        "physical sensor\nis looked up under its sensor id (see "
-        "[architecture](architecture.md#roles-devices-sensors)).\n",
-        roles.c_str());
+    std::printf("Devices are named by their role: %s.\n", roles.c_str());
+    std::puts(
+        "No device of this phone has the roles 3, 40, 80 and 81. \"All\" means every device whose numbers "
+        "the\n"
+        "tables know; a physical sensor is looked up under its sensor id (see\n"
+        "[architecture](architecture.md#roles-devices-sensors)).");
     Head({"tag", "name", "type", "devices", "set by", "value"});
     for (const PublishedTag& tag : PublishedTags()) {
         char number[16];
