@@ -6,6 +6,8 @@
 
 #include "formats/FuseIdText.h"
 
+namespace formats {
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -60,3 +62,5 @@ TEST(FuseIdText, ReadsTheFuseIdBack) {
 }
 
 }  // namespace
+
+}  // namespace formats

@@ -31,7 +31,7 @@ std::string RecordText(const IMetadata::Memory& blob, std::size_t offset) {
 
 std::string ScaleText(float length, const std::string& ratios, int type) {
     std::istringstream stream(ratios);
-    const ZoomScaleRecord record = MakeZoomScaleRecord(length, stream, type);
+    const formats::ZoomScaleRecord record = formats::MakeZoomScaleRecord(length, stream, type);
     return RecordText(IMetadata::Memory(&record, sizeof(record)), 0);
 }
 
