@@ -1,4 +1,4 @@
-#include "virtualphone/JsonDocument.h"
+#include "virtualphone/phonefile/JsonDocument.h"
 
 #include <cstddef>
 #include <set>

@@ -1,7 +1,7 @@
 #include <set>
 #include <string>
 
-#include "virtualphone/PhoneFileSections.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 

@@ -1,4 +1,4 @@
-#include "virtualphone/JsonValue.h"
+#include "virtualphone/phonefile/JsonValue.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,8 +2,8 @@
 #include <string>
 #include <vector>
 
-#include "virtualphone/EepromImage.h"
-#include "virtualphone/PhoneFileSections.h"
+#include "virtualphone/phonefile/Eeprom.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 
@@ -95,24 +95,6 @@ void ReadSensorAliases(const JsonValue& value, PhoneDescription& phone) {
             {"deviceId", [&](const JsonValue& v) { alias.deviceId = v.integer<int>(); }},
         });
         phone.sensorAliases[index] = alias;
-    }
-}
-
-void ReadLogicalDevices(const JsonValue& value, PhoneDescription& phone) {
-    for (const JsonValue& element : value.elements()) {
-        LogicalDeviceDescription device;
-        element.readKeys({
-            {"name", [&](const JsonValue& v) { device.name = v.text(); }},
-            {"multiSensor", [&](const JsonValue& v) { device.multiSensor = v.boolean(); }},
-            {"sensorIds",
-             [&](const JsonValue& v) {
-                 for (const JsonValue& sensorId : v.elements()) {
-                     device.sensorIds.push_back(sensorId.integer<int>());
-                 }
-             }},
-            {"sensorBits", [&](const JsonValue& v) { device.sensorBits = v.integer<std::uint32_t>(); }},
-        });
-        phone.logicalDevices.push_back(device);
     }
 }
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "tables/EepromLayouts.h"
-#include "virtualphone/JsonValue.h"
 #include "virtualphone/PhoneDescription.h"
+#include "virtualphone/phonefile/JsonValue.h"
 
 namespace virtualphone {
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "formats/CalibrationFiles.h"
-#include "virtualphone/PhoneFileSections.h"
-#include "virtualphone/SideFile.h"
+#include "virtualphone/InputFile.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 
@@ -119,6 +119,15 @@ bool IsPhonePath(const std::string& path) {
 }
 
 }  // namespace
+
+std::vector<std::uint8_t> ReadSideFile(const JsonValue& name, const std::filesystem::path& folder) {
+    const std::filesystem::path path = folder / name.plainText();
+    FileContent content = ReadWholeFile(path, /*regularOnly=*/true);
+    if (!content.error.empty()) {
+        name.fail("a readable file", path.string() + ": " + content.error);
+    }
+    return std::move(content.bytes);
+}
 
 void ReadFiles(const JsonValue& value, const std::filesystem::path& folder, PhoneDescription& phone) {
     std::size_t total = 0;

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "virtualphone/JsonDocument.h"
+#include "virtualphone/phonefile/JsonDocument.h"
 
 namespace virtualphone {
 

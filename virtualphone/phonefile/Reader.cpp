@@ -1,9 +1,8 @@
-#include "virtualphone/PhoneFile.h"
-
 #include <optional>
 
-#include "virtualphone/PhoneFileSections.h"
-#include "virtualphone/SideFile.h"
+#include "virtualphone/InputFile.h"
+#include "virtualphone/PhoneFile.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 

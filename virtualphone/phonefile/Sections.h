@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <vector>
 
-#include "virtualphone/JsonValue.h"
 #include "virtualphone/PhoneDescription.h"
+#include "virtualphone/phonefile/JsonValue.h"
 
 namespace virtualphone {
 
@@ -16,5 +18,9 @@ void ReadSensorAliases(const JsonValue& value, PhoneDescription& phone);
 void ReadLogicalDevices(const JsonValue& value, PhoneDescription& phone);
 void ReadStaticMetadata(const JsonValue& value, PhoneDescription& phone);
 void ReadFaults(const JsonValue& value, PhoneDescription& phone);
+
+/// Reads the file that a phone file names; a relative path starts at `folder`.
+/// @throws PhoneFileError when it cannot be read.
+std::vector<std::uint8_t> ReadSideFile(const JsonValue& name, const std::filesystem::path& folder);
 
 }  // namespace virtualphone

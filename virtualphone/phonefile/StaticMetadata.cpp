@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "virtualphone/PhoneFileSections.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 

@@ -1,4 +1,4 @@
-#include "virtualphone/EepromImage.h"
+#include "virtualphone/phonefile/Eeprom.h"
 
 #include <algorithm>
 #include <charconv>
@@ -7,7 +7,7 @@
 #include <string>
 #include <system_error>
 
-#include "virtualphone/SideFile.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 
