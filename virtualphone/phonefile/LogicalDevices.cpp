@@ -11,10 +11,10 @@ void ReadLogicalDevices(const JsonValue& value, PhoneDescription& phone) {
             {"sensorIds",
              [&](const JsonValue& v) {
                  for (const JsonValue& sensorId : v.elements()) {
-                     device.sensorIds.push_back(sensorId.integer<int>());
+                     device.members.push_back(sensorId.integer<tables::MemberSensorId>());
                  }
              }},
-            {"sensorBits", [&](const JsonValue& v) { device.sensorBits = v.integer<std::uint32_t>(); }},
+            {"sensorBits", [&](const JsonValue& v) { device.sensorBits = v.integer<tables::DeviceBits>(); }},
         });
         phone.logicalDevices.push_back(device);
     }

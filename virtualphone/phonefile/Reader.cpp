@@ -40,8 +40,8 @@ PhoneDescription ParsePhone(std::string_view json, const std::filesystem::path& 
             {"logicalDevices", [&](const JsonValue& v) { ReadLogicalDevices(v, phone); }},
             {"sensorDeviceIndexes",
              [&](const JsonValue& v) {
-                 for (const auto& [sensorId, deviceIndex] : v.numberedMembers<int>()) {
-                     phone.sensorDeviceIndexes[sensorId] = deviceIndex.integer<int>();
+                 for (const auto& [sensorId, deviceIndex] : v.numberedMembers<tables::MemberSensorId>()) {
+                     phone.sensorDeviceIndexes[sensorId] = deviceIndex.integer<tables::DeviceIndex>();
                  }
              }},
             {"staticMetadata", [&](const JsonValue& v) { ReadStaticMetadata(v, phone); }},

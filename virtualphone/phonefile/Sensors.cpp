@@ -42,18 +42,25 @@ AutofocusDescription ReadAutofocus(const JsonValue& value) {
 }
 
 /// The device bits that an index has when the file does not say.
-std::uint32_t DefaultDeviceBits(int index) {
-    return index >= 0 && index < static_cast<int>(kMaxSensors) ? std::uint32_t{1} << index : 0;
+tables::DeviceBits DefaultDeviceBits(tables::SensorIndex index) {
+    const int bit = Number(index);
+    return tables::DeviceBits{bit >= 0 && bit < static_cast<int>(kMaxSensors) ? std::uint32_t{1} << bit : 0};
 }
 
-SensorDescription ReadSensor(const JsonValue& value, int index, const std::filesystem::path& folder) {
+/// The device id that an index has when the file does not say.
+tables::DeviceId DefaultDeviceId(tables::SensorIndex index) {
+    return tables::DeviceId{Number(index)};
+}
+
+SensorDescription ReadSensor(const JsonValue& value, tables::SensorIndex index,
+                             const std::filesystem::path& folder) {
     SensorDescription sensor;
     sensor.deviceBits = DefaultDeviceBits(index);
-    sensor.deviceId = index;
+    sensor.deviceId = DefaultDeviceId(index);
     value.readKeys({
-        {"deviceBits", [&](const JsonValue& v) { sensor.deviceBits = v.integer<std::uint32_t>(); }},
-        {"deviceId", [&](const JsonValue& v) { sensor.deviceId = v.integer<int>(); }},
-        {"sensorId", [&](const JsonValue& v) { sensor.sensorId = v.integer<std::uint32_t>(); }},
+        {"deviceBits", [&](const JsonValue& v) { sensor.deviceBits = v.integer<tables::DeviceBits>(); }},
+        {"deviceId", [&](const JsonValue& v) { sensor.deviceId = v.integer<tables::DeviceId>(); }},
+        {"sensorId", [&](const JsonValue& v) { sensor.chipSensorId = v.integer<tables::ChipSensorId>(); }},
         {"pixelArray", [&](const JsonValue& v) { sensor.pixelArray = ReadSize(v); }},
         {"captureSize", [&](const JsonValue& v) { sensor.captureSize = ReadSize(v); }},
         {"modes",
@@ -79,20 +86,21 @@ SensorDescription ReadSensor(const JsonValue& value, int index, const std::files
 
 void ReadSensors(const JsonValue& value, const std::filesystem::path& folder, PhoneDescription& phone) {
     for (const JsonValue& element : value.elements(kMaxSensors)) {
-        phone.sensors.push_back(ReadSensor(element, static_cast<int>(phone.sensors.size()), folder));
+        phone.sensors.push_back(
+            ReadSensor(element, tables::SensorIndex{static_cast<int>(phone.sensors.size())}, folder));
     }
 }
 
 void ReadSensorAliases(const JsonValue& value, PhoneDescription& phone) {
     const int sensorCount = static_cast<int>(phone.sensors.size());
-    for (const auto& [index, element] : value.numberedMembers<int>()) {
-        if (index >= 0 && index < sensorCount) {
-            element.fail("an index that is no sensor as the key", std::to_string(index));
+    for (const auto& [index, element] : value.numberedMembers<tables::SensorIndex>()) {
+        if (Number(index) >= 0 && Number(index) < sensorCount) {
+            element.fail("an index that is no sensor as the key", std::to_string(Number(index)));
         }
-        SensorAlias alias{.deviceBits = DefaultDeviceBits(index), .deviceId = index};
+        SensorAlias alias{.deviceBits = DefaultDeviceBits(index), .deviceId = DefaultDeviceId(index)};
         element.readKeys({
-            {"deviceBits", [&](const JsonValue& v) { alias.deviceBits = v.integer<std::uint32_t>(); }},
-            {"deviceId", [&](const JsonValue& v) { alias.deviceId = v.integer<int>(); }},
+            {"deviceBits", [&](const JsonValue& v) { alias.deviceBits = v.integer<tables::DeviceBits>(); }},
+            {"deviceId", [&](const JsonValue& v) { alias.deviceId = v.integer<tables::DeviceId>(); }},
         });
         phone.sensorAliases[index] = alias;
     }

@@ -1,5 +1,7 @@
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "virtualphone/phonefile/Sections.h"
@@ -8,33 +10,49 @@ namespace virtualphone {
 
 namespace {
 
-using Entry = NSCam::IMetadata::IEntry;
-using Memory = NSCam::IMetadata::Memory;
+template <typename Item, typename Read>
+record::TagValues ReadItems(const JsonValue& value, const Read& read) {
+    std::vector<Item> items;
+    for (const JsonValue& element : value.elements()) {
+        items.push_back(read(element));
+    }
+    return record::TagValues(std::move(items));
+}
 
-/// Appends one value to an entry.
-using Append = void (*)(const JsonValue& value, Entry& entry);
+template <typename Item>
+record::TagValues ReadIntegers(const JsonValue& value) {
+    return ReadItems<Item>(value, [](const JsonValue& v) { return v.integer<Item>(); });
+}
 
-struct EntryType {
+struct ItemType {
     std::string_view name;
-    Append append;
+    record::TagValues (*read)(const JsonValue& value);
 };
 
-constexpr EntryType kEntryTypes[] = {
-    {"none", [](const JsonValue& v, Entry&) { v.fail("no values where the type is none"); }},
-    {"int32", [](const JsonValue& v, Entry& entry) { entry.push_back(v.integer<std::int32_t>()); }},
-    {"int64", [](const JsonValue& v, Entry& entry) { entry.push_back(v.integer<std::int64_t>()); }},
-    {"float", [](const JsonValue& v, Entry& entry) { entry.push_back(v.floatingPoint()); }},
-    {"byte", [](const JsonValue& v, Entry& entry) { entry.push_back(v.integer<std::uint8_t>()); }},
+constexpr ItemType kItemTypes[] = {
+    {"none",
+     [](const JsonValue& value) {
+         if (!value.elements().empty()) {
+             value.elements().front().fail("no values where the type is none");
+         }
+         return record::TagValues();
+     }},
+    {"int32", ReadIntegers<std::int32_t>},
+    {"int64", ReadIntegers<std::int64_t>},
+    {"float",
+     [](const JsonValue& value) {
+         return ReadItems<float>(value, [](const JsonValue& v) { return v.floatingPoint(); });
+     }},
+    {"byte", ReadIntegers<std::uint8_t>},
     {"memory",
-     [](const JsonValue& v, Entry& entry) {
-         const std::vector<std::uint8_t> bytes = v.hex();
-         entry.push_back(Memory(bytes.data(), bytes.size()));
+     [](const JsonValue& value) {
+         return ReadItems<record::Blob>(value, [](const JsonValue& v) { return v.hex(); });
      }},
 };
 
-const EntryType& ReadType(const JsonValue& value) {
+const ItemType& ReadType(const JsonValue& value) {
     std::string known;
-    for (const EntryType& type : kEntryTypes) {
+    for (const ItemType& type : kItemTypes) {
         if (value.text() == type.name) {
             return type;
         }
@@ -43,29 +61,30 @@ const EntryType& ReadType(const JsonValue& value) {
     value.fail("one of the types " + known);
 }
 
-Entry ReadEntry(std::uint32_t tag, const JsonValue& value) {
-    const EntryType* type = &kEntryTypes[0];
+record::TagValues ReadValues(const JsonValue& value) {
+    const ItemType* type = nullptr;
     std::optional<JsonValue> values;
     value.readKeys({
         {"type", [&](const JsonValue& v) { type = &ReadType(v); }},
         {"values", [&](const JsonValue& v) { values = v; }},
     });
-    Entry entry(tag);
-    if (values) {
-        for (const JsonValue& element : values->elements()) {
-            type->append(element, entry);
-        }
+    if (type == nullptr) {
+        value.fail(R"(a "type")", "an entry without");
     }
-    return entry;
+    return values ? type->read(*values) : record::TagValues();
 }
 
 }  // namespace
 
 void ReadStaticMetadata(const JsonValue& value, PhoneDescription& phone) {
-    for (const auto& [provider, tags] : value.numberedMembers<std::uint32_t>()) {
-        std::vector<Entry>& entries = phone.staticMetadata[provider];
-        for (const auto& [tag, entry] : tags.numberedMembers<std::uint32_t>()) {
-            entries.push_back(ReadEntry(tag, entry));
+    for (const auto& [provider, tags] : value.numberedMembers<tables::ProviderId>()) {
+        std::map<std::uint32_t, record::TagValues> ascending;
+        for (const auto& [tag, values] : tags.numberedMembers<std::uint32_t>()) {
+            ascending.emplace(tag, ReadValues(values));
+        }
+        record::TagSet& set = phone.staticMetadata[provider];
+        for (auto& [tag, values] : ascending) {
+            set.push_back({.tag = tag, .values = std::move(values)});
         }
     }
 }
