@@ -21,8 +21,8 @@ virtualphone::SensorDescription Sensor(int index, int deviceId, const std::uint8
     sensor.deviceBits = tables::DeviceBits{1U << index};
     sensor.deviceId = tables::DeviceId{deviceId};
     sensor.eeprom.emplace();
-    sensor.eeprom->image.assign(data, data + std::min(size, kEepromImageSize));
-    sensor.eeprom->image.resize(kEepromImageSize);
+    sensor.eeprom->image.assign(data, data + std::min(size, tables::kEepromImageSize));
+    sensor.eeprom->image.resize(tables::kEepromImageSize);
     return sensor;
 }
 

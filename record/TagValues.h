@@ -24,7 +24,7 @@ using Blob = std::vector<std::uint8_t>;
 ///     std::size_t bytes = values.visit([](const auto& items) { return items.size() * sizeof(items[0]); });
 class TagValues {
   public:
-    /// The alternatives stand in the order of `TagItemType`.
+    /// The alternatives stand in the order of `tables::TagItemType`.
     using Items = std::variant<std::monostate, std::vector<std::int32_t>, std::vector<std::int64_t>,
                                std::vector<float>, std::vector<std::uint8_t>, std::vector<Blob>>;
 
@@ -38,7 +38,7 @@ class TagValues {
         }
     }
 
-    TagItemType type() const { return static_cast<TagItemType>(mItems.index()); }
+    tables::TagItemType type() const { return static_cast<tables::TagItemType>(mItems.index()); }
     std::size_t count() const;
 
     /// Calls `visitor` with the items as `std::span<const Item>`; for type None with an empty span of int32.

@@ -36,7 +36,7 @@ struct PixelSize {
 
 /// The memory of one camera module.
 struct EepromDescription {
-    /// kEepromImageSize bytes.
+    /// tables::kEepromImageSize bytes.
     std::vector<std::uint8_t> image;
     /// What the driver claims to have read, whatever it was asked for. Empty: what it did read.
     std::optional<std::uint32_t> readReturns;

@@ -1,4 +1,4 @@
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
 #include "tests/calibration/CalibrationBytes.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/IMetadata.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
 #include "tables/PublishedTags.h"
 #include "tests/support/Describe.h"
 #include "tests/support/TestPhone.h"

@@ -24,7 +24,7 @@ virtualphone::PixelSize SizeOf(const std::array<int, 2>& size) {
 }  // namespace
 
 Bytes Eeprom(const std::map<std::size_t, std::string>& bytes, std::uint8_t fill) {
-    Bytes image(kEepromImageSize, fill);
+    Bytes image(tables::kEepromImageSize, fill);
     for (const auto& [offset, hex] : bytes) {
         for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
             std::from_chars(&hex[i], &hex[i] + 2, image.at(offset + i / 2), 16);

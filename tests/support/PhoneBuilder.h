@@ -7,6 +7,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tables/PublishedTags.h"
@@ -55,6 +56,9 @@ struct Faults {
 ///     PhoneOf({{7, Eeprom({{1, "03"}})}, {1}}).property("a", "1").faults({.sensorDrivers = {0}})
 class PhoneBuilder {
   public:
+    PhoneBuilder() = default;
+    explicit PhoneBuilder(virtualphone::PhoneDescription phone) : mPhone(std::move(phone)) {}
+
     /// Each of these adds to what is there, and sets what stands there under the same key.
     PhoneBuilder& sensors(const std::vector<FittedSensor>& sensors);
     PhoneBuilder& alias(int index, std::uint32_t deviceBits, int deviceId);

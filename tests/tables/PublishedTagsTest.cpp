@@ -30,13 +30,13 @@ TEST(PublishedTags, AreWhatTheUpdatersStore) {
     for (const virtualphone::ProviderMerge& device : phone.record().devices) {
         for (const NSCam::IMetadata::IEntry& entry : device.metadata.entries()) {
             stored.insert(entry.tag());
-            const PublishedTag* const info = FindPublishedTag(entry.tag());
+            const tables::PublishedTag* const info = tables::FindPublishedTag(entry.tag());
             ASSERT_NE(info, nullptr) << TagText(entry.tag());
             EXPECT_EQ(static_cast<int>(entry.type()), static_cast<int>(info->type))
                 << info->name << ": " << Describe(entry);
         }
     }
-    for (const PublishedTag& info : PublishedTags()) {
+    for (const tables::PublishedTag& info : tables::PublishedTags()) {
         EXPECT_TRUE(stored.contains(info.tag)) << info.name << " was stored by no device";
     }
 }

@@ -7,6 +7,8 @@
 #include <string>
 #include <system_error>
 
+#include "formats/EepromImage.h"
+#include "tables/EepromLayouts.h"
 #include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
@@ -37,7 +39,7 @@ std::optional<unsigned> TakeHexadecimal(std::string_view& text) {
 std::optional<DumpLine> ParseDumpLine(std::string_view line) {
     constexpr std::string_view kSeparator = " = ";
     const std::optional<unsigned> offset = TakeHexadecimal(line);
-    if (!offset || *offset >= kEepromImageSize || line.substr(0, kSeparator.size()) != kSeparator) {
+    if (!offset || *offset >= tables::kEepromImageSize || line.substr(0, kSeparator.size()) != kSeparator) {
         return std::nullopt;
     }
     line.remove_prefix(kSeparator.size());
@@ -60,13 +62,13 @@ std::string_view TakeLine(std::string_view& text) {
 }
 
 std::vector<std::uint8_t> ParseDump(const JsonValue& value, std::string_view text) {
-    std::vector<std::uint8_t> image(kEepromImageSize);
+    std::vector<std::uint8_t> image(tables::kEepromImageSize);
     for (int number = 1; !text.empty(); ++number) {
         const std::string_view line = TakeLine(text);
         const std::optional<DumpLine> parsed = ParseDumpLine(line);
         if (!parsed) {
             value.fail("an EEPROM dump of lines like \"0x0010 = 0xa5\" with offsets below " +
-                           std::to_string(kEepromImageSize),
+                           std::to_string(tables::kEepromImageSize),
                        "something else in line " + std::to_string(number) + " of the file");
         }
         image[parsed->offset] = parsed->byte;
@@ -82,16 +84,18 @@ std::vector<std::uint8_t> ReadImageFile(const JsonValue& value, const std::files
     if (ParseDumpLine(TakeLine(rest))) {
         return ParseDump(value, text);
     }
-    if (bytes.size() > kEepromImageSize) {
-        value.fail("a file of at most " + std::to_string(kEepromImageSize) + " bytes, or the text of a dump",
-                   std::to_string(bytes.size()) + " bytes");
+    if (bytes.size() > tables::kEepromImageSize) {
+        value.fail(
+            "a file of at most " + std::to_string(tables::kEepromImageSize) + " bytes, or the text of a dump",
+            std::to_string(bytes.size()) + " bytes");
     }
-    bytes.resize(kEepromImageSize);
+    bytes.resize(tables::kEepromImageSize);
     return bytes;
 }
 
 void StoreBytes(const JsonValue& value, std::vector<std::uint8_t>& image) {
-    for (const auto& [offset, bytesValue] : value.numberedMembers<std::uint32_t>(0, kEepromImageSize - 1)) {
+    for (const auto& [offset, bytesValue] :
+         value.numberedMembers<std::uint32_t>(0, tables::kEepromImageSize - 1)) {
         const std::vector<std::uint8_t> bytes = bytesValue.hex();
         if (bytes.size() > image.size() - offset) {
             bytesValue.fail("at most " + std::to_string(image.size() - offset) + " bytes at this offset",
@@ -102,10 +106,10 @@ void StoreBytes(const JsonValue& value, std::vector<std::uint8_t>& image) {
 }
 
 const EepromCheckSumDesc& LayoutNamed(const JsonValue& value) {
-    const EepromCheckSumDesc* layout = FindEepromLayout(value.text());
+    const EepromCheckSumDesc* layout = formats::FindEepromLayout(value.text());
     if (layout == nullptr) {
         std::string known;
-        for (const EepromCheckSumDesc& each : kEepromLayouts) {
+        for (const EepromCheckSumDesc& each : tables::kEepromLayouts) {
             known += (known.empty() ? "" : ", ") + std::string(each.eepromName);
         }
         value.fail("an EEPROM layout, one of " + known);
@@ -114,22 +118,6 @@ const EepromCheckSumDesc& LayoutNamed(const JsonValue& value) {
 }
 
 }  // namespace
-
-const EepromCheckSumDesc* FindEepromLayout(std::string_view eepromName) {
-    const auto* const found =
-        std::find_if(kEepromLayouts.begin(), kEepromLayouts.end(),
-                     [=](const EepromCheckSumDesc& layout) { return eepromName == layout.eepromName; });
-    return found == kEepromLayouts.end() ? nullptr : found;
-}
-
-void StoreCheckSums(const EepromCheckSumDesc& layout, std::vector<std::uint8_t>& image) {
-    for (const SubModuleCheckSumDesc& part : layout.subModules) {
-        if (part.name == nullptr) {
-            break;
-        }
-        image[part.checkSumAddr] = EepromCheckSum(image, part.startAddr, part.endAddr);
-    }
-}
 
 EepromDescription ReadEeprom(const JsonValue& value, const std::filesystem::path& folder) {
     std::optional<JsonValue> file;
@@ -150,13 +138,13 @@ EepromDescription ReadEeprom(const JsonValue& value, const std::filesystem::path
     if (file) {
         eeprom.image = ReadImageFile(*file, folder);
     } else {
-        eeprom.image.assign(kEepromImageSize, fill ? fill->integer<std::uint8_t>() : std::uint8_t{0});
+        eeprom.image.assign(tables::kEepromImageSize, fill ? fill->integer<std::uint8_t>() : std::uint8_t{0});
     }
     if (bytes) {
         StoreBytes(*bytes, eeprom.image);
     }
     if (layout != nullptr) {
-        StoreCheckSums(*layout, eeprom.image);
+        formats::StoreCheckSums(*layout, eeprom.image);
     }
     return eeprom;
 }

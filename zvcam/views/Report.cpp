@@ -76,7 +76,7 @@ Json Values(const Entry& entry) {
 Json EntryReport(const Entry& entry) {
     Json report;
     report["tag"] = HexNumber(entry.tag());
-    if (const PublishedTag* tag = FindPublishedTag(entry.tag())) {
+    if (const tables::PublishedTag* tag = tables::FindPublishedTag(entry.tag())) {
         report["name"] = tag->name;
     }
     report["type"] = TypeName(entry.type());

@@ -95,7 +95,7 @@ std::string ValuesText(const Entry& entry) {
 }
 
 std::string TagName(std::uint32_t tag) {
-    const PublishedTag* info = FindPublishedTag(tag);
+    const tables::PublishedTag* info = tables::FindPublishedTag(tag);
     return info == nullptr ? "-" : info->name;
 }
 

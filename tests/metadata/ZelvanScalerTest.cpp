@@ -14,7 +14,7 @@ PhoneBuilder Phone(const FittedSensor& sensor, const Faults& faults = {}) {
     return PhoneOf({{31}, sensor, {30}}).devices({{}, {}, {.sensorBits = 6}, {}}).faults(faults);
 }
 
-TEST(ScalerPolicy, WhatDependsOnTheDevice) {
+TEST(ZelvanScaler, WhatDependsOnTheDevice) {
     // `main` and `mode8K` are empty where there is no super resolution and no 8K mode.
     const auto expect = [](const FittedSensor& sensor, const std::string& role, const std::string& binning,
                            const std::string& maxJpegSize, const std::string& main,
@@ -69,7 +69,7 @@ Lines VendorTuples(Updating& device, int roleId, int width, int height) {
     return Tuples(device.meta.entryFor(kVendorList));
 }
 
-TEST(ScalerPolicy, VendorListInFull) {
+TEST(ZelvanScaler, VendorListInFull) {
     Updating device;
     EXPECT_THAT(
         VendorTuples(device, 0, 176, 144),
@@ -94,7 +94,7 @@ TEST(ScalerPolicy, VendorListInFull) {
     }
 }
 
-TEST(ScalerPolicy, VendorListOfLargeSensors) {
+TEST(ZelvanScaler, VendorListOfLargeSensors) {
     Updating device;
     const struct {
         int width, height;
@@ -120,7 +120,7 @@ TEST(ScalerPolicy, VendorListOfLargeSensors) {
     }
 }
 
-TEST(ScalerPolicy, RefusedUpdatesStopNothing) {
+TEST(ZelvanScaler, RefusedUpdatesStopNothing) {
     const std::string text = "] ZV IMetadata::update(), tag";
     const Refusals refusals = {
         {"[updateBinningFactorConfiguration" + text, ZELVAN_SCALER_BINNING_FACTOR},
@@ -143,7 +143,7 @@ TEST(ScalerPolicy, RefusedUpdatesStopNothing) {
     EXPECT_EQ(device.tags(), (Tags{{"0xD000A", "int32 [34, 1920, 1080, 1]"}, {"0xD000C", "none"}}));
 }
 
-TEST(ScalerPolicy, EarlyFailuresWriteNothing) {
+TEST(ZelvanScaler, EarlyFailuresWriteNothing) {
     const auto fail = [](int deviceId, int instanceId, const Faults& faults, const std::string& error) {
         SCOPED_TRACE(error);
         Updating device(Phone({.deviceId = deviceId, .modes = {{0, {4000, 3000}}}}, faults));

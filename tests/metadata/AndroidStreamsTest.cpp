@@ -7,7 +7,7 @@ using testing::ElementsAre;
 
 constexpr std::uint32_t kSource = SCALER_STREAM_CONFIGURATIONS_WITH_DURATIONS;
 
-TEST(StreamConfiguration, ListWithDurations) {
+TEST(AndroidStreams, ListWithDurations) {
     Updating device;
     // What the tag held before does not stay.
     device.meta.update(kSource, MakeEntry<std::int64_t>(kSource, {1, 2, 3, 0, 4, 5}));
@@ -31,7 +31,7 @@ TEST(StreamConfiguration, ListWithDurations) {
     }
 }
 
-TEST(StreamConfiguration, AndroidListsFollowTheListWithDurations) {
+TEST(AndroidStreams, AndroidListsFollowTheListWithDurations) {
     Updating device;
     device.plugin.updateStreamConfigurationWithDuration(device.meta, 4000, 3000, 0);
     device.plugin.updateStreamConfiguration(device.meta);
@@ -60,7 +60,7 @@ std::string Converted(const std::vector<Item>& items) {
     return Describe(entry);
 }
 
-TEST(StreamConfiguration, Converter) {
+TEST(AndroidStreams, Converter) {
     EXPECT_EQ(Converted<int>({}), "none");
     EXPECT_EQ(Converted<int>({35, 8, 6, 1, 33, 8, 6, 0, 35, 4, 3, 0, 35, 2, 1, 2}),
               "int32 [35, 8, 6, 1, 33, 8, 6, 0, 35, 4, 3, 0, 35, 2, 1, 2, 34, 4, 3, 0, 34, 2, 1, 2]");

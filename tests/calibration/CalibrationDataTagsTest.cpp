@@ -38,7 +38,7 @@ std::map<std::string, Bytes> Blocks(const IMetadata& meta) {
     return blocks;
 }
 
-TEST(CalibrationTags, BootPublishesTheBlocksOfTheDevices) {
+TEST(CalibrationDataTags, BootPublishesTheBlocksOfTheDevices) {
     TestPhone phone(Phone());
     phone.write("/vendor/etc/camera/com.zelvan.dcal.wu.golden", Block(4096, 1));
     phone.write("/vendor/etc/camera/com.zelvan.dcal.wt.golden", Block(4096, 2));
@@ -56,7 +56,7 @@ TEST(CalibrationTags, BootPublishesTheBlocksOfTheDevices) {
                                                "pSize:0, dualdataArray.size:1"));
 }
 
-TEST(CalibrationTags, ShortDumpReadsAsZerosAndFrontBokehStaysAtHome) {
+TEST(CalibrationDataTags, ShortDumpReadsAsZerosAndFrontBokehStaysAtHome) {
     const TestPhone phone(Phone());
     phone.write(kWideUltra, {0xF5, 0x02});
     TestPlugin plugin;
@@ -73,7 +73,7 @@ TEST(CalibrationTags, ShortDumpReadsAsZerosAndFrontBokehStaysAtHome) {
     EXPECT_THAT(phone.log(), testing::Contains(testing::EndsWith("dualdataArray.size:245")));
 }
 
-TEST(CalibrationTags, WhatEndsTheUpdater) {
+TEST(CalibrationDataTags, WhatEndsTheUpdater) {
     const std::string lead = "[MetedataUpdateCalibData] ";
     const auto devices = [](const std::string& name) {
         return RearPhone().devices({{.multiSensor = true, .name = name}});

@@ -9,7 +9,7 @@ PhoneBuilder Phone(const std::map<std::size_t, std::string>& bytes = {}) {
         .devices({{}, multiSensor, {}, {}, multiSensor, {}, multiSensor, {}, multiSensor});
 }
 
-TEST(RoleTags, OfAnInstance) {
+TEST(RoleIdAndCheckSumResult, OfAnInstance) {
     const std::string noSensor = "[GetCamCalAllData] GetSensorIdxByRoleId";
     const struct {
         int instanceId, result;
@@ -37,7 +37,7 @@ TEST(RoleTags, OfAnInstance) {
     }
 }
 
-TEST(RoleTags, NoDeviceListOrNoStore) {
+TEST(RoleIdAndCheckSumResult, NoDeviceListOrNoStore) {
     const auto errorsOf = [](const Faults& faults, int result) {
         Updating device(Phone().faults(faults));
         EXPECT_EQ(device.plugin.MetadataUpdateRoleId(device.meta, 4), result);
@@ -71,7 +71,7 @@ Lines HeaderLog(const std::string& readHeaderId, std::size_t last) {
     return log;
 }
 
-TEST(CheckSumTag, EveryLayoutChecksItsRanges) {
+TEST(CheckSumResult, EveryLayoutChecksItsRanges) {
     struct Range {
         std::string name;
         std::size_t start, end;  ///< the stored byte comes right after the end
@@ -114,7 +114,7 @@ TEST(CheckSumTag, EveryLayoutChecksItsRanges) {
     }
 }
 
-TEST(CheckSumTag, ASumOfAMultipleOf255HasCheckSumOne) {
+TEST(CheckSumResult, ASumOfAMultipleOf255HasCheckSumOne) {
     // The last bytes of the white balance, then its checksum.
     const std::map<std::string, int> cases{{"00FF01", 1}, {"00FF00", 0}, {"FFFF01", 1}, {"00FEFF", 1}};
     for (const auto& [lastBytes, result] : cases) {
@@ -124,7 +124,7 @@ TEST(CheckSumTag, ASumOfAMultipleOf255HasCheckSumOne) {
     }
 }
 
-TEST(CheckSumTag, AnUnknownLayoutPasses) {
+TEST(CheckSumResult, AnUnknownLayoutPasses) {
     Updating device(Phone({{8, "C28E3C04"}}));
     EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, 0), 0);
     EXPECT_EQ(device.tags(), CheckSumResult(1));

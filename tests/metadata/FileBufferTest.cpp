@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(BeautyFile, WholeFileAndExtraZeros) {
+TEST(FileBuffer, WholeFileAndExtraZeros) {
     const TestPhone phone;
     const struct {
         std::vector<std::uint8_t> content;
@@ -28,7 +28,7 @@ TEST(BeautyFile, WholeFileAndExtraZeros) {
     }
 }
 
-TEST(BeautyFile, FailuresLeaveTheOutputsAlone) {
+TEST(FileBuffer, FailuresLeaveTheOutputsAlone) {
     TestPhone phone;
     const std::string root = phone.phone().root();
     phone.write("/data/beauty", {1});
