@@ -70,8 +70,9 @@ class PhoneBuilder {
     template <typename Item = std::int32_t>
     PhoneBuilder& holds(std::uint32_t provider, std::uint32_t tag, const std::vector<Item>& items) {
         record::TagSet& set = mPhone.staticMetadata[tables::ProviderId{provider}];
+        std::erase_if(set, [tag](const record::Tag& held) { return held.tag == tag; });
         const auto place =
-            std::find_if(set.begin(), set.end(), [tag](const auto& held) { return held.tag >= tag; });
+            std::find_if(set.begin(), set.end(), [tag](const auto& held) { return held.tag > tag; });
         set.insert(place, {.tag = tag, .values = record::TagValues(items)});
         return *this;
     }

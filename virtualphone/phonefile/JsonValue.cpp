@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <system_error>
 
-#include "virtualphone/PhoneFile.h"
+#include "formats/PrintableText.h"
 
 namespace virtualphone {
 
@@ -50,46 +51,71 @@ std::string IntegerRange(std::int64_t lowest, std::int64_t highest) {
     return "an integer from " + std::to_string(lowest) + " to " + std::to_string(highest);
 }
 
-}  // namespace
+/// Extends the pointer of `from` to that of `target`. False where `target` is not within `from`.
+bool FindPointer(const JsonNode& from, const JsonNode& target, std::string& pointer) {
+    if (&from == &target) {
+        return true;
+    }
+    const std::size_t length = pointer.size();
+    const auto found = [&](std::string_view token, const JsonNode& child) {
+        pointer = ExtendPointer(pointer, token);
+        const bool within = FindPointer(child, target, pointer);
+        if (!within) {
+            pointer.resize(length);
+        }
+        return within;
+    };
+    if (const auto* const array = std::get_if<JsonNode::Array>(&from.value)) {
+        std::size_t index = 0;
+        return std::any_of(array->begin(), array->end(),
+                           [&](const JsonNode& element) { return found(std::to_string(index++), element); });
+    }
+    if (const auto* const object = std::get_if<JsonNode::Object>(&from.value)) {
+        return std::any_of(object->begin(), object->end(),
+                           [&](const JsonMember& member) { return found(member.key, member.node); });
+    }
+    return false;
+}
 
-JsonValue::JsonValue(const Json& value, std::string pointer, const std::string& fileName)
-    : mValue(&value), mPointer(std::move(pointer)), mFileName(&fileName) {}
+}  // namespace
 
 void JsonValue::fail(const std::string& expected) const {
     fail(expected, describe());
 }
 
 void JsonValue::fail(const std::string& expected, const std::string& got) const {
-    throw PhoneFileError(ErrorPlace(*mFileName, mPointer) + ": expected " + expected + ", got " + got);
+    std::string pointer;
+    FindPointer(mDocument->root, *mNode, pointer);
+    FailAt(mDocument->fileName, pointer, expected, got);
 }
 
 std::string JsonValue::describe() const {
-    if (mValue->is_object()) {
+    if (std::holds_alternative<JsonNode::Object>(mNode->value)) {
         return "an object";
     }
-    if (mValue->is_array()) {
+    if (std::holds_alternative<JsonNode::Array>(mNode->value)) {
         return "an array";
     }
-    std::string quote = mValue->dump(-1, ' ', /*ensure_ascii=*/true, Json::error_handler_t::replace);
-    if (quote.size() > kLongestQuote) {
-        quote.resize(kLongestQuote);
-        quote += "...";
+    if (const auto* const text = std::get_if<std::string>(&mNode->value)) {
+        return JsonText({formats::Shortened(*text, kLongestQuote)});
     }
-    return quote;
+    return JsonText(*mNode);
 }
 
 bool JsonValue::boolean() const {
-    if (!mValue->is_boolean()) {
+    const bool* const value = std::get_if<bool>(&mNode->value);
+    if (value == nullptr) {
         fail("true or false");
     }
-    return mValue->get<bool>();
+    return *value;
 }
 
 const std::string& JsonValue::text() const {
-    if (!mValue->is_string()) {
+    const auto* const text = std::get_if<std::string>(&mNode->value);
+    if (text == nullptr) {
         fail("a text");
     }
-    return mValue->get_ref<const std::string&>();
+    return *text;
 }
 
 const std::string& JsonValue::plainText() const {
@@ -101,26 +127,33 @@ const std::string& JsonValue::plainText() const {
 
 float JsonValue::floatingPoint() const {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    if (mValue->is_number()) {
-        const double number = mValue->get<double>();
-        // Rounds to the nearest float; what lies beyond the largest one is no float at all.
-        if (number >= -std::numeric_limits<float>::max() && number <= std::numeric_limits<float>::max()) {
-            return static_cast<float>(number);
+    std::optional<double> number;
+    if (const auto* const floating = std::get_if<double>(&mNode->value)) {
+        number = *floating;
+    } else if (const auto* const integer = std::get_if<std::int64_t>(&mNode->value)) {
+        number = static_cast<double>(*integer);
+    } else if (const auto* const large = std::get_if<std::uint64_t>(&mNode->value)) {
+        number = static_cast<double>(*large);
+    } else if (const auto* const name = std::get_if<std::string>(&mNode->value)) {
+        if (*name == "NaN") {
+            return std::numeric_limits<float>::quiet_NaN();
         }
-    } else if (*mValue == "NaN") {
-        return std::numeric_limits<float>::quiet_NaN();
-    } else if (*mValue == "Infinity") {
-        return kInfinity;
-    } else if (*mValue == "-Infinity") {
-        return -kInfinity;
+        if (*name == "Infinity" || *name == "-Infinity") {
+            return name->front() == '-' ? -kInfinity : kInfinity;
+        }
     }
-    fail(R"(a number within single precision, "NaN", "Infinity" or "-Infinity")");
+    // Rounds to the nearest float; what lies beyond the largest one is no float at all.
+    if (!number || std::abs(*number) > std::numeric_limits<float>::max()) {
+        fail(R"(a number within single precision, "NaN", "Infinity" or "-Infinity")");
+    }
+    return static_cast<float>(*number);
 }
 
 std::vector<std::uint8_t> JsonValue::hex() const {
     std::vector<std::uint8_t> bytes;
     std::size_t digits = 0;
     int high = 0;
+    bytes.reserve(text().size() / 2);
     for (const char c : text()) {
         if (c == ' ' || c == '\t' || c == '\n' || c == '\r') {
             continue;
@@ -142,15 +175,10 @@ std::vector<std::uint8_t> JsonValue::hex() const {
 
 std::int64_t JsonValue::integerWithin(std::int64_t lowest, std::int64_t highest) const {
     std::optional<std::int64_t> number;
-    if (mValue->is_number_unsigned()) {
-        const std::uint64_t value = mValue->get<std::uint64_t>();
-        if (value <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
-            number = static_cast<std::int64_t>(value);
-        }
-    } else if (mValue->is_number_integer()) {
-        number = mValue->get<std::int64_t>();
-    } else if (mValue->is_string()) {
-        number = ParseHexadecimal(mValue->get_ref<const std::string&>());
+    if (const auto* const integer = std::get_if<std::int64_t>(&mNode->value)) {
+        number = *integer;
+    } else if (const auto* const text = std::get_if<std::string>(&mNode->value)) {
+        number = ParseHexadecimal(*text);
     }
     if (!number || *number < lowest || *number > highest) {
         fail(IntegerRange(lowest, highest));
@@ -158,40 +186,43 @@ std::int64_t JsonValue::integerWithin(std::int64_t lowest, std::int64_t highest)
     return *number;
 }
 
-std::int64_t JsonValue::keyWithin(const std::string& key, std::int64_t lowest, std::int64_t highest) const {
+std::int64_t JsonValue::keyWithin(std::string_view key, std::int64_t lowest, std::int64_t highest) const {
     std::optional<std::int64_t> number = ParseHexadecimal(key);
     if (!number) {
         number = ParseDigits(key, 10);
     }
     if (!number || *number < lowest || *number > highest) {
-        fail(IntegerRange(lowest, highest) + " as the key", JsonValue(Json(key), "", *mFileName).describe());
+        fail(IntegerRange(lowest, highest) + " as the key",
+             JsonText({formats::Shortened(key, kLongestQuote)}));
     }
     return *number;
 }
 
 std::vector<JsonValue> JsonValue::elements(std::size_t most) const {
-    if (!mValue->is_array()) {
+    const auto* const array = std::get_if<JsonNode::Array>(&mNode->value);
+    if (array == nullptr) {
         fail("an array");
     }
-    if (mValue->size() > most) {
-        fail("at most " + std::to_string(most) + " elements", std::to_string(mValue->size()));
+    if (array->size() > most) {
+        fail("at most " + std::to_string(most) + " elements", std::to_string(array->size()));
     }
     std::vector<JsonValue> elements;
-    elements.reserve(mValue->size());
-    for (const Json& element : *mValue) {
-        elements.emplace_back(element, ExtendPointer(mPointer, std::to_string(elements.size())), *mFileName);
+    elements.reserve(array->size());
+    for (const JsonNode& element : *array) {
+        elements.push_back(JsonValue(*mDocument, element));
     }
     return elements;
 }
 
-std::vector<std::pair<std::string, JsonValue>> JsonValue::members() const {
-    if (!mValue->is_object()) {
+std::vector<std::pair<std::string_view, JsonValue>> JsonValue::members() const {
+    const auto* const object = std::get_if<JsonNode::Object>(&mNode->value);
+    if (object == nullptr) {
         fail("an object");
     }
-    std::vector<std::pair<std::string, JsonValue>> members;
-    members.reserve(mValue->size());
-    for (const auto& [key, value] : mValue->items()) {
-        members.emplace_back(key, JsonValue(value, ExtendPointer(mPointer, key), *mFileName));
+    std::vector<std::pair<std::string_view, JsonValue>> members;
+    members.reserve(object->size());
+    for (const JsonMember& member : *object) {
+        members.emplace_back(member.key, JsonValue(*mDocument, member.node));
     }
     return members;
 }

@@ -35,7 +35,7 @@ class JsonValue {
   public:
     using Reader = std::function<void(const JsonValue&)>;
 
-    JsonValue(const Json& value, std::string pointer, const std::string& fileName);
+    explicit JsonValue(const JsonDocument& document) : JsonValue(document, document.root) {}
 
     /// Raises the error that this value is not what it should be.
     [[noreturn]] void fail(const std::string& expected) const;
@@ -59,13 +59,13 @@ class JsonValue {
     }
 
     /// An array of at most `most` elements.
-    std::vector<JsonValue> elements(std::size_t most = std::numeric_limits<std::size_t>::max()) const;
+    std::vector<JsonValue> elements(std::size_t most = kMostElements) const;
 
     /// An object that has any of these keys and no other. The readers run in the order of the file.
     void readKeys(std::initializer_list<std::pair<std::string_view, Reader>> readers) const;
 
     /// An object whose keys are free.
-    std::vector<std::pair<std::string, JsonValue>> members() const;
+    std::vector<std::pair<std::string_view, JsonValue>> members() const;
 
     /// An object whose keys are numbers, decimal or hexadecimal, each number once.
     template <typename Number>
@@ -85,13 +85,14 @@ class JsonValue {
     }
 
   private:
+    JsonValue(const JsonDocument& document, const JsonNode& node) : mDocument(&document), mNode(&node) {}
+
     std::int64_t integerWithin(std::int64_t lowest, std::int64_t highest) const;
-    std::int64_t keyWithin(const std::string& key, std::int64_t lowest, std::int64_t highest) const;
+    std::int64_t keyWithin(std::string_view key, std::int64_t lowest, std::int64_t highest) const;
     std::string describe() const;
 
-    const Json* mValue;
-    std::string mPointer;
-    const std::string* mFileName;
+    const JsonDocument* mDocument;
+    const JsonNode* mNode;
 };
 
 }  // namespace virtualphone

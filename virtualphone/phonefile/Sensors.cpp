@@ -2,7 +2,6 @@
 #include <string>
 #include <vector>
 
-#include "virtualphone/phonefile/Eeprom.h"
 #include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
@@ -41,17 +40,6 @@ AutofocusDescription ReadAutofocus(const JsonValue& value) {
     return autofocus;
 }
 
-/// The device bits that an index has when the file does not say.
-tables::DeviceBits DefaultDeviceBits(tables::SensorIndex index) {
-    const int bit = Number(index);
-    return tables::DeviceBits{bit >= 0 && bit < static_cast<int>(kMaxSensors) ? std::uint32_t{1} << bit : 0};
-}
-
-/// The device id that an index has when the file does not say.
-tables::DeviceId DefaultDeviceId(tables::SensorIndex index) {
-    return tables::DeviceId{Number(index)};
-}
-
 SensorDescription ReadSensor(const JsonValue& value, tables::SensorIndex index,
                              const std::filesystem::path& folder) {
     SensorDescription sensor;
@@ -83,6 +71,15 @@ SensorDescription ReadSensor(const JsonValue& value, tables::SensorIndex index,
 }
 
 }  // namespace
+
+tables::DeviceBits DefaultDeviceBits(tables::SensorIndex index) {
+    const int bit = Number(index);
+    return tables::DeviceBits{bit >= 0 && bit < static_cast<int>(kMaxSensors) ? std::uint32_t{1} << bit : 0};
+}
+
+tables::DeviceId DefaultDeviceId(tables::SensorIndex index) {
+    return tables::DeviceId{Number(index)};
+}
 
 void ReadSensors(const JsonValue& value, const std::filesystem::path& folder, PhoneDescription& phone) {
     for (const JsonValue& element : value.elements(kMaxSensors)) {
