@@ -22,10 +22,10 @@ TEST(SensorProperties, SensorInfoOfAnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
 }
 
 TEST(SensorProperties, AFInfoOfEverySensorOnItsOwn) {
-    const auto focus = [](int deviceId, bool capable, const std::array<CamCalAfPoint, 2>& points) {
+    const auto focus = [](int deviceId, bool capable, const std::array<virtualphone::FocusPoint, 2>& points) {
         return FittedSensor{.deviceId = deviceId, .autofocus = {{.capable = capable, .points = points}}};
     };
-    const std::array<CamCalAfPoint, 2> points{{{3009, 123}, {100, 456}}};
+    const std::array<virtualphone::FocusPoint, 2> points{{{3009, 123}, {100, 456}}};
     const TestPhone phone(PhoneOf({focus(7, true, points),
                                    focus(1, false, {}),
                                    focus(99, true, points),
