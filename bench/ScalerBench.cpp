@@ -91,14 +91,12 @@ struct StagedList {
 
     void store(IMetadata& meta) const {
         IMetadata::IEntry entry(tag);
-        entry.reserve<Item>(items.size());
         for (const Item& item : items) {
             entry.push_back<Item>(item);
         }
         meta.update(tag, entry);
         for (const Item& format : formats) {
             IMetadata::IEntry stored = meta.entryFor(tag);
-            stored.reserve<Item>(stored.count() + 4 * copied.size());
             for (const std::size_t i : copied) {
                 stored.push_back<Item>(format);
                 stored.push_back<Item>(stored.itemAt<Item>(i + 1));

@@ -9,9 +9,8 @@
 #include "platform/IMetadata.h"
 #include "platform/ThirdCalibration.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/PlatformAccess.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
+#include "platforminfo/Operation.h"
 #include "tables/CameraPairs.h"
 #include "tables/PublishedTags.h"
 
@@ -51,37 +50,38 @@ bool HasTwoUnderscores(const std::string& name) {
     return std::count(name.begin(), name.end(), '_') >= 2;
 }
 
+/// The block of a pair as it stands in its dump file.
+using Block = std::vector<unsigned char>;
+
 /// @return the result of the update.
-int PublishSatBlock(const char* function, IMetadata& meta, const DualCameraCalDataInfo& pair,
-                    const IMetadata::Memory& block) {
+int PublishSatBlock(const Operation& self, IMetadata& meta, const DualCameraCalDataInfo& pair,
+                    const Block& block) {
     const formats::SatPayloadHeader header = formats::MakeSatPayloadHeader(pair);
     IMetadata::Memory payload(&header, sizeof(header));
-    payload.append(block);
-    const int error =
-        UpdateTag(function, meta, MakeEntry<IMetadata::Memory>(ZELVAN_SAT_CALIBRATION_DATA, {payload}));
+    payload.append(IMetadata::Memory(block.data(), block.size()));
+    const int error = self.update(meta, MakeEntry<IMetadata::Memory>(ZELVAN_SAT_CALIBRATION_DATA, {payload}));
     if (error == 0) {
         // The labels are shifted against the values: a low byte of either header word and the block's first.
-        LOG_AS(ANDROID_LOG_DEBUG, function,
-               "masterCameraRole:%d, slaveCameraRole:%d, dualCamDataLength:%d, pType:%d, pSize:%d, "
-               "dualdataArray.size:%d",
-               pair.masterCameraRole, pair.slaveCameraRole, pair.length,
-               static_cast<int>(header.roles & 0xFFU), static_cast<int>(header.length & 0xFFU),
-               block.size() == 0 ? 0 : static_cast<int>(block.array()[0]));
+        LOGD(self,
+             "masterCameraRole:%d, slaveCameraRole:%d, dualCamDataLength:%d, pType:%d, pSize:%d, "
+             "dualdataArray.size:%d",
+             pair.masterCameraRole, pair.slaveCameraRole, pair.length, static_cast<int>(header.roles & 0xFFU),
+             static_cast<int>(header.length & 0xFFU), block.empty() ? 0 : static_cast<int>(block[0]));
     }
     return error;
 }
 
+/// @param memory the same bytes.
 /// @param roleName as log lines name the device's role.
 /// @return the result of the update.
-int PublishBokehBlock(const char* function, IMetadata& meta, const DualCameraCalDataInfo& pair,
-                      const IMetadata::Memory& block, const char* roleName) {
+int PublishBokehBlock(const Operation& self, IMetadata& meta, const DualCameraCalDataInfo& pair,
+                      const Block& block, const IMetadata::Memory& memory, const char* roleName) {
     const int error =
-        UpdateTag(function, meta, MakeEntry<IMetadata::Memory>(ZELVAN_BOKEH_CALIBRATION_DATA, {block}));
+        self.update(meta, MakeEntry<IMetadata::Memory>(ZELVAN_BOKEH_CALIBRATION_DATA, {memory}));
     if (error == 0) {
-        LOG_AS(ANDROID_LOG_DEBUG, function,
-               "%s masterCameraRole:%d, slaveCameraRole:%d, length:%d, calibData:%p", roleName,
-               pair.masterCameraRole, pair.slaveCameraRole, pair.length,
-               static_cast<const void*>(block.array()));
+        LOGD(self, "%s masterCameraRole:%d, slaveCameraRole:%d, length:%d, calibData:%p", roleName,
+             pair.masterCameraRole, pair.slaveCameraRole, pair.length,
+             static_cast<const void*>(block.data()));
     }
     return error;
 }
@@ -89,14 +89,15 @@ int PublishBokehBlock(const char* function, IMetadata& meta, const DualCameraCal
 }  // namespace
 
 int CameraPlatformInfoZelvan::GetDualCameraCalDataInfo(RoleIdDesc& desc, DualCameraCalDataInfo& info) {
-    LOGI("enter");
-    LOGD("split dual camera sensorName");
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    LOGD(self, "split dual camera sensorName");
     const std::vector<std::string_view> chips =
         SplitAtSemicolons(desc.sensorNames == nullptr ? "" : desc.sensorNames);
-    LOGD("map sensorName to roleId");
+    LOGD(self, "map sensorName to roleId");
     const int first = RoleOfChip(DeviceId2RoleId, chips[0]);
     const int second = chips.size() < 2 ? -1 : RoleOfChip(DeviceId2RoleId, chips[1]);
-    LOGD("map roldId to dualCameraCalibPath");
+    LOGD(self, "map roldId to dualCameraCalibPath");
     for (const DualCameraCalDataInfo& pair : tables::kDualCameraPairs) {
         if (IsPairOf(pair, first, second)) {
             info = pair;
@@ -106,17 +107,17 @@ int CameraPlatformInfoZelvan::GetDualCameraCalDataInfo(RoleIdDesc& desc, DualCam
 }
 
 int CameraPlatformInfoZelvan::MetedataUpdateCalibData(IMetadata& meta, int instanceId) {
-    LOGI("enter");
-    const NSCam::ILogicalDeviceList* const devices =
-        GetLogicalDeviceList(__func__, "Cannot get sensor device list");
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    const NSCam::ILogicalDeviceList* const devices = self.logicalDevices("Cannot get sensor device list");
     if (devices == nullptr) {
         return -1;
     }
     if ((devices->isMultiSensorDevice(instanceId) & 1U) == 0) {
-        LOGI("exit");
+        LOGI(self, "exit");
         return 0;
     }
-    if (FindDevice(__func__, instanceId) == nullptr) {
+    if (self.find(DeviceId2RoleId, instanceId) == nullptr) {
         return -1;
     }
     const std::string name = devices->deviceName(instanceId);
@@ -125,32 +126,32 @@ int CameraPlatformInfoZelvan::MetedataUpdateCalibData(IMetadata& meta, int insta
                matchDrvNameToPlatformDrvName(row.second.drvName, name.c_str());
     });
     if (match == DeviceId2RoleId.end() || match->first == -1) {
-        LOGE("Cannot find match device!");
+        LOGE(self, "Cannot find match device!");
         return -1;
     }
-    LOGI("match logical id %d for dual cam", match->first);
+    LOGI(self, "match logical id %d for dual cam", match->first);
 
     DualCameraCalDataInfo pair{};
     GetDualCameraCalDataInfo(match->second, pair);
-    IMetadata::Memory block;
-    block.resize(static_cast<std::size_t>(pair.length));
-    unsigned char* bytes = block.editArray();
+    Block block(static_cast<std::size_t>(pair.length));
+    unsigned char* bytes = block.data();
     if (!GetCalibDataFromDumpFile(pair.dumpPath, bytes, pair.length)) {
-        LOGE("read dual camera calib data failded!");
+        LOGE(self, "read dual camera calib data failded!");
         return -1;
     }
 
+    IMetadata::Memory memory(block.data(), block.size());
     int error = 0;
     switch (match->second.roleId) {
         case camera_role::kSat:
-            error = PublishSatBlock(__func__, meta, pair, block);
+            error = PublishSatBlock(self, meta, pair, block);
             break;
         case camera_role::kTeleBokeh:
-            ThirdCalibration::set3rdCalibration(block.editArray(), pair.length);
-            error = PublishBokehBlock(__func__, meta, pair, block, "RoleIdRearBokeh");
+            ThirdCalibration::set3rdCalibration(memory.editArray(), pair.length);
+            error = PublishBokehBlock(self, meta, pair, block, memory, "RoleIdRearBokeh");
             break;
         case camera_role::kFrontBokeh:
-            error = PublishBokehBlock(__func__, meta, pair, block, "RoleIdFrontBokeh");
+            error = PublishBokehBlock(self, meta, pair, block, memory, "RoleIdFrontBokeh");
             break;
         default:
             break;
@@ -158,6 +159,6 @@ int CameraPlatformInfoZelvan::MetedataUpdateCalibData(IMetadata& meta, int insta
     if (error != 0) {
         return -1;
     }
-    LOGI("exit");
+    LOGI(self, "exit");
     return 0;
 }

@@ -4,13 +4,12 @@
 
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
+#include "platforminfo/DataBins.h"
+#include "platforminfo/Operation.h"
 #include "tables/CameraPairs.h"
 #include "tables/PublishedProperties.h"
 
 namespace {
-
-constexpr unsigned long kDualCameraBin = 1UL << 0;
 
 enum Source : int { kPersist = 0, kGolden = 2 };
 
@@ -31,8 +30,9 @@ const char* LostDetail(const Sources& lost) {
 }  // namespace
 
 void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
-    LOGI("enter");
-    mDataBinExistMask &= ~kDualCameraBin;
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    mDataBinExistMask = WithBin(mDataBinExistMask, kDualCameraBin, false);
     Sources sources;
     bool unresolved = false;
     // Each source gets a copy of the row.
@@ -45,7 +45,7 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
         } else if (DualCameraDataFromGolden(pair)) {
             sources.emplace(pair.masterCameraRole, kGolden);
         } else {
-            LOGE("error!");
+            LOGE(self, "error!");
             unresolved = true;
         }
     }
@@ -59,16 +59,14 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
         property_set(tables::kDualCalStateProperty, "0");
         property_set(tables::kDualCalDetailProperty, "0");
     } else {
-        LOGE("Fatal Error: calibration persist file lost!");
+        LOGE(self, "Fatal Error: calibration persist file lost!");
         property_set(tables::kDualCalStateProperty, "2");
         for (const auto& [roleId, source] : lost) {
-            LOGE("CameraRoleId %d lost persist file", roleId);
+            LOGE(self, "CameraRoleId %d lost persist file", roleId);
         }
         property_set(tables::kDualCalDetailProperty, LostDetail(lost));
     }
 
-    if (!unresolved) {
-        mDataBinExistMask |= kDualCameraBin;
-    }
-    LOGI("exit");
+    mDataBinExistMask = WithBin(mDataBinExistMask, kDualCameraBin, !unresolved);
+    LOGI(self, "exit");
 }

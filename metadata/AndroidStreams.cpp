@@ -2,9 +2,11 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "metadata/StreamList.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
+#include "platforminfo/Operation.h"
 #include "tables/PublishedTags.h"
 #include "tables/SizeCatalogue.h"
 #include "tables/StreamFormats.h"
@@ -24,14 +26,6 @@ void PushDuration(IMetadata::IEntry& entry, std::int64_t format, std::int64_t wi
     entry.push_back(width);
     entry.push_back(height);
     entry.push_back(duration);
-}
-
-/// Duplicates one format as another in a list that the metadata holds.
-template <typename Item>
-void ConvertInPlace(IMetadata& meta, IMetadata::Tag_t tag, std::int64_t src, std::int64_t dst) {
-    IMetadata::IEntry entry = meta.entryFor(tag);
-    CameraPlatformInfoZelvan::converter<Item>::copy(static_cast<Item>(src), static_cast<Item>(dst), entry);
-    meta.update(tag, entry);
 }
 
 }  // namespace
@@ -61,16 +55,15 @@ void CameraPlatformInfoZelvan::pushAvailableStreamWithDuration(IMetadata::IEntry
 template <typename Item>
 void CameraPlatformInfoZelvan::converter<Item>::copy(const Item& src, const Item& dst,
                                                      IMetadata::IEntry& entry) {
-    std::size_t count = entry.count();
-    entry.reserve<Item>(2 * count);
-    for (std::size_t i = 0; i < count; i += kTupleSize) {
+    // The count is asked again for each step: what is appended is visited, and what the platform dropped is
+    // not.
+    for (std::size_t i = 0; i < entry.count(); i += kTupleSize) {
         // In a list of durations the fourth item is no direction, but no duration is a single nanosecond.
         if (entry.itemAt<Item>(i) == src && entry.itemAt<Item>(i + 3) != STREAM_INPUT) {
             entry.push_back(dst);
             entry.push_back(entry.itemAt<Item>(i + 1));
             entry.push_back(entry.itemAt<Item>(i + 2));
             entry.push_back(entry.itemAt<Item>(i + 3));
-            count += kTupleSize;
         }
     }
 }
@@ -81,12 +74,12 @@ template struct CameraPlatformInfoZelvan::converter<long>;
 
 void CameraPlatformInfoZelvan::updateStreamConfigurationWithDuration(IMetadata& meta, int maxWidth,
                                                                      int maxHeight, int allow8k) {
+    const Operation self(__func__);
     constexpr std::int64_t kFullSizeDuration = FRAME_DURATION_20_FPS;
     constexpr std::int64_t kFullSizeStall = FRAME_DURATION_30_FPS;
     const auto& catalogue = tables::size_catalogue::kWithDurations;
 
     IMetadata::IEntry entry(SCALER_STREAM_CONFIGURATIONS_WITH_DURATIONS);
-    entry.reserve<std::int64_t>((3 + 2 * catalogue.size()) * kDurationTupleSize);
     pushAvailableStreamWithDuration(entry, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, maxWidth, maxHeight,
                                     STREAM_INPUT, kFullSizeDuration, kFullSizeStall);
     pushAvailableStreamWithDuration(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, maxWidth, maxHeight, STREAM_INPUT,
@@ -105,7 +98,7 @@ void CameraPlatformInfoZelvan::updateStreamConfigurationWithDuration(IMetadata& 
                                             STREAM_OUTPUT, YuvMinFrameDuration(row), 0);
         }
     }
-    UpdateTag(__func__, meta, entry);
+    self.update(meta, entry);
 }
 
 void CameraPlatformInfoZelvan::updateStreamConfiguration(IMetadata& meta) {
@@ -114,10 +107,6 @@ void CameraPlatformInfoZelvan::updateStreamConfiguration(IMetadata& meta) {
     IMetadata::IEntry stallDurations(ANDROID_SCALER_AVAILABLE_STALL_DURATIONS);
 
     const IMetadata::IEntry source = meta.entryFor(SCALER_STREAM_CONFIGURATIONS_WITH_DURATIONS);
-    const std::size_t tuples = source.count() / kDurationTupleSize + 1;
-    streams.reserve<std::int32_t>((tuples + 1) * kTupleSize);
-    minFrameDurations.reserve<std::int64_t>(tuples * kTupleSize);
-    stallDurations.reserve<std::int64_t>(tuples * kTupleSize);
     for (std::size_t i = 0; i < source.count(); i += kDurationTupleSize) {
         const auto format = source.itemAt<std::int64_t>(i);
         const auto width = source.itemAt<std::int64_t>(i + 1);
@@ -135,16 +124,17 @@ void CameraPlatformInfoZelvan::updateStreamConfiguration(IMetadata& meta) {
     meta.update(minFrameDurations.tag(), minFrameDurations);
     meta.update(stallDurations.tag(), stallDurations);
     for (const std::int64_t format : {HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, HAL_PIXEL_FORMAT_YV12}) {
-        ConvertInPlace<int>(meta, streams.tag(), HAL_PIXEL_FORMAT_YCBCR_420_888, format);
-        ConvertInPlace<long>(meta, minFrameDurations.tag(), HAL_PIXEL_FORMAT_YCBCR_420_888, format);
-        ConvertInPlace<long>(meta, stallDurations.tag(), HAL_PIXEL_FORMAT_YCBCR_420_888, format);
+        DuplicateFormat<int>(meta, streams.tag(), HAL_PIXEL_FORMAT_YCBCR_420_888, format);
+        DuplicateFormat<long>(meta, minFrameDurations.tag(), HAL_PIXEL_FORMAT_YCBCR_420_888, format);
+        DuplicateFormat<long>(meta, stallDurations.tag(), HAL_PIXEL_FORMAT_YCBCR_420_888, format);
     }
 }
 
 void CameraPlatformInfoZelvan::updateMaxJpegSizeConfiguration(IMetadata& meta, int width, int height) {
+    const Operation self(__func__);
     // One and a half bytes a pixel. The product wraps at 32 bits and is divided as a signed number.
     const std::uint32_t product =
         static_cast<std::uint32_t>(width) * static_cast<std::uint32_t>(height) * 15U;
     const std::int32_t maxSize = static_cast<std::int32_t>(product) / 10;
-    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ANDROID_JPEG_MAX_SIZE, {maxSize}));
+    self.update(meta, MakeEntry<std::int32_t>(ANDROID_JPEG_MAX_SIZE, {maxSize}));
 }

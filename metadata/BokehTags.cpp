@@ -10,9 +10,8 @@
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/PlatformAccess.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
+#include "platforminfo/Operation.h"
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
@@ -20,13 +19,13 @@ namespace camera_role = tables::camera_role;
 
 namespace {
 
-/// Width and height of a 4:3, a 16:9 and a 20:9 picture.
+/// Width and height of a 4:3, a 16:9 and a 20:9 picture. Sets are named after the first, the largest.
 using SizeSet = std::array<std::int32_t, 6>;
 
-constexpr SizeSet kSetA = {4096, 3072, 4096, 2304, 4000, 1800};
-constexpr SizeSet kSetB = {2880, 2160, 2816, 1584, 2880, 1296};
-constexpr SizeSet kSetC = {3424, 2568, 3328, 1872, 3200, 1440};
-constexpr SizeSet kSetD = {3280, 2464, 3200, 1800, 3280, 1476};
+constexpr SizeSet kTwelveMegapixels = {4096, 3072, 4096, 2304, 4000, 1800};
+constexpr SizeSet kSixMegapixels = {2880, 2160, 2816, 1584, 2880, 1296};
+constexpr SizeSet kNineMegapixels = {3424, 2568, 3328, 1872, 3200, 1440};
+constexpr SizeSet kEightMegapixels = {3280, 2464, 3200, 1800, 3280, 1476};
 
 /// The numbers of the tags that describe a bokeh pair.
 struct BokehInfoTags {
@@ -65,18 +64,18 @@ struct BokehRole {
 constexpr std::array<BokehRole, 3> kBokehRoles = {{
     {.roleId = camera_role::kTeleBokeh,
      .tags = kBokehInfoTags,
-     .masterSizes = kSetA,
-     .slaveSizes = kSetB,
+     .masterSizes = kTwelveMegapixels,
+     .slaveSizes = kSixMegapixels,
      .hasMdMode = true},
     {.roleId = camera_role::kBokeh,
      .tags = kWideBokehInfoTags,
-     .masterSizes = kSetA,
-     .slaveSizes = kSetC,
+     .masterSizes = kTwelveMegapixels,
+     .slaveSizes = kNineMegapixels,
      .hasMdMode = true},
     {.roleId = camera_role::kFrontBokeh,
      .tags = kBokehInfoTags,
-     .masterSizes = kSetD,
-     .slaveSizes = kSetD,
+     .masterSizes = kEightMegapixels,
+     .slaveSizes = kEightMegapixels,
      .hasMdMode = false},
 }};
 
@@ -117,6 +116,25 @@ std::string TextOf(const char* text) {
     return text == nullptr ? "" : text;
 }
 
+/// Chips of a sensor pair, as module information texts name them. The device table is asked with the members'
+/// ids, and gains a row for one that it lacks.
+std::string ChipPair(NamedTable<RoleIdDesc>& devices, int master, int slave) {
+    const std::string chip = TextOf(devices.findOrAdd(master).sensorNames);
+    return chip + "_" + TextOf(devices.findOrAdd(slave).sensorNames);
+}
+
+/// What the module information of a pair starts with; null for a pair that has none.
+const char* ModuleInfoPrefix(const std::string& pair) {
+    const auto found = std::find_if(kModuleInfoPairs.begin(), kModuleInfoPairs.end(),
+                                    [&pair](const ModuleInfoPair& row) { return row.sensors == pair; });
+    return found == kModuleInfoPairs.end() ? nullptr : found->prefix;
+}
+
+std::string MakerName(const NameMap& makers, int makerId) {
+    const auto found = makers.find(makerId);
+    return found == makers.end() ? "none" : found->second;
+}
+
 std::string UpperCase(std::string text) {
     for (char& c : text) {
         if (c >= 'a' && c <= 'z') {
@@ -126,48 +144,24 @@ std::string UpperCase(std::string text) {
     return text;
 }
 
-void UpdateSizes(const char* function, IMetadata& meta, const BokehRole& role) {
-    UpdateTag(function, meta, MakeEntry<std::int32_t>(ZELVAN_BOKEHVENDORID_SUPPORTED, {0}), kVendorIdRefused);
-    UpdateTag(function, meta, MakeEntry<std::int32_t>(role.tags.masterOptSize, role.masterSizes),
-              kSensorSizeRefused);
-    UpdateTag(function, meta, MakeEntry<std::int32_t>(role.tags.optPictureSize, role.masterSizes),
-              kPictureSizeRefused);
-    UpdateTag(function, meta, MakeEntry<std::int32_t>(role.tags.slaveOptSize, role.slaveSizes),
-              kSensorSizeRefused);
+void UpdateSizes(const Operation& self, IMetadata& meta, const BokehRole& role) {
+    self.update(meta, MakeEntry<std::int32_t>(ZELVAN_BOKEHVENDORID_SUPPORTED, {0}), kVendorIdRefused);
+    self.update(meta, MakeEntry<std::int32_t>(role.tags.masterOptSize, role.masterSizes), kSensorSizeRefused);
+    self.update(meta, MakeEntry<std::int32_t>(role.tags.optPictureSize, role.masterSizes),
+                kPictureSizeRefused);
+    self.update(meta, MakeEntry<std::int32_t>(role.tags.slaveOptSize, role.slaveSizes), kSensorSizeRefused);
 }
 
 }  // namespace
 
-void CameraPlatformInfoZelvan::UpdateModuleInfo(const char* function, int master, int slave) {
-    // The device table is asked with sensor indices here, and gains a row for an index that it lacks.
-    std::string pair = TextOf(DeviceId2RoleId[master].sensorNames);
-    pair += "_" + TextOf(DeviceId2RoleId[slave].sensorNames);
-    for (const ModuleInfoPair& row : kModuleInfoPairs) {
-        if (row.sensors == pair) {
-            mModuleInfo = row.prefix;
-        }
-    }
-    // Never cleared: a text of an earlier device stays in force and grows.
-    if (mModuleInfo.empty()) {
-        return;
-    }
-    const int roleId = GetRoleIdBySensorIdx(master);
-    const int vendorId = GetVendorId(roleId);
-    LOG_AS(ANDROID_LOG_INFO, function, "roleID is %d, vendorID is: %d", roleId, vendorId);
-    const auto maker = mMakerNames.find(vendorId);
-    pair += "_";
-    pair += maker == mMakerNames.end() ? "none" : maker->second;
-    mModuleInfo += UpperCase(pair);
-    LOG_AS(ANDROID_LOG_DEBUG, function, "module info is [%s]", mModuleInfo.c_str());
-}
-
 int CameraPlatformInfoZelvan::UpdateBokehOptimalSizeInfo(IMetadata& meta, int instanceId) {
-    LOGI("enter");
-    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(__func__);
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    const NSCam::ILogicalDeviceList* const devices = self.logicalDevices();
     if (devices == nullptr) {
         return -1;
     }
-    const RoleIdDesc* const device = FindDevice(__func__, instanceId);
+    const RoleIdDesc* const device = self.find(DeviceId2RoleId, instanceId);
     if (device == nullptr) {
         return -1;
     }
@@ -175,27 +169,38 @@ int CameraPlatformInfoZelvan::UpdateBokehOptimalSizeInfo(IMetadata& meta, int in
         if (const std::vector<int> sensorIds = devices->sensorIds(instanceId); sensorIds.size() >= 2) {
             const int master = sensorIds[0];
             const int slave = sensorIds[1];
-            LOGI("instanceId = %zu mastCid: %d, slaveCid:%d , role: %d", static_cast<std::size_t>(instanceId),
-                 master, slave, role->roleId);
-            UpdateTag(
-                __func__, meta,
+            LOGI(self, "instanceId = %zu mastCid: %d, slaveCid:%d , role: %d",
+                 static_cast<std::size_t>(instanceId), master, slave, role->roleId);
+            self.update(
+                meta,
                 MakeEntry<unsigned char>(role->tags.masterCameraId, {static_cast<unsigned char>(master)}),
                 kCameraIdRefused);
-            UpdateTag(__func__, meta,
-                      MakeEntry<unsigned char>(role->tags.slaveCameraId, {static_cast<unsigned char>(slave)}),
-                      kCameraIdRefused);
-            UpdateModuleInfo(__func__, master, slave);
+            self.update(
+                meta, MakeEntry<unsigned char>(role->tags.slaveCameraId, {static_cast<unsigned char>(slave)}),
+                kCameraIdRefused);
+
+            const std::string pair = ChipPair(DeviceId2RoleId, master, slave);
+            if (const char* const prefix = ModuleInfoPrefix(pair); prefix != nullptr) {
+                mModuleInfo = prefix;
+            }
+            // Never cleared: a text of an earlier device stays in force and grows.
+            if (!mModuleInfo.empty()) {
+                const int masterRole = GetRoleIdBySensorIdx(master);
+                const int vendorId = GetVendorId(masterRole);
+                LOGI(self, "roleID is %d, vendorID is: %d", masterRole, vendorId);
+                mModuleInfo += UpperCase(pair + "_" + MakerName(mMakerNames, vendorId));
+                LOGD(self, "module info is [%s]", mModuleInfo.c_str());
+            }
         }
-        UpdateSizes(__func__, meta, *role);
+        UpdateSizes(self, meta, *role);
         if (role->hasMdMode) {
             const unsigned char modes = IsThemeNoTesmor() ? 0 : kMdModes;
-            UpdateTag(__func__, meta, MakeEntry<unsigned char>(ZELVAN_BOKEH_MDMODE_SUPPORTED, {modes}),
-                      kMdModeRefused);
+            self.update(meta, MakeEntry<unsigned char>(ZELVAN_BOKEH_MDMODE_SUPPORTED, {modes}),
+                        kMdModeRefused);
         }
     }
-    const int result =
-        UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_SUPERNIGHT_SUPPORT_MASK, {kSuperNightMask}),
-                  kSuperNightRefused);
-    LOGI("exit");
+    const int result = self.update(
+        meta, MakeEntry<std::int32_t>(ZELVAN_SUPERNIGHT_SUPPORT_MASK, {kSuperNightMask}), kSuperNightRefused);
+    LOGI(self, "exit");
     return result;
 }

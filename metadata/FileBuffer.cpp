@@ -6,10 +6,9 @@
 #include <cstring>
 #include <memory>
 
-#include "platform/DevicePath.h"
 #include "platforminfo/CFile.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
+#include "platforminfo/Operation.h"
 
 namespace {
 
@@ -34,32 +33,33 @@ CBuffer AllocateZeroed(long size, int extra) {
 
 int CameraPlatformInfoZelvan::allocBufAndReadFromFile(const char* path, unsigned char** buf, int* size,
                                                       int extra) {
-    const CFilePtr file = OpenForReading(DevicePath(path).c_str());
+    const Operation self(__func__);
+    const CFilePtr file = OpenForReading(path);
     if (file == nullptr) {
-        LOGE("Beauty: failed to open file %s,err=%d %s", path, errno, std::strerror(errno));
+        LOGE(self, "Beauty: failed to open file %s,err=%d %s", OrNull(path), errno, std::strerror(errno));
         return -1;
     }
     // Where the end cannot be reached, as in some folders, the position is not the size.
     const long fileSize = std::fseek(file.get(), 0, SEEK_END) == 0 ? std::ftell(file.get()) : -1;
     std::fseek(file.get(), 0, SEEK_SET);
     if (fileSize == -1) {
-        LOGE("Beauty: failed to get file size of %s,err=%d %s", path, errno, std::strerror(errno));
+        LOGE(self, "Beauty: failed to get file size of %s,err=%d %s", path, errno, std::strerror(errno));
         return -1;
     }
     const auto bytes = static_cast<std::size_t>(fileSize);
     CBuffer buffer = AllocateZeroed(fileSize, extra);
     if (buffer == nullptr) {
-        LOGE("Beauty calloc failed size=%luerr=%d %s", static_cast<unsigned long>(bytes), errno,
+        LOGE(self, "Beauty calloc failed size=%luerr=%d %s", static_cast<unsigned long>(bytes), errno,
              std::strerror(errno));
         return -1;
     }
     const std::size_t read = std::fread(buffer.get(), 1, bytes, file.get());
     if (read < bytes) {
-        LOGE("Beauty: read data from %s failed, size=%lureadout=%zu", path, static_cast<unsigned long>(bytes),
-             read);
+        LOGE(self, "Beauty: read data from %s failed, size=%lureadout=%zu", path,
+             static_cast<unsigned long>(bytes), read);
         return -1;
     }
-    LOGI("Beauty get data from %s, size=%lu", path, static_cast<unsigned long>(bytes));
+    LOGI(self, "Beauty get data from %s, size=%lu", path, static_cast<unsigned long>(bytes));
     *size = static_cast<int>(fileSize) + extra;
     *buf = buffer.release();
     return 0;

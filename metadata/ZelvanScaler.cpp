@@ -2,15 +2,15 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "metadata/StreamList.h"
 #include "platform/IHalSensorList.h"
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
 #include "platform/ImgSensorDrv.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/Lookup.h"
-#include "platforminfo/PlatformAccess.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
+#include "platforminfo/Operation.h"
+#include "platforminfo/Sensors.h"
 #include "tables/PublishedTags.h"
 #include "tables/SizeCatalogue.h"
 #include "tables/StreamFormats.h"
@@ -60,51 +60,44 @@ int Find8KMode(const ImgSensorDrvInfo& driver) {
     return -1;
 }
 
-/// Duplicates the JPEG outputs that the metadata holds as another format.
-void CopyJpegOutputsAs(IMetadata& meta, std::int64_t format) {
-    IMetadata::IEntry entry = meta.entryFor(ZELVAN_SCALER_STREAM_CONFIGURATIONS);
-    CameraPlatformInfoZelvan::converter<int>::copy(static_cast<int>(HAL_PIXEL_FORMAT_BLOB),
-                                                   static_cast<int>(format), entry);
-    meta.update(entry.tag(), entry);
-}
-
 }  // namespace
 
 int CameraPlatformInfoZelvan::MetadataUpdateScaler(IMetadata& meta, int instanceId) {
-    LOGI("enter");
-    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(__func__);
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    const NSCam::ILogicalDeviceList* const devices = self.logicalDevices();
     if (devices == nullptr) {
         return -1;
     }
-    const NSCam::IHalSensorList* const sensors = GetSensorList(__func__, "Cannot get sensor device list");
+    const NSCam::IHalSensorList* const sensors = self.sensorList("Cannot get sensor device list");
     if (sensors == nullptr) {
         return -1;
     }
-    const int sensorIdx = LowestSetBit(devices->sensorBits(instanceId));
+    const int sensorIdx = Number(FirstSensorOf(tables::DeviceBits{devices->sensorBits(instanceId)}));
     const int deviceId = sensors->deviceId(sensorIdx);
-    LOGI("deviceID = 0x%x, instanceId = 0x%x, ", static_cast<unsigned>(deviceId),
+    LOGI(self, "deviceID = 0x%x, instanceId = 0x%x, ", static_cast<unsigned>(deviceId),
          static_cast<unsigned>(instanceId));
     const NSCam::SensorStaticInfo* const sensor = sensors->sensorStaticInfo(deviceId);
     if (sensor == nullptr) {
-        LOGE("get sensor static info error : %d!", deviceId);
+        LOGE(self, "get sensor static info error : %d!", deviceId);
         return -1;
     }
     const ImgSensorDrv* const driver =
         ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(sensorIdx));
     if (driver == nullptr) {
-        LOGE("get sensor drv error : %d!", instanceId);
+        LOGE(self, "get sensor drv error : %d!", instanceId);
         return -1;
     }
     const ImgSensorDrvInfo& modes = driver->getDrvInfo();
-    const RoleIdDesc* const device = FindDevice(__func__, deviceId);
+    const RoleIdDesc* const device = self.find(DeviceId2RoleId, deviceId);
     if (device == nullptr) {
         return -1;
     }
     const int roleId = device->roleId;
-    LOGI("MetadataUpdateScaler roleId = %d", roleId);
+    LOGI(self, "MetadataUpdateScaler roleId = %d", roleId);
     const int mode8K = Find8KMode(modes);
     if (mode8K >= 0) {
-        LOGI("find 8K sensormode : %d", mode8K);
+        LOGI(self, "find 8K sensormode : %d", mode8K);
     }
     const int allow8k = mode8K >= 0 ? 1 : 0;
     const int fullWidth = modes.outputWidth[0];
@@ -121,23 +114,23 @@ int CameraPlatformInfoZelvan::MetadataUpdateScaler(IMetadata& meta, int instance
     }
     updateMaxJpegSizeConfiguration(meta, sensor->captureWidth, sensor->captureHeight);
     updateStreamConfigurationZelvan(meta, roleId, fullWidth, fullHeight, allow8k);
-    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_SCALER_CONFIGURED, {1}));
-    LOGI("exit");
+    self.update(meta, MakeEntry<std::int32_t>(ZELVAN_SCALER_CONFIGURED, {1}));
+    LOGI(self, "exit");
     return 0;
 }
 
 void CameraPlatformInfoZelvan::updateBinningFactorConfiguration(IMetadata& meta, int factor) {
-    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_SCALER_BINNING_FACTOR, {factor}));
+    const Operation self(__func__);
+    self.update(meta, MakeEntry<std::int32_t>(ZELVAN_SCALER_BINNING_FACTOR, {factor}));
 }
 
 void CameraPlatformInfoZelvan::updateSuperResolutionStreamConfiguration(IMetadata& meta, int roleId,
                                                                         int width, int height) {
+    const Operation self(__func__);
     if (width == 0 || height == 0) {
         return;
     }
-    constexpr std::size_t kItems = 28;  // seven tuples
     IMetadata::IEntry entry(ZELVAN_SCALER_SUPER_RESOLUTION_STREAM_CONFIGURATIONS);
-    entry.reserve<std::int32_t>(kItems);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, width, height, STREAM_OUTPUT);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_BLOB, width, height, STREAM_OUTPUT);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, width, height, STREAM_OUTPUT);
@@ -145,17 +138,17 @@ void CameraPlatformInfoZelvan::updateSuperResolutionStreamConfiguration(IMetadat
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, 1440, 1080, STREAM_OUTPUT);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_BLOB, 1440, 1080, STREAM_OUTPUT);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, 1440, 1080, STREAM_OUTPUT);
-    UpdateTag(__func__, meta, entry);
+    self.update(meta, entry);
 
     const unsigned char isMain = roleId == camera_role::kBackMain ? 1 : 0;
-    UpdateTag(__func__, meta, MakeEntry<unsigned char>(ZELVAN_SCALER_SUPER_RESOLUTION_MAIN, {isMain}));
+    self.update(meta, MakeEntry<unsigned char>(ZELVAN_SCALER_SUPER_RESOLUTION_MAIN, {isMain}));
 }
 
 void CameraPlatformInfoZelvan::updateStreamConfigurationZelvan(IMetadata& meta, int roleId, int width,
                                                                int height, int allow8k) {
+    const Operation self(__func__);
     const auto& catalogue = tables::size_catalogue::kVendor;
     IMetadata::IEntry entry(ZELVAN_SCALER_STREAM_CONFIGURATIONS);
-    entry.reserve<std::int32_t>((4 + 3 + kFrontJpegSizes.size() + 2 * catalogue.size()) * 4);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, width, height, STREAM_INPUT);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_YCBCR_420_888, width, height, STREAM_INPUT);
     pushAvailableStream(entry, HAL_PIXEL_FORMAT_RAW16, width, height, STREAM_OUTPUT);
@@ -176,14 +169,15 @@ void CameraPlatformInfoZelvan::updateStreamConfigurationZelvan(IMetadata& meta, 
             continue;
         }
         pushAvailableStream(entry, HAL_PIXEL_FORMAT_BLOB, row.width, row.height, STREAM_OUTPUT);
-        LOGD("ZV IMetadata::update(), Y16: format = %d, size = %ldx%ld, direction = %d",
+        LOGD(self, "ZV IMetadata::update(), Y16: format = %d, size = %ldx%ld, direction = %d",
              static_cast<int>(HAL_PIXEL_FORMAT_Y16), row.width, row.height, static_cast<int>(STREAM_OUTPUT));
         pushAvailableStream(entry, HAL_PIXEL_FORMAT_Y16, row.width, row.height, STREAM_OUTPUT);
     }
-    if (UpdateTag(__func__, meta, entry) != 0) {
+    if (self.update(meta, entry) != 0) {
         return;
     }
-    CopyJpegOutputsAs(meta, HAL_PIXEL_FORMAT_YCBCR_420_888);
-    CopyJpegOutputsAs(meta, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED);
-    CopyJpegOutputsAs(meta, HAL_PIXEL_FORMAT_YV12);
+    for (const std::int64_t format :
+         {HAL_PIXEL_FORMAT_YCBCR_420_888, HAL_PIXEL_FORMAT_IMPLEMENTATION_DEFINED, HAL_PIXEL_FORMAT_YV12}) {
+        DuplicateFormat<int>(meta, entry.tag(), HAL_PIXEL_FORMAT_BLOB, format);
+    }
 }

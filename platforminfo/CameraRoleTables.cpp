@@ -35,7 +35,8 @@ NameMap MakeRoleTexts(const char* tables::ModuleRole::*text) {
 
 }  // namespace
 
-RoleIdDescMap CameraPlatformInfoZelvan::DeviceId2RoleId = MakeDevices(tables::kCameraDevices);
+NamedTable<RoleIdDesc> CameraPlatformInfoZelvan::DeviceId2RoleId{"DeviceId2RoleId",
+                                                                 MakeDevices(tables::kCameraDevices)};
 const RoleIdDescMap CameraPlatformInfoZelvan::PhysicalDeviceId2RoleId =
     MakeDevices(tables::kPhysicalCameraDevices);
 const MemberRolesMap CameraPlatformInfoZelvan::RoleId2MemberRoleIds = MakeMemberRoles();

@@ -5,9 +5,7 @@
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/Lookup.h"
-#include "platforminfo/PlatformAccess.h"
+#include "platforminfo/Operation.h"
 #include "platforminfo/SensorWalk.h"
 #include "tables/PublishedProperties.h"
 
@@ -31,15 +29,16 @@ ModuleInfoTexts SplitOverProperties(const std::map<int, std::string>& entries) {
 
 std::string ModuleEntry(const char* roleName, const char* sensorNames) {
     char entry[256];
-    std::snprintf(entry, sizeof(entry), "%s=%s;", roleName, sensorNames == nullptr ? "(null)" : sensorNames);
+    std::snprintf(entry, sizeof(entry), "%s=%s;", roleName, OrNull(sensorNames));
     return entry;
 }
 
 }  // namespace
 
 int CameraPlatformInfoZelvan::SetModuleInfoProp() {
-    LOGI("enter");
-    const NSCam::IHalSensorList* const sensors = GetSensorList(__func__);
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    const NSCam::IHalSensorList* const sensors = self.sensorList();
     if (sensors == nullptr) {
         return -1;
     }
@@ -48,26 +47,26 @@ int CameraPlatformInfoZelvan::SetModuleInfoProp() {
         if (device.roleId >= tables::camera_role::kFirstLogicalRole) {
             continue;
         }
-        const char* const* const roleName =
-            FindRow(__func__, "mRoleId2ModuleName", mRoleId2ModuleName, device.roleId);
+        const char* const* const roleName = self.find(mRoleId2ModuleName, device.roleId);
         if (roleName == nullptr) {
             return -1;
         }
         entries[device.roleId] = ModuleEntry(*roleName, "none");
     }
     for (SensorWalk sensor(*this, *sensors); sensor.next();) {
-        const char* const* const roleName =
-            FindRow(__func__, "mRoleId2ModuleName", mRoleId2ModuleName, sensor.roleId());
+        const int roleId = Number(sensor.role());
+        const char* const* const roleName = self.find(mRoleId2ModuleName, roleId);
         if (roleName == nullptr) {
             return -1;
         }
-        entries[sensor.roleId()] = ModuleEntry(*roleName, DeviceId2RoleId[sensor.deviceId()].sensorNames);
+        const RoleIdDesc& device = DeviceId2RoleId.findOrAdd(Number(sensor.device()));
+        entries[roleId] = ModuleEntry(*roleName, device.sensorNames);
     }
     const ModuleInfoTexts texts = SplitOverProperties(entries);
-    LOGI("moduleInfo = %s", texts.info.c_str());
-    LOGI("moduleInfoExt = %s", texts.extension.c_str());
+    LOGI(self, "moduleInfo = %s", texts.info.c_str());
+    LOGI(self, "moduleInfoExt = %s", texts.extension.c_str());
     property_set(tables::kModuleInfoProperty, texts.info.c_str());
     property_set(tables::kModuleInfoExtProperty, texts.extension.c_str());
-    LOGI("exit");
+    LOGI(self, "exit");
     return 0;
 }

@@ -11,17 +11,19 @@ using testing::ElementsAre;
 constexpr const char* kWideUltra = "/data/vendor/camera/com.zelvan.dcal.wu.data";
 constexpr const char* kWideTele = "/data/vendor/camera/com.zelvan.dcal.wt.data";
 
-/// The phone's logical devices, as a further member; device 8 is one that the phone does not have.
-constexpr const char* kDevices = R"(, "logicalDevices": [
-    {"name": "SENSOR_DRVNAME_HALCYRION_BACK_3PARTSAT", "multiSensor": true, "sensorIds": [0, 3]},
-    {"name": "SENSOR_DRVNAME_HALCYRION_FRONT_MAIN", "sensorIds": [1]},
-    {"name": "SENSOR_DRVNAME_HALCYRION_BACK_TELE", "sensorIds": [2]},
-    {"name": "SENSOR_DRVNAME_HALCYRION_BACK_ULTRA", "sensorIds": [3]},
-    {"name": "SENSOR_DRVNAME_HALCYRION_BACK_SAT", "multiSensor": true, "sensorIds": [0, 3, 2]},
-    {"name": "SENSOR_DRVNAME_HALCYRION_2XBACK_BOKEH", "multiSensor": true, "sensorIds": [2, 0]},
-    {"name": "SENSOR_DRVNAME_HALCYRION_BACK_BOKEH", "multiSensor": true, "sensorIds": [0, 3]},
-    {"name": "SENSOR_DRVNAME_HALCYRION_BACK_WIDE", "sensorIds": [0]},
-    {"name": "SENSOR_DRVNAME_FURTHER_FRONT_BOKEH", "multiSensor": true, "sensorIds": [0, 3]}])";
+/// The phone with its logical devices; device 8 is one that the phone does not have.
+PhoneBuilder Phone() {
+    const auto device = [](const std::string& name, const std::vector<int>& sensorIds) {
+        return LogicalDevice{
+            .sensorIds = sensorIds, .multiSensor = sensorIds.size() > 1, .name = "SENSOR_DRVNAME_" + name};
+    };
+    return RearPhone().devices({device("HALCYRION_BACK_3PARTSAT", {0, 3}),
+                                device("HALCYRION_FRONT_MAIN", {1}), device("HALCYRION_BACK_TELE", {2}),
+                                device("HALCYRION_BACK_ULTRA", {3}), device("HALCYRION_BACK_SAT", {0, 3, 2}),
+                                device("HALCYRION_2XBACK_BOKEH", {2, 0}),
+                                device("HALCYRION_BACK_BOKEH", {0, 3}), device("HALCYRION_BACK_WIDE", {0}),
+                                device("FURTHER_FRONT_BOKEH", {0, 3})});
+}
 
 /// The calibration blocks of a metadata set, by tag.
 std::map<std::string, Bytes> Blocks(const IMetadata& meta) {
@@ -37,7 +39,7 @@ std::map<std::string, Bytes> Blocks(const IMetadata& meta) {
 }
 
 TEST(CalibrationDataTags, BootPublishesTheBlocksOfTheDevices) {
-    TestPhone phone(RearPhone(kDevices));
+    TestPhone phone(Phone());
     phone.write("/vendor/etc/camera/com.zelvan.dcal.wu.golden", Block(4096, 1));
     phone.write("/vendor/etc/camera/com.zelvan.dcal.wt.golden", Block(4096, 2));
     TestPlugin plugin;
@@ -55,7 +57,7 @@ TEST(CalibrationDataTags, BootPublishesTheBlocksOfTheDevices) {
 }
 
 TEST(CalibrationDataTags, ShortDumpReadsAsZerosAndFrontBokehStaysAtHome) {
-    const TestPhone phone(RearPhone(kDevices));
+    const TestPhone phone(Phone());
     phone.write(kWideUltra, {0xF5, 0x02});
     TestPlugin plugin;
     plugin.DeviceId2RoleId[8] = {.roleId = 81, .sensorNames = "ov13b10;imx707", .drvName = "A_FRONT_BOKEH"};
@@ -74,18 +76,15 @@ TEST(CalibrationDataTags, ShortDumpReadsAsZerosAndFrontBokehStaysAtHome) {
 TEST(CalibrationDataTags, WhatEndsTheUpdater) {
     const std::string lead = "[MetedataUpdateCalibData] ";
     const auto devices = [](const std::string& name) {
-        return RearPhone(R"(, "logicalDevices": [{"multiSensor": true, "name": ")" + name + "\"}]");
-    };
-    const auto faults = [](const std::string& what) {
-        return RearPhone(kDevices + (R"(, "faults": {)" + what + "}"));
+        return RearPhone().devices({{.multiSensor = true, .name = name}});
     };
     const std::string open = "[GetCalibDataFromDumpFile] [READCALI] fail to open ";
     const std::string unread = lead + "read dual camera calib data failded!";
     const std::string noMatch = lead + "Cannot find match device!";
     const std::string noList = lead + "Cannot get sensor device list";
     const std::string refused = lead + "ZV IMetadata::update(), tag:-1862205375 err:-5";
-    const auto errorsOf = [](const std::string& json, int device) {
-        const TestPhone phone(json);
+    const auto errorsOf = [](const PhoneBuilder& fitted, int device) {
+        const TestPhone phone(fitted);
         phone.write(kWideUltra, Block(4096));
         TestPlugin plugin;
         IMetadata meta;
@@ -95,13 +94,13 @@ TEST(CalibrationDataTags, WhatEndsTheUpdater) {
         EXPECT_EQ(meta.count(), 0U);
         return phone.errors();
     };
-    EXPECT_EQ(errorsOf(RearPhone(kDevices), 1), Lines());
-    EXPECT_EQ(errorsOf(RearPhone(kDevices), 6), Lines());
-    EXPECT_EQ(errorsOf(RearPhone(kDevices), 5), (Lines{open + kWideTele, unread}));
-    EXPECT_EQ(errorsOf(RearPhone(kDevices), 8), Lines{lead + "find DeviceId2RoleId[8] error!"});
-    EXPECT_EQ(errorsOf(faults(R"("moduleFactory": true)"), 4), Lines{noList});
-    EXPECT_EQ(errorsOf(faults(R"("logicalDeviceList": true)"), 4), Lines{noList});
-    EXPECT_EQ(errorsOf(faults(R"("metadataUpdate": {"0x91010041": -5})"), 4), Lines{refused});
+    EXPECT_EQ(errorsOf(Phone(), 1), Lines());
+    EXPECT_EQ(errorsOf(Phone(), 6), Lines());
+    EXPECT_EQ(errorsOf(Phone(), 5), (Lines{open + kWideTele, unread}));
+    EXPECT_EQ(errorsOf(Phone(), 8), Lines{lead + "find DeviceId2RoleId[8] error!"});
+    EXPECT_EQ(errorsOf(Phone().faults({.moduleFactory = true}), 4), Lines{noList});
+    EXPECT_EQ(errorsOf(Phone().faults({.logicalDeviceList = true}), 4), Lines{noList});
+    EXPECT_EQ(errorsOf(Phone().faults({.metadataUpdate = {{0x91010041, -5}}}), 4), Lines{refused});
     EXPECT_EQ(errorsOf(devices("SENSOR_DRVNAME_HALCYRION_OTHER_SAT"), 0), Lines{noMatch});
     EXPECT_EQ(errorsOf(devices("BACK_SAT"), 0), Lines{noMatch});
     // The name decides whose pair is taken; a single chip is half a pair.

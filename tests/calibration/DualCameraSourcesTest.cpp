@@ -58,7 +58,7 @@ TEST(DualCameraSources, EepromBlockUnderItsChecksum) {
                        "I [DualCameraDataFromEeprom] exit", "I [DualCameraDataDumpFile] enter"};
     const Lines failed{"I [DualCameraDataFromEeprom] CheckSum error"};
     for (const auto& [offset, length, sumFirst, sumEnd, storedAt, good] : kCases) {
-        TestPhone phone(RearPhone(""));
+        TestPhone phone(RearPhone());
         TestPlugin plugin;
         Bytes bytes = Block(16384);
         const unsigned sum = std::accumulate(bytes.begin() + sumFirst, bytes.begin() + sumEnd, 0U);
@@ -73,7 +73,7 @@ TEST(DualCameraSources, EepromBlockUnderItsChecksum) {
         const auto block = bytes.begin() + offset;
         EXPECT_EQ(TakeDump(phone), good ? std::optional(Bytes(block, block + length)) : std::nullopt);
     }
-    const TestPhone phone(RearPhone(""));
+    const TestPhone phone(RearPhone());
     TestPlugin plugin;
     DualCameraCalDataInfo pair = Pair(8, 0);
     EXPECT_FALSE(plugin.DualCameraDataFromEeprom(pair));
@@ -81,7 +81,7 @@ TEST(DualCameraSources, EepromBlockUnderItsChecksum) {
 }
 
 TEST(DualCameraSources, GoldenNeedsTheWholeBlock) {
-    TestPhone phone("{}");
+    TestPhone phone;
     TestPlugin plugin;
     const std::string root = phone.phone().root().string();
     DualCameraCalDataInfo pair = Pair(100);
@@ -127,7 +127,7 @@ TEST(DualCameraSources, PersistFileBelongsToFittedPair) {
                     "I [DualCameraDataFromPersist] [master(0):slave(21)] match persistFile is x.dcal.bin",
                     "I [DualCameraDataFromPersist] exit"};
     const Lines no{"I [MatchDualCameraPersistFile] exit : ret = 0", "I [DualCameraDataFromPersist] exit"};
-    TestPhone phone(RearPhone(kFuseIds));
+    TestPhone phone(RearPhoneWithFuseIds());
     TestPlugin plugin;
     for (const auto& [master, slave, matches] : kCases) {
         phone.write(kPersist + "x.dcal.bin", DualFile(master, slave, Block(419)));
@@ -147,7 +147,7 @@ TEST(DualCameraSources, PersistFileBelongsToFittedPair) {
 }
 
 TEST(DualCameraSources, PersistFolderPassesOverWhatIsNoCalibrationFile) {
-    TestPhone phone(RearPhone(kFuseIds));
+    TestPhone phone(RearPhoneWithFuseIds());
     TestPlugin plugin;
     const std::string folder = phone.phone().root().string() + kPersist;
     DualCameraCalDataInfo pair = Pair(419);
@@ -174,14 +174,13 @@ TEST(DualCameraSources, PersistFolderPassesOverWhatIsNoCalibrationFile) {
 }
 
 TEST(DualCameraSources, RoleByFuseId) {
-    const std::string usual = RearPhone(kFuseIds);
+    const PhoneBuilder usual = RearPhoneWithFuseIds();
     // Device 4 is the SAT device, which has no fuse id.
-    const std::string sat = R"({"sensors": [{"deviceId": 4}],
-                                "sensorAliases": {"4": {"deviceBits": 1, "deviceId": 4}}})";
-    const std::string noList = R"({"faults": {"sensorList": true}})";
+    const PhoneBuilder sat = PhoneOf({{4}});
+    const PhoneBuilder noList = PhoneBuilder().faults({.sensorList = true});
     /// The role, and the error if there is one; `wide` is the fuse id property of the first sensor.
-    const auto roleOf = [](const char* fuseId, const std::string& json, const char* wide) {
-        const TestPhone phone(json);
+    const auto roleOf = [](const char* fuseId, const PhoneBuilder& fitted, const char* wide) {
+        const TestPhone phone(fitted);
         TestPlugin plugin;
         property_set("vendor.camera.sensor.w.fuseID", wide);
         const std::string role = std::to_string(plugin.GetRoleIdByFuseId(fuseId));
@@ -231,7 +230,7 @@ TEST(DualCameraSources, OverrideStateBySourcesOfThePairs) {
         {{3}, "2", "2", 0x10, {error, fatal, lost}},
     };
     for (const auto& [files, state, detail, mask, errors] : kCases) {
-        TestPhone phone(RearPhone(kFuseIds));
+        TestPhone phone(RearPhoneWithFuseIds());
         for (const std::size_t file : files) {
             phone.write(kFiles[file].first, kFiles[file].second);
         }

@@ -8,7 +8,7 @@ using testing::ElementsAre;
 constexpr std::uint32_t kSource = SCALER_STREAM_CONFIGURATIONS_WITH_DURATIONS;
 
 TEST(AndroidStreams, ListWithDurations) {
-    Updating device("{}");
+    Updating device;
     // What the tag held before does not stay.
     device.meta.update(kSource, MakeEntry<std::int64_t>(kSource, {1, 2, 3, 0, 4, 5}));
     const struct {
@@ -32,7 +32,7 @@ TEST(AndroidStreams, ListWithDurations) {
 }
 
 TEST(AndroidStreams, AndroidListsFollowTheListWithDurations) {
-    Updating device("{}");
+    Updating device;
     device.plugin.updateStreamConfigurationWithDuration(device.meta, 4000, 3000, 0);
     device.plugin.updateStreamConfiguration(device.meta);
     const auto runs = [&device](std::uint32_t tag) { return Runs(Tuples(device.meta.entryFor(tag))); };

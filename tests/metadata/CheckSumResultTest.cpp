@@ -3,11 +3,10 @@
 namespace {
 
 /// Devices 0 and 2 are single ones, of which 0 is a sensor, whose EEPROM holds these bytes.
-std::string Phone(const std::string& bytes, const std::string& keys = R"("name": "healthy")") {
-    return PhoneOf({{7, R"("eeprom": {"bytes": {)" + bytes + "}}"}},
-                   R"("logicalDevices": [{}, {"multiSensor": true}, {}, {}, {"multiSensor": true}, {},
-                                         {"multiSensor": true}, {}, {"multiSensor": true}], )" +
-                       keys);
+PhoneBuilder Phone(const std::map<std::size_t, std::string>& bytes = {}) {
+    const LogicalDevice multiSensor{.multiSensor = true};
+    return PhoneOf({{7, Eeprom(bytes)}})
+        .devices({{}, multiSensor, {}, {}, multiSensor, {}, multiSensor, {}, multiSensor});
 }
 
 TEST(RoleIdAndCheckSumResult, OfAnInstance) {
@@ -26,7 +25,7 @@ TEST(RoleIdAndCheckSumResult, OfAnInstance) {
     };
     for (const auto& [instanceId, result, tags, lastError] : kCases) {
         SCOPED_TRACE(instanceId);
-        Updating device(Phone(""));
+        Updating device(Phone());
         EXPECT_EQ(device.plugin.MetadataUpdateRoleId(device.meta, instanceId), result);
         EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, instanceId), result);
         EXPECT_EQ(device.tags(), tags);
@@ -39,8 +38,8 @@ TEST(RoleIdAndCheckSumResult, OfAnInstance) {
 }
 
 TEST(RoleIdAndCheckSumResult, NoDeviceListOrNoStore) {
-    const auto errorsOf = [](const std::string& faults, int result) {
-        Updating device(Phone("", faults));
+    const auto errorsOf = [](const Faults& faults, int result) {
+        Updating device(Phone().faults(faults));
         EXPECT_EQ(device.plugin.MetadataUpdateRoleId(device.meta, 4), result);
         EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, 0), result);
         EXPECT_EQ(device.tags(), Tags());
@@ -48,14 +47,14 @@ TEST(RoleIdAndCheckSumResult, NoDeviceListOrNoStore) {
     };
     const Lines noList{"[MetadataUpdateRoleId] Cannot get logical device list",
                        "[MetadataUpdateCheckSumResult] Cannot get logical device list"};
-    EXPECT_EQ(errorsOf(R"("faults": {"moduleFactory": true})", -1), noList);
-    EXPECT_EQ(errorsOf(R"("faults": {"logicalDeviceList": true})", -1), noList);
+    EXPECT_EQ(errorsOf({.moduleFactory = true}, -1), noList);
+    EXPECT_EQ(errorsOf({.logicalDeviceList = true}, -1), noList);
     const Refusals refusals = {
         {"[MetadataUpdateRoleId] ZV IMetadata::update(), tag", 0x91010021},
         {"[MetadataUpdateRoleId] ZV IMetadata::update(), tag", 0x91010092},
         {"[MetadataUpdateCheckSumResult] ZV IMetadata::update(), tag", 0x910100A1},
     };
-    EXPECT_EQ(errorsOf(RefusalKeys(refusals), 0), RefusalLines(refusals));
+    EXPECT_EQ(errorsOf(FaultsOf(refusals), 0), RefusalLines(refusals));
 }
 
 Tags CheckSumResult(int result) {
@@ -72,14 +71,10 @@ Lines HeaderLog(const std::string& readHeaderId, std::size_t last) {
     return log;
 }
 
-std::string Bytes(int offset, const std::string& hex) {
-    return ", \"" + std::to_string(offset) + "\": \"" + hex + "\"";
-}
-
 TEST(CheckSumResult, EveryLayoutChecksItsRanges) {
     struct Range {
         std::string name;
-        int start, end;  ///< the stored byte comes right after the end
+        std::size_t start, end;  ///< the stored byte comes right after the end
     };
     const Range af{"AF", 40, 66};
     const Range awb{"AWB", 1873, 1891};
@@ -100,18 +95,19 @@ TEST(CheckSumResult, EveryLayoutChecksItsRanges) {
     for (std::size_t row = 0; row < std::size(kLayouts); ++row) {
         const auto& [header, readHeaderId, name, ranges] = kLayouts[row];
         for (const unsigned broken : {0U, 1U, 0b01010U, 0b10101U}) {
-            std::string bytes = "\"8\": \"" + header + "\"";
+            std::map<std::size_t, std::string> bytes{{8, header}};
             Lines log{"D instanceId(0) match eeprom check is halcyrion_" + name + "_eeprom"};
             for (std::size_t i = 0; i < ranges.size(); ++i) {
                 // 200 and 100 at the ends make 300 % 255 + 1 = 46; the byte in front takes no part.
                 const bool fails = (broken >> i & 1U) != 0;
-                bytes += Bytes(ranges[i].start - 1, "11C8") + Bytes(ranges[i].end, fails ? "642F" : "642E");
+                bytes[ranges[i].start - 1] = "11C8";
+                bytes[ranges[i].end] = fails ? "642F" : "642E";
                 log.push_back((fails ? "E submodule(" : "D submodule(") + ranges[i].name +
                               (fails ? ") checksum fail !" : ") checksum ok !"));
             }
             Updating device(Phone(bytes));
             EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, 0), 0);
-            EXPECT_EQ(device.tags(), CheckSumResult(device.phone.errors().empty() ? 1 : 0)) << bytes;
+            EXPECT_EQ(device.tags(), CheckSumResult(broken == 0 ? 1 : 0)) << name << broken;
             EXPECT_EQ(device.phone.logOf("MatchHeaderId"), HeaderLog(readHeaderId, row));
             EXPECT_EQ(device.phone.logOf("MetadataUpdateCheckSumResult"), log);
         }
@@ -122,14 +118,14 @@ TEST(CheckSumResult, ASumOfAMultipleOf255HasCheckSumOne) {
     // The last bytes of the white balance, then its checksum.
     const std::map<std::string, int> cases{{"00FF01", 1}, {"00FF00", 0}, {"FFFF01", 1}, {"00FEFF", 1}};
     for (const auto& [lastBytes, result] : cases) {
-        Updating device(Phone(R"("8": "73FFFF00", "3800": "01")" + Bytes(1890, lastBytes)));
+        Updating device(Phone({{8, "73FFFF00"}, {3800, "01"}, {1890, lastBytes}}));
         device.plugin.MetadataUpdateCheckSumResult(device.meta, 0);
         EXPECT_EQ(device.tags(), CheckSumResult(result)) << lastBytes;
     }
 }
 
 TEST(CheckSumResult, AnUnknownLayoutPasses) {
-    Updating device(Phone(R"("8": "C28E3C04")"));
+    Updating device(Phone({{8, "C28E3C04"}}));
     EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, 0), 0);
     EXPECT_EQ(device.tags(), CheckSumResult(1));
     EXPECT_EQ(device.phone.logOf("MatchHeaderId"), HeaderLog("0x43c8ec2", 3));

@@ -9,7 +9,7 @@
 namespace {
 
 TEST(FileBuffer, WholeFileAndExtraZeros) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     const struct {
         std::vector<std::uint8_t> content;
         int extra;
@@ -29,7 +29,7 @@ TEST(FileBuffer, WholeFileAndExtraZeros) {
 }
 
 TEST(FileBuffer, FailuresLeaveTheOutputsAlone) {
-    TestPhone phone("{}");
+    TestPhone phone;
     const std::string root = phone.phone().root();
     phone.write("/data/beauty", {1});
     phone.write("/data/huge", {});

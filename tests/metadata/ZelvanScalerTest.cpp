@@ -1,5 +1,3 @@
-#include <map>
-
 #include "tests/metadata/MetadataTest.h"
 #include "tests/metadata/StreamLists.h"
 
@@ -12,31 +10,19 @@ constexpr std::uint32_t kVendorList = ZELVAN_SCALER_STREAM_CONFIGURATIONS;
 /// The instance of the phones below: its lowest sensor has index 1.
 constexpr int kInstance = 2;
 
-struct Sensor {
-    int deviceId;
-    std::map<std::size_t, std::string> modes;  ///< sizes by mode; the others are 0 by 0
-    std::string sizes = {};                    ///< "pixelArray" and "captureSize", led by a comma
-};
-
-std::string Phone(const Sensor& sensor, const std::string& keys = R"("name": "healthy")") {
-    std::string modes;
-    for (std::size_t mode = 0; mode < 20; ++mode) {
-        const auto stated = sensor.modes.find(mode);
-        modes += (mode == 0 ? "[" : ", [") + (stated == sensor.modes.end() ? "0, 0" : stated->second) + "]";
-    }
-    return PhoneOf({{31}, {sensor.deviceId, R"("modes": [)" + modes + "]" + sensor.sizes}, {30}},
-                   R"("logicalDevices": [{}, {}, {"sensorBits": 6}, {}], )" + keys);
+PhoneBuilder Phone(const FittedSensor& sensor, const Faults& faults = {}) {
+    return PhoneOf({{31}, sensor, {30}}).devices({{}, {}, {.sensorBits = 6}, {}}).faults(faults);
 }
 
 TEST(ZelvanScaler, WhatDependsOnTheDevice) {
     // `main` and `mode8K` are empty where there is no super resolution and no 8K mode.
-    const auto expect = [](const Sensor& sensor, const std::string& role, const std::string& binning,
+    const auto expect = [](const FittedSensor& sensor, const std::string& role, const std::string& binning,
                            const std::string& maxJpegSize, const std::string& main,
                            const std::string& mode8K) {
-        SCOPED_TRACE(sensor.deviceId);
+        SCOPED_TRACE(role);
         Updating device(Phone(sensor));
         EXPECT_EQ(device.plugin.MetadataUpdateScaler(device.meta, kInstance), 0);
-        const std::string full = sensor.deviceId == 7 ? "34 4096 3072 1" : "34 0 0 1";
+        const std::string full = *sensor.deviceId == 7 ? "34 4096 3072 1" : "34 0 0 1";
         EXPECT_EQ(Tuples(device.meta.entryFor(kVendorList))[0], full);
         EXPECT_EQ(Tuples(device.meta.entryFor(ANDROID_SCALER_AVAILABLE_STREAM_CONFIGURATIONS))[0], full);
         Tags tags = device.tags();
@@ -54,28 +40,28 @@ TEST(ZelvanScaler, WhatDependsOnTheDevice) {
         }
         EXPECT_EQ(tags, expected);
         Lines lines = {"I enter",
-                       "I deviceID = 0x" + std::to_string(sensor.deviceId) + ", instanceId = 0x2, ",
+                       "I deviceID = 0x" + std::to_string(*sensor.deviceId) + ", instanceId = 0x2, ",
                        "I MetadataUpdateScaler roleId = " + role, "I exit"};
         if (!mode8K.empty()) {
             lines.insert(lines.end() - 1, "I find 8K sensormode : " + mode8K);
         }
         EXPECT_EQ(device.phone.logOf("MetadataUpdateScaler"), lines);
     };
-    const auto sizes = [](const std::string& pixelArray, const std::string& captureSize) {
-        return ", \"pixelArray\": [" + pixelArray + "], \"captureSize\": [" + captureSize + "]";
+    using Size = std::array<int, 2>;
+    const auto fitted = [](int deviceId, Size pixelArray, Size captureSize,
+                           const std::map<std::size_t, Size>& modes) {
+        return FittedSensor{
+            .deviceId = deviceId, .pixelArray = pixelArray, .captureSize = captureSize, .modes = modes};
     };
-    const Sensor wide{7,
-                      {{0, "4096, 3072"}, {8, "8192, 6144"}, {18, "7680, 4319"}, {19, "7680, 4320"}},
-                      sizes("8192, 6144", "4096, 3072")};
-    expect(wide, "0", "4", "18874368", "1", "19");
+    expect(fitted(7, {8192, 6144}, {4096, 3072},
+                  {{0, {4096, 3072}}, {8, {8192, 6144}}, {18, {7680, 4319}}, {19, {7680, 4320}}}),
+           "0", "4", "18874368", "1", "19");
     // The first 8K mode counts. Without a capture size nothing is divided by it.
-    const Sensor ultra{
-        3, {{5, "7680, 4320"}, {8, "4208, 0"}, {19, "7680, 4320"}}, sizes("4208, 3120", "0, 0")};
-    expect(ultra, "21", "0", "0", "", "5");
+    expect(fitted(3, {4208, 3120}, {0, 0}, {{5, {7680, 4320}}, {8, {4208, 0}}, {19, {7680, 4320}}}), "21",
+           "0", "0", "", "5");
     // The array's area is no signed number, the JPEG size is one that wrapped.
-    const Sensor front{1, {{8, "0, 2464"}}, sizes("65535, 65535", "65535, 65535")};
-    expect(front, "1", "1", "-196606", "", "");
-    expect({2, {}, sizes("4000, 3000", "4000, 3001")}, "20", "0", "18006000", "0", "");
+    expect(fitted(1, {65535, 65535}, {65535, 65535}, {{8, {0, 2464}}}), "1", "1", "-196606", "", "");
+    expect(fitted(2, {4000, 3000}, {4000, 3001}, {}), "20", "0", "18006000", "0", "");
 }
 
 Lines VendorTuples(Updating& device, int roleId, int width, int height) {
@@ -84,7 +70,7 @@ Lines VendorTuples(Updating& device, int roleId, int width, int height) {
 }
 
 TEST(ZelvanScaler, VendorListInFull) {
-    Updating device("{}");
+    Updating device;
     EXPECT_THAT(
         VendorTuples(device, 0, 176, 144),
         ElementsAre("34 176 144 1", "35 176 144 1", "32 176 144 0", "37 176 144 0", "842094169 2560 1920 0",
@@ -109,7 +95,7 @@ TEST(ZelvanScaler, VendorListInFull) {
 }
 
 TEST(ZelvanScaler, VendorListOfLargeSensors) {
-    Updating device("{}");
+    Updating device;
     const struct {
         int width, height;
         std::string yv12;  ///< outputs before the sizes of the catalogue
@@ -147,7 +133,8 @@ TEST(ZelvanScaler, RefusedUpdatesStopNothing) {
         {"[MetadataUpdateScaler" + text, ZELVAN_SCALER_CONFIGURED},
         {"(silent)", ANDROID_SCALER_AVAILABLE_MIN_FRAME_DURATIONS},
     };
-    Updating device(Phone({7, {{0, "4000, 3000"}, {8, "8192, 6144"}}}, RefusalKeys(refusals)));
+    Updating device(
+        Phone({.deviceId = 7, .modes = {{0, {4000, 3000}}, {8, {8192, 6144}}}}, FaultsOf(refusals)));
     EXPECT_EQ(device.plugin.MetadataUpdateScaler(device.meta, kInstance), 0);
     Lines lines = RefusalLines(refusals);
     lines.pop_back();
@@ -157,20 +144,20 @@ TEST(ZelvanScaler, RefusedUpdatesStopNothing) {
 }
 
 TEST(ZelvanScaler, EarlyFailuresWriteNothing) {
-    const auto fail = [](int deviceId, int instanceId, const std::string& faults, const std::string& error) {
+    const auto fail = [](int deviceId, int instanceId, const Faults& faults, const std::string& error) {
         SCOPED_TRACE(error);
-        Updating device(Phone({deviceId, {{0, "4000, 3000"}}}, "\"faults\": {" + faults + "}"));
+        Updating device(Phone({.deviceId = deviceId, .modes = {{0, {4000, 3000}}}}, faults));
         EXPECT_EQ(device.plugin.MetadataUpdateScaler(device.meta, instanceId), -1);
         EXPECT_EQ(device.tags(), Tags());
         EXPECT_EQ(device.phone.errors(), Lines{"[MetadataUpdateScaler] " + error});
     };
-    fail(7, 2, R"("moduleFactory": true)", "Cannot get logical device list");
-    fail(7, 2, R"("logicalDeviceList": true, "sensorList": true)", "Cannot get logical device list");
-    fail(7, 2, R"("sensorList": true)", "Cannot get sensor device list");
-    fail(7, 2, R"("staticInfo": [7], "sensorDrivers": [1])", "get sensor static info error : 7!");
-    fail(7, 3, "", "get sensor static info error : -1!");  // no sensor bit
-    fail(29, 2, R"("sensorDrivers": [1])", "get sensor drv error : 2!");
-    fail(29, 2, "", "find DeviceId2RoleId[29] error!");
+    fail(7, 2, {.moduleFactory = true}, "Cannot get logical device list");
+    fail(7, 2, {.logicalDeviceList = true, .sensorList = true}, "Cannot get logical device list");
+    fail(7, 2, {.sensorList = true}, "Cannot get sensor device list");
+    fail(7, 2, {.sensorDrivers = {1}, .staticInfo = {7}}, "get sensor static info error : 7!");
+    fail(7, 3, {}, "get sensor static info error : -1!");  // no sensor bit
+    fail(29, 2, {.sensorDrivers = {1}}, "get sensor drv error : 2!");
+    fail(29, 2, {}, "find DeviceId2RoleId[29] error!");
 }
 
 }  // namespace
