@@ -1,6 +1,5 @@
 #include <array>
 #include <bit>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <optional>

@@ -1,4 +1,5 @@
 #include <random>
+#include <utility>
 
 #include "calibration/calibrationdata.h"
 #include "formats/OisCalibrationFile.h"
@@ -56,7 +57,7 @@ TEST(RandomFiles, OisFilesOfEveryLength) {
         int gainX = -1;
         int gainY = -2;
         EXPECT_STREQ(plugin.GetOisParamFromPersist(gainX, gainY), "2") << size;
-        EXPECT_EQ(gainX * 10 + gainY, -12);
+        EXPECT_EQ(std::pair(gainX, gainY), std::pair(-1, -2));
 
         const formats::OisCalibrationReading reading = formats::ReadOisCalibrationFile(bytes);
         EXPECT_EQ(reading.crcGood, checks) << size;

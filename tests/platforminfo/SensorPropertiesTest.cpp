@@ -7,7 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(SensorInfoProperties, AnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
+TEST(SensorProperties, SensorInfoOfAnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
     const Bytes eeprom = Eeprom({{1, "03"}, {8, "1A"}, {12, "07"}});
     const TestPhone phone(PhoneOf({{7, eeprom}, {1}, {99}, {3, eeprom}}));
     EXPECT_EQ(TestPlugin().SetSensorInfoProp(), -1);
@@ -21,7 +21,7 @@ TEST(SensorInfoProperties, AnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
                             "E find mZVSensorInfoProp[-1] error!"));
 }
 
-TEST(AFInfoProperties, EverySensorIsTriedOnItsOwn) {
+TEST(SensorProperties, AFInfoOfEverySensorOnItsOwn) {
     const auto focus = [](int deviceId, bool capable, const std::array<CamCalAfPoint, 2>& points) {
         return FittedSensor{.deviceId = deviceId, .autofocus = {{.capable = capable, .points = points}}};
     };
@@ -43,7 +43,7 @@ TEST(AFInfoProperties, EverySensorIsTriedOnItsOwn) {
                             "I [AFINFO] fail to read cam cal for roleID(60)"));
 }
 
-TEST(DataBinProperty, DecimalMaskAndWhetherItWasRefused) {
+TEST(SensorProperties, DataBinsAsDecimalMaskAndWhetherItWasRefused) {
     const std::string name = "vendor.camera.sensor.zv.databin.existmask";
     for (const bool refused : {false, true}) {
         const TestPhone phone(PhoneBuilder().faults({.propertySet = {refused ? name : "other"}}));
@@ -56,7 +56,7 @@ TEST(DataBinProperty, DecimalMaskAndWhetherItWasRefused) {
     }
 }
 
-TEST(SensorList, Missing) {
+TEST(SensorProperties, MissingSensorList) {
     const TestPhone phone(PhoneBuilder().faults({.sensorList = true}));
     TestPlugin plugin;
     EXPECT_EQ(plugin.GetRoleIdBySensorIdx(0), -1);
@@ -73,10 +73,12 @@ TEST(SensorList, Missing) {
                             "E [SetAFInfoProp] MAKE_HalSensorList is NULL!"));
 }
 
-TEST(SensorList, Empty) {
+TEST(SensorProperties, EmptySensorList) {
     const TestPhone phone;
     TestPlugin plugin;
-    EXPECT_EQ(plugin.SetFuseIdProp() + plugin.SetSensorInfoProp() + plugin.SetAFInfoProp(), 0);
+    EXPECT_EQ(plugin.SetFuseIdProp(), 0);
+    EXPECT_EQ(plugin.SetSensorInfoProp(), 0);
+    EXPECT_EQ(plugin.SetAFInfoProp(), 0);
     EXPECT_THAT(phone.log(), ElementsAre("I [SetFuseIdProp] enter", "I [SetFuseIdProp] exit"));
 }
 
