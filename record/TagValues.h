@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -61,7 +63,15 @@ class TagValues {
         return items == nullptr ? std::span<const Item>() : std::span<const Item>(*items);
     }
 
-    friend bool operator==(const TagValues&, const TagValues&) = default;
+    /// The same items of the same type. Not a number equals itself here.
+    friend bool operator==(const TagValues& left, const TagValues& right) {
+        const auto floats = left.as<float>();
+        const auto others = right.as<float>();
+        return floats.empty()
+                   ? left.mItems == right.mItems
+                   : std::equal(floats.begin(), floats.end(), others.begin(), others.end(),
+                                [](float a, float b) { return a == b || (std::isnan(a) && std::isnan(b)); });
+    }
 
   private:
     Items mItems;

@@ -16,12 +16,18 @@ int LogicalDeviceList::deviceCount() const {
 }
 
 std::vector<int> LogicalDeviceList::sensorIds(int instanceId) const {
-    return device(instanceId).sensorIds;
+    std::vector<int> ids;
+    for (const tables::MemberSensorId member : device(instanceId).members) {
+        ids.push_back(Number(member));
+    }
+    return ids;
 }
 
 int LogicalDeviceList::sensorDeviceIndex(int sensorId) const {
-    const auto stated = mPhone.sensorDeviceIndexes.find(sensorId);
-    return stated == mPhone.sensorDeviceIndexes.end() ? DeviceIdOf(mPhone, sensorId) : stated->second;
+    const auto stated = mPhone.sensorDeviceIndexes.find(tables::MemberSensorId{sensorId});
+    return stated == mPhone.sensorDeviceIndexes.end()
+               ? Number(DeviceIdOf(mPhone, tables::SensorIndex{sensorId}))
+               : Number(stated->second);
 }
 
 unsigned LogicalDeviceList::isMultiSensorDevice(int instanceId) const {
@@ -29,7 +35,7 @@ unsigned LogicalDeviceList::isMultiSensorDevice(int instanceId) const {
 }
 
 unsigned LogicalDeviceList::sensorBits(int instanceId) const {
-    return device(instanceId).sensorBits;
+    return Number(device(instanceId).sensorBits);
 }
 
 std::string LogicalDeviceList::deviceName(int instanceId) const {

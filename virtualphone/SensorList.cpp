@@ -9,15 +9,19 @@ namespace virtualphone {
 namespace {
 
 void FillStaticInfo(const SensorDescription& sensor, NSCam::SensorStaticInfo& info) {
-    info.sensorId = sensor.sensorId;
+    info.sensorId = Number(sensor.chipSensorId);
     info.pixelArrayWidth = sensor.pixelArray.width;
     info.pixelArrayHeight = sensor.pixelArray.height;
     info.captureWidth = sensor.captureSize.width;
     info.captureHeight = sensor.captureSize.height;
 }
 
-bool IsSensor(const PhoneDescription& phone, int index) {
-    return index >= 0 && index < static_cast<int>(phone.sensors.size());
+/// Null for an index that is no sensor.
+const SensorDescription* FindSensor(const PhoneDescription& phone, tables::SensorIndex index) {
+    const int position = Number(index);
+    return position >= 0 && position < static_cast<int>(phone.sensors.size())
+               ? &phone.sensors[static_cast<std::size_t>(position)]
+               : nullptr;
 }
 
 }  // namespace
@@ -26,16 +30,15 @@ const SensorDescription* FindSensorByBit(const PhoneDescription& phone, std::uin
     if (!std::has_single_bit(deviceBit)) {
         return nullptr;
     }
-    const int index = std::countr_zero(deviceBit);
-    return IsSensor(phone, index) ? &phone.sensors[static_cast<std::size_t>(index)] : nullptr;
+    return FindSensor(phone, tables::SensorIndex{std::countr_zero(deviceBit)});
 }
 
-int DeviceIdOf(const PhoneDescription& phone, int index) {
-    if (IsSensor(phone, index)) {
-        return phone.sensors[static_cast<std::size_t>(index)].deviceId;
+tables::DeviceId DeviceIdOf(const PhoneDescription& phone, tables::SensorIndex index) {
+    if (const SensorDescription* const sensor = FindSensor(phone, index)) {
+        return sensor->deviceId;
     }
     const auto alias = phone.sensorAliases.find(index);
-    return alias == phone.sensorAliases.end() ? -1 : alias->second.deviceId;
+    return alias == phone.sensorAliases.end() ? SensorAlias().deviceId : alias->second.deviceId;
 }
 
 void HalSensor::sendCommand(int, std::uint32_t command, std::uint32_t, std::vector<std::int32_t>& reply) {
@@ -56,15 +59,16 @@ int SensorList::sensorCount() const {
 }
 
 unsigned SensorList::deviceBits(int sensorIndex) const {
-    if (IsSensor(mPhone, sensorIndex)) {
-        return mPhone.sensors[static_cast<std::size_t>(sensorIndex)].deviceBits;
+    const tables::SensorIndex index{sensorIndex};
+    if (const SensorDescription* const sensor = FindSensor(mPhone, index)) {
+        return Number(sensor->deviceBits);
     }
-    const auto alias = mPhone.sensorAliases.find(sensorIndex);
-    return alias == mPhone.sensorAliases.end() ? 0 : alias->second.deviceBits;
+    const auto alias = mPhone.sensorAliases.find(index);
+    return alias == mPhone.sensorAliases.end() ? 0 : Number(alias->second.deviceBits);
 }
 
 int SensorList::deviceId(int sensorIndex) const {
-    return DeviceIdOf(mPhone, sensorIndex);
+    return Number(DeviceIdOf(mPhone, tables::SensorIndex{sensorIndex}));
 }
 
 void SensorList::querySensorStaticInfo(unsigned deviceBit, NSCam::SensorStaticInfo& info) const {
@@ -74,11 +78,11 @@ void SensorList::querySensorStaticInfo(unsigned deviceBit, NSCam::SensorStaticIn
 }
 
 const NSCam::SensorStaticInfo* SensorList::sensorStaticInfo(int deviceId) const {
-    if (mPhone.faults.staticInfo.contains(deviceId)) {
+    if (mPhone.faults.staticInfo.contains(tables::DeviceId{deviceId})) {
         return nullptr;
     }
     for (std::size_t i = 0; i < mPhone.sensors.size(); ++i) {
-        if (mPhone.sensors[i].deviceId == deviceId) {
+        if (mPhone.sensors[i].deviceId == tables::DeviceId{deviceId}) {
             return &mStaticInfo[i];
         }
     }
@@ -86,7 +90,8 @@ const NSCam::SensorStaticInfo* SensorList::sensorStaticInfo(int deviceId) const 
 }
 
 NSCam::IHalSensor* SensorList::createSensor(const char*, int sensorId) {
-    if (!IsSensor(mPhone, sensorId) || mPhone.faults.sensorObjects.contains(sensorId)) {
+    const tables::SensorIndex index{sensorId};
+    if (FindSensor(mPhone, index) == nullptr || mPhone.faults.sensorObjects.contains(index)) {
         return nullptr;
     }
     return &mSensors[static_cast<std::size_t>(sensorId)];

@@ -42,9 +42,9 @@ TEST(ModuleInfoProperties, ARoleWithoutANameEndsIt) {
     // A device of such a role ends it as well, fitted or not.
     const TestPhone phone;
     TestPlugin plugin;
-    plugin.DeviceId2RoleId[9].roleId = 22;
+    plugin.DeviceId2RoleId[9].roleId = 2;
     EXPECT_EQ(plugin.SetModuleInfoProp(), -1);
-    EXPECT_THAT(phone.errors(), ElementsAre("[SetModuleInfoProp] find mRoleId2ModuleName[22] error!"));
+    EXPECT_THAT(phone.errors(), ElementsAre("[SetModuleInfoProp] find mRoleId2ModuleName[2] error!"));
 }
 
 }  // namespace

@@ -22,10 +22,10 @@ TEST(SensorProperties, SensorInfoOfAnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
 }
 
 TEST(SensorProperties, AFInfoOfEverySensorOnItsOwn) {
-    const auto focus = [](int deviceId, bool capable, const std::array<CamCalAfPoint, 2>& points) {
+    const auto focus = [](int deviceId, bool capable, const std::array<virtualphone::FocusPoint, 2>& points) {
         return FittedSensor{.deviceId = deviceId, .autofocus = {{.capable = capable, .points = points}}};
     };
-    const std::array<CamCalAfPoint, 2> points{{{3009, 123}, {100, 456}}};
+    const std::array<virtualphone::FocusPoint, 2> points{{{3009, 123}, {100, 456}}};
     const TestPhone phone(PhoneOf({focus(7, true, points),
                                    focus(1, false, {}),
                                    focus(99, true, points),
@@ -41,6 +41,20 @@ TEST(SensorProperties, AFInfoOfEverySensorOnItsOwn) {
                             "E [AFINFO] roleID(-1) set property name failed ",
                             "I [AFINFO] set afinfo property for roleID(21): -1:-5,-214748364:-2147483648,",
                             "I [AFINFO] fail to read cam cal for roleID(60)"));
+}
+
+TEST(SensorProperties, NamesOfEveryRole) {
+    const std::pair<int, std::string> kRoles[] = {{0, "w"},    {1, "f"},    {20, "t"}, {21, "u"},   {22, "m"},
+                                                  {23, "t4x"}, {24, "m2x"}, {25, "d"}, {40, "faux"}};
+    for (const auto& [roleId, name] : kRoles) {
+        const TestPhone phone(PhoneBuilder().sensors({{.autofocus = {{.capable = true, .points = {}}}}}));
+        TestPlugin plugin;
+        plugin.DeviceId2RoleId[0].roleId = roleId;
+        plugin.SetSensorInfoProp();
+        plugin.SetAFInfoProp();
+        EXPECT_EQ(phone.property("vendor.camera.sensor." + name + ".sensorInfo"), "FF, FF, FF");
+        EXPECT_EQ(phone.property("persist.vendor.camera.sensor." + name + ".afInfo"), "0:0,0:0,");
+    }
 }
 
 TEST(SensorProperties, DataBinsAsDecimalMaskAndWhetherItWasRefused) {

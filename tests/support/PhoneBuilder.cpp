@@ -7,6 +7,16 @@
 
 namespace {
 
+/// Plain numbers as those of a numbering.
+template <typename Numbering, template <typename...> typename List>
+List<Numbering> As(const List<int>& numbers) {
+    List<Numbering> typed;
+    for (const int number : numbers) {
+        typed.insert(typed.end(), Numbering{number});
+    }
+    return typed;
+}
+
 virtualphone::PixelSize SizeOf(const std::array<int, 2>& size) {
     return {.width = static_cast<std::uint16_t>(size[0]), .height = static_cast<std::uint16_t>(size[1])};
 }
@@ -27,9 +37,9 @@ PhoneBuilder& PhoneBuilder::sensors(const std::vector<FittedSensor>& sensors) {
     for (const FittedSensor& fitted : sensors) {
         const std::size_t index = mPhone.sensors.size();
         virtualphone::SensorDescription& sensor = mPhone.sensors.emplace_back();
-        sensor.deviceBits = fitted.deviceBits.value_or(1U << index);
-        sensor.deviceId = fitted.deviceId.value_or(static_cast<int>(index));
-        sensor.sensorId = fitted.sensorId;
+        sensor.deviceBits = tables::DeviceBits{fitted.deviceBits.value_or(1U << index)};
+        sensor.deviceId = tables::DeviceId{fitted.deviceId.value_or(static_cast<int>(index))};
+        sensor.chipSensorId = tables::ChipSensorId{fitted.sensorId};
         sensor.pixelArray = SizeOf(fitted.pixelArray);
         sensor.captureSize = SizeOf(fitted.captureSize);
         for (const auto& [mode, size] : fitted.modes) {
@@ -45,7 +55,8 @@ PhoneBuilder& PhoneBuilder::sensors(const std::vector<FittedSensor>& sensors) {
 }
 
 PhoneBuilder& PhoneBuilder::alias(int index, std::uint32_t deviceBits, int deviceId) {
-    mPhone.sensorAliases[index] = {.deviceBits = deviceBits, .deviceId = deviceId};
+    mPhone.sensorAliases[tables::SensorIndex{index}] = {.deviceBits = tables::DeviceBits{deviceBits},
+                                                        .deviceId = tables::DeviceId{deviceId}};
     return *this;
 }
 
@@ -53,14 +64,14 @@ PhoneBuilder& PhoneBuilder::devices(const std::vector<LogicalDevice>& devices) {
     for (const LogicalDevice& device : devices) {
         mPhone.logicalDevices.push_back({.name = device.name,
                                          .multiSensor = device.multiSensor,
-                                         .sensorIds = device.sensorIds,
-                                         .sensorBits = device.sensorBits});
+                                         .members = As<tables::MemberSensorId>(device.sensorIds),
+                                         .sensorBits = tables::DeviceBits{device.sensorBits}});
     }
     return *this;
 }
 
 PhoneBuilder& PhoneBuilder::deviceIndex(int sensorId, int deviceIndex) {
-    mPhone.sensorDeviceIndexes[sensorId] = deviceIndex;
+    mPhone.sensorDeviceIndexes[tables::MemberSensorId{sensorId}] = tables::DeviceIndex{deviceIndex};
     return *this;
 }
 
@@ -79,9 +90,9 @@ PhoneBuilder& PhoneBuilder::faults(const Faults& faults) {
                      .logicalDeviceList = faults.logicalDeviceList,
                      .sensorList = faults.sensorList,
                      .calibrationDriver = faults.calibrationDriver,
-                     .sensorDrivers = faults.sensorDrivers,
-                     .sensorObjects = faults.sensorObjects,
-                     .staticInfo = faults.staticInfo,
+                     .sensorDrivers = As<tables::SensorIndex>(faults.sensorDrivers),
+                     .sensorObjects = As<tables::SensorIndex>(faults.sensorObjects),
+                     .staticInfo = As<tables::DeviceId>(faults.staticInfo),
                      .metadataUpdate = faults.metadataUpdate,
                      .propertySet = faults.propertySet};
     return *this;

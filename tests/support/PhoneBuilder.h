@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <map>
@@ -68,11 +69,11 @@ class PhoneBuilder {
     /// What a metadata provider holds before start-up; no items: an entry that is stored empty.
     template <typename Item = std::int32_t>
     PhoneBuilder& holds(std::uint32_t provider, std::uint32_t tag, const std::vector<Item>& items) {
-        NSCam::IMetadata::IEntry entry(tag);
-        for (const Item& item : items) {
-            entry.push_back(item);
-        }
-        mPhone.staticMetadata[provider].push_back(entry);
+        record::TagSet& set = mPhone.staticMetadata[tables::ProviderId{provider}];
+        std::erase_if(set, [tag](const record::Tag& held) { return held.tag == tag; });
+        const auto place =
+            std::find_if(set.begin(), set.end(), [tag](const auto& held) { return held.tag > tag; });
+        set.insert(place, {.tag = tag, .values = record::TagValues(items)});
         return *this;
     }
     PhoneBuilder& faults(const Faults& faults);

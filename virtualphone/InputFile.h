@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "virtualphone/JsonValue.h"
-
 namespace virtualphone {
 
 /// Largest file that is read or made: far beyond any file of a phone, and no threat to memory.
@@ -22,9 +20,5 @@ struct FileContent {
 /// Reads a file of at most kLargestFile bytes. Folders are refused, and with `regularOnly` pipes and devices
 /// too.
 FileContent ReadWholeFile(const std::filesystem::path& path, bool regularOnly);
-
-/// Reads the file that a phone file names; a relative path starts at `folder`.
-/// @throws PhoneFileError when it cannot be read.
-std::vector<std::uint8_t> ReadSideFile(const JsonValue& name, const std::filesystem::path& folder);
 
 }  // namespace virtualphone

@@ -6,8 +6,8 @@
 
 #include "formats/DualCalibrationFile.h"
 #include "formats/OisCalibrationFile.h"
-#include "virtualphone/PhoneFileSections.h"
-#include "virtualphone/SideFile.h"
+#include "virtualphone/InputFile.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 
@@ -15,34 +15,52 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// Bytes that a phone file writes down: one byte repeated ("fill", "size"), or hexadecimal text ("hex").
+/// Bytes that a phone file writes down: one byte repeated ("fill", "size"), over which others may lie by
+/// offset
+/// ("bytes"); or hexadecimal text ("hex").
 struct InlineBytes {
     std::optional<std::uint8_t> fill;
     std::optional<std::size_t> size;
+    std::optional<JsonValue> patches;
     std::optional<Bytes> hex;
 
-    std::pair<std::string_view, JsonValue::Reader> fillKey() {
+    using Key = std::pair<std::string_view, JsonValue::Reader>;
+    Key fillKey() {
         return {"fill", [this](const JsonValue& v) { fill = v.integer<std::uint8_t>(); }};
     }
-    std::pair<std::string_view, JsonValue::Reader> sizeKey() {
+    Key sizeKey() {
         return {"size", [this](const JsonValue& v) { size = v.integer<std::uint32_t>(0, kLargestFile); }};
     }
-    std::pair<std::string_view, JsonValue::Reader> hexKey() {
+    Key bytesKey() {
+        return {"bytes", [this](const JsonValue& v) { patches = v; }};
+    }
+    Key hexKey() {
         return {"hex", [this](const JsonValue& v) { hex = v.hex(); }};
     }
-    bool isFill() const { return fill || size; }
+    bool isFill() const { return fill || size || patches; }
     /// Fails for one of the two keys that belong together.
     void check(const JsonValue& value) const {
-        if (fill.has_value() != size.has_value()) {
-            value.fail(R"("fill" and "size" together)", fill ? "fill alone" : "size alone");
+        if (isFill() && !(fill && size)) {
+            value.fail(R"("fill" and "size" together)", fill   ? "fill alone"
+                                                        : size ? "size alone"
+                                                               : "neither");
         }
     }
-    Bytes bytes() const { return hex ? *hex : Bytes(size.value_or(0), fill.value_or(0)); }
+    Bytes bytes() const {
+        if (hex) {
+            return *hex;
+        }
+        Bytes filled(size.value_or(0), fill.value_or(0));
+        if (patches) {
+            ReadBytesByOffset(*patches, filled);
+        }
+        return filled;
+    }
 };
 
 Bytes ReadBlock(const JsonValue& value) {
     InlineBytes block;
-    value.readKeys({block.fillKey(), block.sizeKey(), block.hexKey()});
+    value.readKeys({block.fillKey(), block.sizeKey(), block.bytesKey(), block.hexKey()});
     if (block.hex && block.isFill()) {
         value.fail(R"(either "hex" or "fill" and "size")", "both");
     }
@@ -97,6 +115,7 @@ Bytes ReadContent(const JsonValue& value, const std::filesystem::path& folder) {
     value.readKeys({
         written.fillKey(),
         written.sizeKey(),
+        written.bytesKey(),
         written.hexKey(),
         {"text", [&](const JsonValue& v) { make(TextBytes(v.text())); }},
         {"file", [&](const JsonValue& v) { make(ReadSideFile(v, folder)); }},
@@ -113,21 +132,33 @@ Bytes ReadContent(const JsonValue& value, const std::filesystem::path& folder) {
 }
 
 /// Whether a path is absolute and names one file in one way only.
-bool IsPhonePath(const std::string& path) {
+bool IsPhonePath(std::string_view path) {
     const std::filesystem::path parsed(path);
-    return path.starts_with('/') && !path.ends_with('/') && path.find('\0') == std::string::npos &&
-           path.find("//") == std::string::npos && parsed == parsed.lexically_normal();
+    return path.starts_with('/') && !path.ends_with('/') && path.find("//") == std::string::npos &&
+           parsed == parsed.lexically_normal();
 }
 
 }  // namespace
 
+std::vector<std::uint8_t> ReadSideFile(const JsonValue& name, const std::filesystem::path& folder) {
+    const std::filesystem::path path = folder / name.plainText();
+    FileContent content = ReadWholeFile(path, /*regularOnly=*/true);
+    if (!content.error.empty()) {
+        name.fail("a readable file", path.string() + ": " + content.error);
+    }
+    return std::move(content.bytes);
+}
+
 void ReadFiles(const JsonValue& value, const std::filesystem::path& folder, PhoneDescription& phone) {
     std::size_t total = 0;
     for (const auto& [path, content] : value.members()) {
+        if (path.find('\0') != std::string_view::npos) {
+            content.fail("an absolute path as the key", "a key with a zero byte");
+        }
         if (!IsPhonePath(path)) {
             content.fail(R"(an absolute path as the key, without ".", ".." or empty parts)", "another path");
         }
-        Bytes& bytes = phone.files[path] = ReadContent(content, folder);
+        Bytes& bytes = phone.files[std::string(path)] = ReadContent(content, folder);
         total += bytes.size();
         if (total > kLargestFile) {
             content.fail("at most " + std::to_string(kLargestFile) + " bytes in all files up to this one",

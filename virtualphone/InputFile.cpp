@@ -1,10 +1,9 @@
-#include "virtualphone/SideFile.h"
+#include "virtualphone/InputFile.h"
 
 #include <array>
 #include <cerrno>
 #include <fstream>
 #include <system_error>
-#include <utility>
 
 namespace virtualphone {
 
@@ -39,15 +38,6 @@ FileContent ReadWholeFile(const fs::path& path, bool regularOnly) {
         return {.bytes = {}, .error = "a read error"};
     }
     return content;
-}
-
-std::vector<std::uint8_t> ReadSideFile(const JsonValue& name, const fs::path& folder) {
-    const fs::path path = folder / name.plainText();
-    FileContent content = ReadWholeFile(path, /*regularOnly=*/true);
-    if (!content.error.empty()) {
-        name.fail("a readable file", path.string() + ": " + content.error);
-    }
-    return std::move(content.bytes);
 }
 
 }  // namespace virtualphone

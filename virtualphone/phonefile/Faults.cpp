@@ -1,18 +1,17 @@
 #include <set>
 #include <string>
 
-#include "virtualphone/PhoneFileSections.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 
 namespace {
 
-std::set<int> ReadNumbers(const JsonValue& value) {
-    std::set<int> numbers;
+template <typename Numbering>
+void ReadNumbers(const JsonValue& value, std::set<Numbering>& numbers) {
     for (const JsonValue& element : value.elements()) {
-        numbers.insert(element.integer<int>());
+        numbers.insert(element.integer<Numbering>());
     }
-    return numbers;
 }
 
 }  // namespace
@@ -24,9 +23,9 @@ void ReadFaults(const JsonValue& value, PhoneDescription& phone) {
         {"logicalDeviceList", [&](const JsonValue& v) { faults.logicalDeviceList = v.boolean(); }},
         {"sensorList", [&](const JsonValue& v) { faults.sensorList = v.boolean(); }},
         {"calibrationDriver", [&](const JsonValue& v) { faults.calibrationDriver = v.boolean(); }},
-        {"sensorDrivers", [&](const JsonValue& v) { faults.sensorDrivers = ReadNumbers(v); }},
-        {"sensorObjects", [&](const JsonValue& v) { faults.sensorObjects = ReadNumbers(v); }},
-        {"staticInfo", [&](const JsonValue& v) { faults.staticInfo = ReadNumbers(v); }},
+        {"sensorDrivers", [&](const JsonValue& v) { ReadNumbers(v, faults.sensorDrivers); }},
+        {"sensorObjects", [&](const JsonValue& v) { ReadNumbers(v, faults.sensorObjects); }},
+        {"staticInfo", [&](const JsonValue& v) { ReadNumbers(v, faults.staticInfo); }},
         {"metadataUpdate",
          [&](const JsonValue& v) {
              for (const auto& [tag, result] : v.numberedMembers<std::uint32_t>()) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -9,12 +8,26 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
-#include "virtualphone/JsonDocument.h"
+#include "virtualphone/phonefile/JsonDocument.h"
 
 namespace virtualphone {
+
+/// The integer type of a number: its own, or the one under a numbering.
+template <typename Number>
+struct PlainType {
+    using Type = Number;
+};
+template <typename Number>
+requires std::is_enum_v<Number>
+struct PlainType<Number> {
+    using Type = std::underlying_type_t<Number>;
+};
+template <typename Number>
+using Plain = typename PlainType<Number>::Type;
 
 /// One value of a phone file, with where it stands. Whatever is asked of it and does not hold raises a
 /// PhoneFileError that names the file, the JSON pointer and what was expected. Borrows the document.
@@ -22,7 +35,7 @@ class JsonValue {
   public:
     using Reader = std::function<void(const JsonValue&)>;
 
-    JsonValue(const Json& value, std::string pointer, const std::string& fileName);
+    explicit JsonValue(const JsonDocument& document) : JsonValue(document, document.root) {}
 
     /// Raises the error that this value is not what it should be.
     [[noreturn]] void fail(const std::string& expected) const;
@@ -37,30 +50,32 @@ class JsonValue {
     /// Bytes in hexadecimal; blanks in it mean nothing.
     std::vector<std::uint8_t> hex() const;
 
-    /// An integer of a type within std::int64_t, in decimal or as a text such as "0x8006000E".
-    template <std::integral Int>
-    Int integer(Int lowest = std::numeric_limits<Int>::min(),
-                Int highest = std::numeric_limits<Int>::max()) const {
-        return static_cast<Int>(integerWithin(lowest, highest));
+    /// An integer of a type within std::int64_t, or of a numbering; in decimal or as a text such as
+    /// "0x8006000E".
+    template <typename Number>
+    Number integer(Plain<Number> lowest = std::numeric_limits<Plain<Number>>::min(),
+                   Plain<Number> highest = std::numeric_limits<Plain<Number>>::max()) const {
+        return Number{static_cast<Plain<Number>>(integerWithin(lowest, highest))};
     }
 
     /// An array of at most `most` elements.
-    std::vector<JsonValue> elements(std::size_t most = std::numeric_limits<std::size_t>::max()) const;
+    std::vector<JsonValue> elements(std::size_t most = kMostElements) const;
 
     /// An object that has any of these keys and no other. The readers run in the order of the file.
     void readKeys(std::initializer_list<std::pair<std::string_view, Reader>> readers) const;
 
     /// An object whose keys are free.
-    std::vector<std::pair<std::string, JsonValue>> members() const;
+    std::vector<std::pair<std::string_view, JsonValue>> members() const;
 
     /// An object whose keys are numbers, decimal or hexadecimal, each number once.
-    template <std::integral Int>
-    std::vector<std::pair<Int, JsonValue>> numberedMembers(
-        Int lowest = std::numeric_limits<Int>::min(), Int highest = std::numeric_limits<Int>::max()) const {
-        std::vector<std::pair<Int, JsonValue>> numbered;
-        std::set<Int> seen;
+    template <typename Number>
+    std::vector<std::pair<Number, JsonValue>> numberedMembers(
+        Plain<Number> lowest = std::numeric_limits<Plain<Number>>::min(),
+        Plain<Number> highest = std::numeric_limits<Plain<Number>>::max()) const {
+        std::vector<std::pair<Number, JsonValue>> numbered;
+        std::set<Number> seen;
         for (const auto& [key, value] : members()) {
-            const Int number = static_cast<Int>(value.keyWithin(key, lowest, highest));
+            const Number number{static_cast<Plain<Number>>(value.keyWithin(key, lowest, highest))};
             if (!seen.insert(number).second) {
                 value.fail("each number once as a key", "it a second time");
             }
@@ -70,13 +85,14 @@ class JsonValue {
     }
 
   private:
+    JsonValue(const JsonDocument& document, const JsonNode& node) : mDocument(&document), mNode(&node) {}
+
     std::int64_t integerWithin(std::int64_t lowest, std::int64_t highest) const;
-    std::int64_t keyWithin(const std::string& key, std::int64_t lowest, std::int64_t highest) const;
+    std::int64_t keyWithin(std::string_view key, std::int64_t lowest, std::int64_t highest) const;
     std::string describe() const;
 
-    const Json* mValue;
-    std::string mPointer;
-    const std::string* mFileName;
+    const JsonDocument* mDocument;
+    const JsonNode* mNode;
 };
 
 }  // namespace virtualphone

@@ -2,8 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "virtualphone/EepromImage.h"
-#include "virtualphone/PhoneFileSections.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 
@@ -41,19 +40,15 @@ AutofocusDescription ReadAutofocus(const JsonValue& value) {
     return autofocus;
 }
 
-/// The device bits that an index has when the file does not say.
-std::uint32_t DefaultDeviceBits(int index) {
-    return index >= 0 && index < static_cast<int>(kMaxSensors) ? std::uint32_t{1} << index : 0;
-}
-
-SensorDescription ReadSensor(const JsonValue& value, int index, const std::filesystem::path& folder) {
+SensorDescription ReadSensor(const JsonValue& value, tables::SensorIndex index,
+                             const std::filesystem::path& folder) {
     SensorDescription sensor;
     sensor.deviceBits = DefaultDeviceBits(index);
-    sensor.deviceId = index;
+    sensor.deviceId = DefaultDeviceId(index);
     value.readKeys({
-        {"deviceBits", [&](const JsonValue& v) { sensor.deviceBits = v.integer<std::uint32_t>(); }},
-        {"deviceId", [&](const JsonValue& v) { sensor.deviceId = v.integer<int>(); }},
-        {"sensorId", [&](const JsonValue& v) { sensor.sensorId = v.integer<std::uint32_t>(); }},
+        {"deviceBits", [&](const JsonValue& v) { sensor.deviceBits = v.integer<tables::DeviceBits>(); }},
+        {"deviceId", [&](const JsonValue& v) { sensor.deviceId = v.integer<tables::DeviceId>(); }},
+        {"sensorId", [&](const JsonValue& v) { sensor.chipSensorId = v.integer<tables::ChipSensorId>(); }},
         {"pixelArray", [&](const JsonValue& v) { sensor.pixelArray = ReadSize(v); }},
         {"captureSize", [&](const JsonValue& v) { sensor.captureSize = ReadSize(v); }},
         {"modes",
@@ -77,42 +72,34 @@ SensorDescription ReadSensor(const JsonValue& value, int index, const std::files
 
 }  // namespace
 
+tables::DeviceBits DefaultDeviceBits(tables::SensorIndex index) {
+    const int bit = Number(index);
+    return tables::DeviceBits{bit >= 0 && bit < static_cast<int>(kMaxSensors) ? std::uint32_t{1} << bit : 0};
+}
+
+tables::DeviceId DefaultDeviceId(tables::SensorIndex index) {
+    return tables::DeviceId{Number(index)};
+}
+
 void ReadSensors(const JsonValue& value, const std::filesystem::path& folder, PhoneDescription& phone) {
     for (const JsonValue& element : value.elements(kMaxSensors)) {
-        phone.sensors.push_back(ReadSensor(element, static_cast<int>(phone.sensors.size()), folder));
+        phone.sensors.push_back(
+            ReadSensor(element, tables::SensorIndex{static_cast<int>(phone.sensors.size())}, folder));
     }
 }
 
 void ReadSensorAliases(const JsonValue& value, PhoneDescription& phone) {
     const int sensorCount = static_cast<int>(phone.sensors.size());
-    for (const auto& [index, element] : value.numberedMembers<int>()) {
-        if (index >= 0 && index < sensorCount) {
-            element.fail("an index that is no sensor as the key", std::to_string(index));
+    for (const auto& [index, element] : value.numberedMembers<tables::SensorIndex>()) {
+        if (Number(index) >= 0 && Number(index) < sensorCount) {
+            element.fail("an index that is no sensor as the key", std::to_string(Number(index)));
         }
-        SensorAlias alias{.deviceBits = DefaultDeviceBits(index), .deviceId = index};
+        SensorAlias alias{.deviceBits = DefaultDeviceBits(index), .deviceId = DefaultDeviceId(index)};
         element.readKeys({
-            {"deviceBits", [&](const JsonValue& v) { alias.deviceBits = v.integer<std::uint32_t>(); }},
-            {"deviceId", [&](const JsonValue& v) { alias.deviceId = v.integer<int>(); }},
+            {"deviceBits", [&](const JsonValue& v) { alias.deviceBits = v.integer<tables::DeviceBits>(); }},
+            {"deviceId", [&](const JsonValue& v) { alias.deviceId = v.integer<tables::DeviceId>(); }},
         });
         phone.sensorAliases[index] = alias;
-    }
-}
-
-void ReadLogicalDevices(const JsonValue& value, PhoneDescription& phone) {
-    for (const JsonValue& element : value.elements()) {
-        LogicalDeviceDescription device;
-        element.readKeys({
-            {"name", [&](const JsonValue& v) { device.name = v.text(); }},
-            {"multiSensor", [&](const JsonValue& v) { device.multiSensor = v.boolean(); }},
-            {"sensorIds",
-             [&](const JsonValue& v) {
-                 for (const JsonValue& sensorId : v.elements()) {
-                     device.sensorIds.push_back(sensorId.integer<int>());
-                 }
-             }},
-            {"sensorBits", [&](const JsonValue& v) { device.sensorBits = v.integer<std::uint32_t>(); }},
-        });
-        phone.logicalDevices.push_back(device);
     }
 }
 

@@ -1,5 +1,3 @@
-#include "virtualphone/EepromImage.h"
-
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
@@ -9,7 +7,7 @@
 
 #include "formats/EepromImage.h"
 #include "tables/EepromLayouts.h"
-#include "virtualphone/SideFile.h"
+#include "virtualphone/phonefile/Sections.h"
 
 namespace virtualphone {
 
@@ -93,18 +91,6 @@ std::vector<std::uint8_t> ReadImageFile(const JsonValue& value, const std::files
     return bytes;
 }
 
-void StoreBytes(const JsonValue& value, std::vector<std::uint8_t>& image) {
-    for (const auto& [offset, bytesValue] :
-         value.numberedMembers<std::uint32_t>(0, tables::kEepromImageSize - 1)) {
-        const std::vector<std::uint8_t> bytes = bytesValue.hex();
-        if (bytes.size() > image.size() - offset) {
-            bytesValue.fail("at most " + std::to_string(image.size() - offset) + " bytes at this offset",
-                            std::to_string(bytes.size()));
-        }
-        std::copy(bytes.begin(), bytes.end(), image.begin() + static_cast<std::ptrdiff_t>(offset));
-    }
-}
-
 const EepromCheckSumDesc& LayoutNamed(const JsonValue& value) {
     const EepromCheckSumDesc* layout = formats::FindEepromLayout(value.text());
     if (layout == nullptr) {
@@ -118,6 +104,18 @@ const EepromCheckSumDesc& LayoutNamed(const JsonValue& value) {
 }
 
 }  // namespace
+
+void ReadBytesByOffset(const JsonValue& value, std::vector<std::uint8_t>& image) {
+    const auto last = static_cast<std::uint32_t>(std::max<std::size_t>(image.size(), 1) - 1);
+    for (const auto& [offset, bytesValue] : value.numberedMembers<std::uint32_t>(0, last)) {
+        const std::vector<std::uint8_t> bytes = bytesValue.hex();
+        if (bytes.size() > image.size() - offset) {
+            bytesValue.fail("at most " + std::to_string(image.size() - offset) + " bytes at this offset",
+                            std::to_string(bytes.size()));
+        }
+        std::copy(bytes.begin(), bytes.end(), image.begin() + static_cast<std::ptrdiff_t>(offset));
+    }
+}
 
 EepromDescription ReadEeprom(const JsonValue& value, const std::filesystem::path& folder) {
     std::optional<JsonValue> file;
@@ -141,7 +139,7 @@ EepromDescription ReadEeprom(const JsonValue& value, const std::filesystem::path
         eeprom.image.assign(tables::kEepromImageSize, fill ? fill->integer<std::uint8_t>() : std::uint8_t{0});
     }
     if (bytes) {
-        StoreBytes(*bytes, eeprom.image);
+        ReadBytesByOffset(*bytes, eeprom.image);
     }
     if (layout != nullptr) {
         formats::StoreCheckSums(*layout, eeprom.image);
