@@ -25,7 +25,7 @@ struct QRCodeDescriptor {
 
 namespace tables {
 
-/// Bytes of the longest fuse id and of the longest QR code, for which readers and texts have room.
+/// Bytes of the longest fuse id and of the longest QR code that a fuse id property has room for.
 inline constexpr int kLongestModuleFuseId = 16;
 inline constexpr int kLongestModuleQRCode = 14;
 
@@ -90,7 +90,7 @@ inline constexpr std::array<QRCodeOfRole, 4> kQRCodes = {{
     {camera_role::kBackUltra, maker::kOfilm, {.qrCodeOffset = 8082, .qrCodeLength = 14, .flagOffset = 8081}},
 }};
 
-// Fuse ids and QR codes are read into buffers of the longest length, without a further check.
+// The fuse id property shows both whole.
 static_assert(std::all_of(kFuseIds.begin(), kFuseIds.end(), [](const FuseIdOfRole& row) {
     return row.fuseId.fuseIdLength >= 0 && row.fuseId.fuseIdLength <= kLongestModuleFuseId &&
            IsInImage(row.fuseId.fuseIdOffset, row.fuseId.fuseIdLength);
