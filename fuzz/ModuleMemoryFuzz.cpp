@@ -38,7 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     phone.logicalDevices[1].sensorBits = 2;
     phone.logicalDevices[7].sensorBits = 1;
     const virtualphone::TemporaryFolder root;
-    const virtualphone::VirtualPhone running(std::move(phone), root.path());
+    record::Recorder recorder;
+    const virtualphone::VirtualPhone running(std::move(phone), root.path(), recorder);
     FreshPlugin().ExposureModuleInfo();
     return 0;
 }

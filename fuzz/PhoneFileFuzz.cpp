@@ -14,7 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
             {reinterpret_cast<const char*>(data), size}, root.path() / "none", "fuzz.json");
-        const virtualphone::VirtualPhone running(std::move(phone), root.path());
+        record::Recorder recorder;
+        const virtualphone::VirtualPhone running(std::move(phone), root.path(), recorder);
     } catch (const virtualphone::PhoneFileError&) {
         // The one answer to a bad phone file.
     }

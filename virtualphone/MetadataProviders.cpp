@@ -1,31 +1,38 @@
 #include "virtualphone/MetadataProviders.h"
 
+#include <utility>
+
+#include "virtualphone/MetadataInside.h"
+#include "virtualphone/MetadataValues.h"
 #include "virtualphone/PhoneState.h"
 
 namespace virtualphone {
 
 void MetadataProvider::mergeStaticMetadata(const NSCam::IMetadata& additional) {
-    mRecord.devices.push_back({.provider = mId, .metadata = additional});
-    for (const NSCam::IMetadata::IEntry& entry : additional.entries()) {
-        mStatic.update(entry.tag(), entry);
-    }
-}
-
-MetadataProviders::MetadataProviders(const PhoneDescription& phone, Record& record) : mRecord(record) {
-    for (const auto& [id, entries] : phone.staticMetadata) {
-        for (const NSCam::IMetadata::IEntry& entry : entries) {
-            provider(id).preset(entry);
-        }
-    }
+    mSink.take(record::ProviderMerge{.provider = mId, .metadata = TagsOf(additional)});
+    NSCam::IMetadata::Inside::merge(mStatic, additional);
 }
 
 MetadataProvider& MetadataProviders::provider(std::uint32_t id) {
-    return mProviders.try_emplace(id, id, mRecord).first->second;
+    if (const auto found = mProviders.find(id); found != mProviders.end()) {
+        return found->second;
+    }
+    NSCam::IMetadata before;
+    if (const auto described = mPhone.staticMetadata.find(id); described != mPhone.staticMetadata.end()) {
+        for (const NSCam::IMetadata::IEntry& entry : described->second) {
+            NSCam::IMetadata::Inside::store(before, entry);
+        }
+    }
+    return mProviders.try_emplace(id, id, std::move(before), mSink).first->second;
 }
 
 }  // namespace virtualphone
 
 NSCam::IMetadataProvider* NSCam::NSMetadataProviderManager::valueForByDeviceId(std::uint32_t deviceId) {
     virtualphone::PhoneState* phone = virtualphone::CurrentPhone();
-    return phone == nullptr ? nullptr : &phone->providers.provider(deviceId);
+    if (phone == nullptr) {
+        return nullptr;
+    }
+    phone->sink.take(record::ProviderAsked{.provider = deviceId});
+    return &phone->providers.provider(deviceId);
 }

@@ -18,7 +18,7 @@ std::string Asked(const std::string& value, const std::string& faults = "") {
 
 std::vector<std::string> ChangedPaths(TestPhone& phone) {
     std::vector<std::string> paths;
-    for (const virtualphone::ChangedFile& file : phone.phone().changedFiles()) {
+    for (const record::ChangedFile& file : phone.phone().changedFiles()) {
         paths.push_back(file.path);
     }
     return paths;

@@ -23,17 +23,18 @@ TEST(PublishedTags, AreWhatTheUpdatersStore) {
             {.name = "SENSOR_FURTHER_DEVICE", .multiSensor = true, .sensorIds = {0, 3}, .sensorBits = 9});
     }
     const virtualphone::TemporaryFolder root;
-    const virtualphone::VirtualPhone phone(description, root.path());
+    record::Recorder recorder;
+    const virtualphone::VirtualPhone phone(description, root.path(), recorder);
     plugin.ExposureModuleInfo();
 
     std::set<std::uint32_t> stored;
-    for (const virtualphone::ProviderMerge& device : phone.record().devices) {
-        for (const NSCam::IMetadata::IEntry& entry : device.metadata.entries()) {
-            stored.insert(entry.tag());
-            const PublishedTag* const info = FindPublishedTag(entry.tag());
-            ASSERT_NE(info, nullptr) << TagText(entry.tag());
-            EXPECT_EQ(static_cast<int>(entry.type()), static_cast<int>(info->type))
-                << info->name << ": " << Describe(entry);
+    const std::vector<record::Event> events = recorder.events();
+    for (const record::ProviderMerge* const device : record::EventsOf<record::ProviderMerge>(events)) {
+        for (const record::Tag& tag : device->metadata) {
+            stored.insert(tag.tag);
+            const PublishedTag* const info = FindPublishedTag(tag.tag);
+            ASSERT_NE(info, nullptr) << TagText(tag.tag);
+            EXPECT_EQ(tag.values.type(), info->type) << info->name;
         }
     }
     for (const PublishedTag& info : PublishedTags()) {
