@@ -1,36 +1,48 @@
-# Sourced by ./run and ./test: makes sure that the tools and libraries of the build are there.
-# Debian's packages are installed; on another system what is missing is named.
+# Sourced by the commands of this project: makes sure that the tools and libraries that one of them needs are
+# there. Debian's packages are installed; on another system what is missing is named.
 
-# Package, and what shows that it is there: a program, or a header that the compiler must find.
+# What for, package, and what shows that it is there: a program, a header that the compiler must find, or a runtime
+# that clang must link.
 dependencies='
-g++                program g++
-cmake              program cmake
-ninja-build        program ninja
-nlohmann-json3-dev header  nlohmann/json.hpp
-libcli11-dev       header  CLI/CLI.hpp
-android-liblog-dev header  android/log.h
-libgtest-dev       header  gtest/gtest.h
-libgmock-dev       header  gmock/gmock.h
+build g++                program g++
+build cmake              program cmake
+build ninja-build        program ninja
+build nlohmann-json3-dev header  nlohmann/json.hpp
+build libcli11-dev       header  CLI/CLI.hpp
+build android-liblog-dev header  android/log.h
+test  libgtest-dev       header  gtest/gtest.h
+test  libgmock-dev       header  gmock/gmock.h
+bench libbenchmark-dev   header  benchmark/benchmark.h
+bench libboost-dev       header  boost/crc.hpp
+clang clang              program clang++
+clang libclang-rt-dev    runtime fuzzer
+check clang-format       program clang-format
+check clang-tidy         program clang-tidy
+check python3            program python3
 '
 
 is_there() {
     case $1 in
         program) command -v "$2" >/dev/null ;;
         header) echo "#include <$2>" | g++ -x c++ -I/usr/include/android -E - >/dev/null 2>&1 ;;
+        runtime) echo 'extern "C" int LLVMFuzzerTestOneInput(const char*, long) { return 0; }' |
+            clang++ -x c++ -fsanitize="$2" -o /dev/null - >/dev/null 2>&1 ;;
     esac
 }
 
+# missing_packages PURPOSE...
 missing_packages() {
-    echo "$dependencies" | while read -r package kind probe; do
-        if [ -n "$package" ] && ! is_there "$kind" "$probe"; then
-            echo "$package"
-        fi
+    echo "$dependencies" | while read -r purpose package kind probe; do
+        case " $* " in
+            *" $purpose "*) [ -z "$package" ] || is_there "$kind" "$probe" || echo "$package" ;;
+        esac
     done
 }
 
+# install_dependencies PURPOSE...: build, test, bench, clang, check.
 install_dependencies() {
     local missing as_root=()
-    missing=$(missing_packages)
+    missing=$(missing_packages "$@")
     [ -n "$missing" ] || return 0
     if ! command -v apt-get >/dev/null; then
         echo "Missing (by the names of Debian's packages):" $missing >&2
@@ -43,7 +55,7 @@ install_dependencies() {
     echo "Installing:" $missing
     "${as_root[@]}" apt-get update
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y --no-install-recommends $missing
-    missing=$(missing_packages)
+    missing=$(missing_packages "$@")
     if [ -n "$missing" ]; then
         echo "Still missing after the installation:" $missing >&2
         exit 1
