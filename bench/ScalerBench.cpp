@@ -28,7 +28,7 @@ namespace {
 
 virtualphone::SensorDescription Sensor(int deviceId, virtualphone::PixelSize full) {
     virtualphone::SensorDescription sensor;
-    sensor.deviceId = deviceId;
+    sensor.deviceId = tables::DeviceId{deviceId};
     sensor.pixelArray = {.width = 8192, .height = 6144};
     sensor.captureSize = full;
     sensor.modes[0] = full;
@@ -42,7 +42,7 @@ virtualphone::PhoneDescription Phone() {
     phone.sensors[0].modes[8] = {.width = 8192, .height = 6144};
     phone.logicalDevices.resize(phone.sensors.size());
     for (std::size_t i = 0; i < phone.sensors.size(); ++i) {
-        phone.logicalDevices[i].sensorBits = 1U << i;
+        phone.logicalDevices[i].sensorBits = tables::DeviceBits{1U << i};
     }
     return phone;
 }
@@ -93,14 +93,12 @@ struct StagedList {
 
     void store(IMetadata& meta) const {
         IMetadata::IEntry entry(tag);
-        entry.reserve<Item>(items.size());
         for (const Item& item : items) {
             entry.push_back<Item>(item);
         }
         meta.update(tag, entry);
         for (const Item& format : formats) {
             IMetadata::IEntry stored = meta.entryFor(tag);
-            stored.reserve<Item>(stored.count() + 4 * copied.size());
             for (const std::size_t i : copied) {
                 stored.push_back<Item>(format);
                 stored.push_back<Item>(stored.itemAt<Item>(i + 1));

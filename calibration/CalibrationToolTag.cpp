@@ -10,13 +10,14 @@
 #include "platform/IMetadata.h"
 #include "platform/ImgSensorDrv.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/PlatformAccess.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
+#include "platforminfo/Operation.h"
+#include "platforminfo/Sensors.h"
 #include "tables/CameraPairs.h"
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
+namespace camera_role = tables::camera_role;
 
 namespace {
 
@@ -24,23 +25,9 @@ constexpr unsigned char kCalibToolType = 2;
 constexpr std::size_t kFileNameSize = 128;
 constexpr std::size_t kMemberCount = 2;
 
-/// The persist file that a recalibration of a pair writes, by the pair's dump file.
-struct CalibrationFileName {
-    const char* dumpPath;
-    const char* fileName;
-};
-
-constexpr std::array<CalibrationFileName, 4> kFileNames = {{
-    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.wu.data", .fileName = "com.zelvan.dcal.wu.bin"},
-    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.wt.data", .fileName = "com.zelvan.dcal.wt.bin"},
-    // Pairs that this phone does not have.
-    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.wd.data", .fileName = "com.zelvan.dcal.wd.bin"},
-    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.ffd.data", .fileName = "com.zelvan.dcal.ffd.bin"},
-}};
-
 const char* FindFileName(const char* dumpPath) {
     if (dumpPath != nullptr) {
-        for (const CalibrationFileName& row : kFileNames) {
+        for (const tables::RecalibrationFile& row : tables::kRecalibrationFiles) {
             if (std::strcmp(row.dumpPath, dumpPath) == 0) {
                 return row.fileName;
             }
@@ -60,15 +47,10 @@ bool UsesCalibrationTool(int roleId) {
            roleId == camera_role::kFrontBokeh;
 }
 
-/// Sensor index of a logical device's member: the member is a device index where one matches, and stands for
-/// itself otherwise.
-int SensorIndexOfMember(const NSCam::IHalSensorList& sensors, int member) {
-    for (int idx = 0; idx < sensors.sensorCount(); ++idx) {
-        if (sensors.deviceId(idx) == member) {
-            return idx;
-        }
-    }
-    return member;
+/// A member is looked for among the device ids, and taken for a sensor index where it is none.
+tables::SensorIndex SensorIndexOfMember(const NSCam::IHalSensorList& sensors, tables::MemberSensorId member) {
+    return FindSensor(sensors, tables::DeviceId{Number(member)})
+        .value_or(tables::SensorIndex{Number(member)});
 }
 
 /// Output width and height of mode 0 of each member's driver; no value where a member has no driver.
@@ -76,9 +58,9 @@ std::optional<std::vector<std::int32_t>> MemberDriverValues(const NSCam::IHalSen
                                                             const std::vector<int>& members) {
     std::vector<std::int32_t> values;
     for (const int member : members) {
-        const int sensorIdx = SensorIndexOfMember(sensors, member);
+        const tables::SensorIndex sensorIdx = SensorIndexOfMember(sensors, tables::MemberSensorId{member});
         const ImgSensorDrv* const driver =
-            ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(sensorIdx));
+            ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(Number(sensorIdx)));
         if (driver == nullptr) {
             return std::nullopt;
         }
@@ -92,44 +74,46 @@ std::optional<std::vector<std::int32_t>> MemberDriverValues(const NSCam::IHalSen
 }  // namespace
 
 int CameraPlatformInfoZelvan::MetadataUpdateCalibrationToolTag(IMetadata& meta, int instanceId) {
-    LOGI("enter");
-    const RoleIdDesc* const device = FindDevice(__func__, instanceId);
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    const RoleIdDesc* const device = self.find(DeviceId2RoleId, instanceId);
     if (device == nullptr || !UsesCalibrationTool(device->roleId)) {
         return -1;
     }
-    const NSCam::ILogicalDeviceList* const devices = GetLogicalDeviceList(__func__);
+    const NSCam::ILogicalDeviceList* const devices = self.logicalDevices();
     if (devices == nullptr) {
         return -1;
     }
-    const NSCam::IHalSensorList* const sensors = GetSensorList(__func__, "Cannot get sensor device list");
+    const NSCam::IHalSensorList* const sensors = self.sensorList("Cannot get sensor device list");
     if (sensors == nullptr) {
         return -1;
     }
     if (meta.entryFor(ZELVAN_CALIBTOOL_TYPE).isEmpty()) {
-        UpdateTag(__func__, meta, MakeEntry<unsigned char>(ZELVAN_CALIBTOOL_TYPE, {kCalibToolType}));
+        self.update(meta, MakeEntry<unsigned char>(ZELVAN_CALIBTOOL_TYPE, {kCalibToolType}));
     }
     if (meta.entryFor(ZELVAN_CALIBTOOL_FILE_NAME).isEmpty()) {
         DualCameraCalDataInfo pair{};
-        GetDualCameraCalDataInfo(*device, pair);
+        RoleIdDesc desc = *device;
+        GetDualCameraCalDataInfo(desc, pair);
         if (const char* const fileName = FindFileName(pair.dumpPath); fileName != nullptr) {
-            UpdateTag(__func__, meta, FileNameEntry(fileName));
+            self.update(meta, FileNameEntry(fileName));
         } else {
-            LOGE("Cannot find zelvan calibration data!");
+            LOGE(self, "Cannot find zelvan calibration data!");
         }
     }
     const std::vector<int> members = devices->sensorIds(instanceId);
     if (members.size() != kMemberCount) {
-        LOGE("The logical device don't have 2 sensors");
+        LOGE(self, "The logical device don't have 2 sensors");
         return -1;
     }
     if (meta.entryFor(ZELVAN_CALIBTOOL_SENSOR_DRV_VALUES).isEmpty()) {
         const std::optional<std::vector<std::int32_t>> values = MemberDriverValues(*sensors, members);
         if (!values) {
-            LOGE("get sensor drv error : %d!", instanceId);
+            LOGE(self, "get sensor drv error : %d!", instanceId);
             return -1;
         }
-        UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CALIBTOOL_SENSOR_DRV_VALUES, *values));
+        self.update(meta, MakeEntry<std::int32_t>(ZELVAN_CALIBTOOL_SENSOR_DRV_VALUES, *values));
     }
-    LOGI("exit");
+    LOGI(self, "exit");
     return 0;
 }

@@ -24,10 +24,10 @@ unsigned short CRC16CCITT::process() const {
                             : formats::Crc16Kermit({mData, static_cast<std::uint32_t>(mLength)});
 }
 
-int CRC16CCITT::invertUint8(unsigned char* dst, const unsigned char* src) {
+int CRC16CCITT::invertUint8(unsigned char* dst, unsigned char* src) {
     return Invert(dst, src);
 }
 
-int CRC16CCITT::invertUint16(unsigned short* dst, const unsigned short* src) {
+int CRC16CCITT::invertUint16(unsigned short* dst, unsigned short* src) {
     return Invert(dst, src);
 }

@@ -15,10 +15,10 @@ class CRC16CCITT {
 
     /// Writes the bits of `*src` to `*dst` in reverse order (bit 0 becomes bit 7).
     /// @return 0, or -1 with nothing written when either pointer is null.
-    static int invertUint8(unsigned char* dst, const unsigned char* src);
+    static int invertUint8(unsigned char* dst, unsigned char* src);
 
     /// The same for 16 bits (bit 0 becomes bit 15).
-    static int invertUint16(unsigned short* dst, const unsigned short* src);
+    static int invertUint16(unsigned short* dst, unsigned short* src);
 
   private:
     const unsigned char* const mData;

@@ -4,15 +4,12 @@
 
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
+#include "platforminfo/DataBins.h"
+#include "platforminfo/Operation.h"
 #include "tables/CameraPairs.h"
+#include "tables/PublishedProperties.h"
 
 namespace {
-
-constexpr unsigned long kDualCameraBin = 1UL << 0;
-
-constexpr const char* kStateProperty = "persist.vendor.camera.zv.dualcal.state";
-constexpr const char* kDetailProperty = "persist.vendor.camera.zv.dualcal.detail";
 
 enum Source : int { kPersist = 0, kGolden = 2 };
 
@@ -22,7 +19,7 @@ using Sources = std::multimap<int, int>;
 /// Which side of the phone lost its persist files: "20" front, "2" back, "22" both.
 const char* LostDetail(const Sources& lost) {
     const auto isFront = [](const auto& pair) {
-        return pair.first == camera_role::kFrontMain || pair.first == camera_role::kFrontAux;
+        return pair.first == tables::camera_role::kFrontMain || pair.first == tables::camera_role::kFrontAux;
     };
     if (std::all_of(lost.begin(), lost.end(), isFront)) {
         return "20";
@@ -33,11 +30,13 @@ const char* LostDetail(const Sources& lost) {
 }  // namespace
 
 void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
-    LOGI("enter");
-    mDataBinExistMask &= ~kDualCameraBin;
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    mDataBinExistMask = WithBin(mDataBinExistMask, kDualCameraBin, false);
     Sources sources;
     bool unresolved = false;
-    for (const DualCameraCalDataInfo& pair : kDualCameraPairs) {
+    // Each source gets a copy of the row.
+    for (DualCameraCalDataInfo pair : tables::kDualCameraPairs) {
         if (DualCameraDataFromEeprom(pair)) {
             continue;
         }
@@ -46,7 +45,7 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
         } else if (DualCameraDataFromGolden(pair)) {
             sources.emplace(pair.masterCameraRole, kGolden);
         } else {
-            LOGE("error!");
+            LOGE(self, "error!");
             unresolved = true;
         }
     }
@@ -55,21 +54,19 @@ void CameraPlatformInfoZelvan::OverriderDualCamCalData() {
     std::erase_if(sources, [](const auto& pair) { return pair.second == kPersist; });
     const Sources& lost = sources;
     if (total == 0) {
-        property_set(kStateProperty, "3");
+        property_set(tables::kDualCalStateProperty, "3");
     } else if (lost.empty()) {
-        property_set(kStateProperty, "0");
-        property_set(kDetailProperty, "0");
+        property_set(tables::kDualCalStateProperty, "0");
+        property_set(tables::kDualCalDetailProperty, "0");
     } else {
-        LOGE("Fatal Error: calibration persist file lost!");
-        property_set(kStateProperty, "2");
+        LOGE(self, "Fatal Error: calibration persist file lost!");
+        property_set(tables::kDualCalStateProperty, "2");
         for (const auto& [roleId, source] : lost) {
-            LOGE("CameraRoleId %d lost persist file", roleId);
+            LOGE(self, "CameraRoleId %d lost persist file", roleId);
         }
-        property_set(kDetailProperty, LostDetail(lost));
+        property_set(tables::kDualCalDetailProperty, LostDetail(lost));
     }
 
-    if (!unresolved) {
-        mDataBinExistMask |= kDualCameraBin;
-    }
-    LOGI("exit");
+    mDataBinExistMask = WithBin(mDataBinExistMask, kDualCameraBin, !unresolved);
+    LOGI(self, "exit");
 }

@@ -12,15 +12,14 @@
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/Lookup.h"
-#include "platforminfo/PlatformAccess.h"
+#include "platforminfo/Operation.h"
 #include "platforminfo/SensorWalk.h"
 #include "tables/CameraPairs.h"
+#include "tables/PublishedFiles.h"
 
 namespace {
 
-constexpr const char* kPersistFolder = "/mnt/vendor/persist/camera/";
+using tables::kPersistFolder;
 
 struct DirCloser {
     void operator()(DIR* dir) const { closedir(dir); }
@@ -48,41 +47,46 @@ bool BelongsToPair(const CalibrationData& file, int master, int slave, const Dua
 
 }  // namespace
 
-bool CameraPlatformInfoZelvan::DualCameraDataFromPersist(const DualCameraCalDataInfo& info) {
-    LOGI("enter");
+bool CameraPlatformInfoZelvan::DualCameraDataFromPersist(DualCameraCalDataInfo& info) {
+    const Operation self(__func__);
+    LOGI(self, "enter");
     const std::vector<std::string> names = GetDualCameraPersistFiles(kPersistFolder);
     if (names.empty()) {
-        LOGI("no dual camera calibration data in persist");
+        LOGI(self, "no dual camera calibration data in persist");
         return false;
     }
     const auto match = std::find_if(names.begin(), names.end(), [&](const std::string& name) {
         return MatchDualCameraPersistFile(kPersistFolder + name, info);
     });
     if (match != names.end()) {
-        LOGI("[master(%d):slave(%d)] match persistFile is %s", info.masterCameraRole, info.slaveCameraRole,
-             match->c_str());
+        LOGI(self, "[master(%d):slave(%d)] match persistFile is %s", info.masterCameraRole,
+             info.slaveCameraRole, match->c_str());
     }
-    LOGI("exit");
+    LOGI(self, "exit");
     return match != names.end();
 }
 
 std::vector<std::string> CameraPlatformInfoZelvan::GetDualCameraPersistFiles(const char* dir) {
-    LOGI("enter");
+    const Operation self(__func__);
+    LOGI(self, "enter");
     std::vector<std::string> names;
-    if (const std::unique_ptr<DIR, DirCloser> folder(opendir(DevicePath(dir).c_str())); folder != nullptr) {
+    if (const std::unique_ptr<DIR, DirCloser> folder(dir == nullptr ? nullptr
+                                                                    : opendir(DevicePath(dir).c_str()));
+        folder != nullptr) {
         while (const dirent* const entry = readdir(folder.get())) {
             if (IsCalibrationFileName(entry->d_name)) {
                 names.emplace_back(entry->d_name);
             }
         }
     }
-    LOGI("exit");
+    LOGI(self, "exit");
     return names;
 }
 
 bool CameraPlatformInfoZelvan::MatchDualCameraPersistFile(const std::string& path,
-                                                          const DualCameraCalDataInfo& info) {
-    LOGI("enter");
+                                                          DualCameraCalDataInfo& info) {
+    const Operation self(__func__);
+    LOGI(self, "enter");
     CalibrationData file;
     if (!file.parse(path.c_str())) {
         return false;
@@ -93,26 +97,29 @@ bool CameraPlatformInfoZelvan::MatchDualCameraPersistFile(const std::string& pat
     if (BelongsToPair(file, master, slave, info)) {
         matched = true;
         // A file that belongs to the pair counts even when it yields no block; then nothing is dumped.
-        if (std::string block; file.getData(block)) {
-            block.resize(static_cast<std::size_t>(std::max(info.length, 0)), '\0');
-            matched = DualCameraDataDumpFile(
-                info.dumpPath, reinterpret_cast<const unsigned char*>(block.data()), info.length);
-            LOGI("dataCamera(%d)'s persist data dump ==> %s", info.dataCamera, info.dumpPath);
+        if (std::string block; info.length < 0) {
+            matched = false;
+        } else if (file.getData(block)) {
+            block.resize(static_cast<std::size_t>(info.length), '\0');
+            matched = DualCameraDataDumpFile(info.dumpPath, reinterpret_cast<unsigned char*>(block.data()),
+                                             info.length);
+            LOGI(self, "dataCamera(%d)'s persist data dump ==> %s", info.dataCamera, OrNull(info.dumpPath));
         }
     }
-    LOGI("exit : ret = %d", matched ? 1 : 0);
+    LOGI(self, "exit : ret = %d", matched ? 1 : 0);
     return matched;
 }
 
 int CameraPlatformInfoZelvan::GetRoleIdByFuseId(const std::string& fuseIdHex) {
-    const auto find = [&](const char* function) {
-        const NSCam::IHalSensorList* const sensors = GetSensorList(function);
+    const Operation self(__func__);
+    const auto find = [&] {
+        const NSCam::IHalSensorList* const sensors = self.sensorList();
         if (sensors == nullptr) {
             return -1;
         }
         for (SensorWalk sensor(*this, *sensors); sensor.next();) {
-            const FuseIdDescriptor* const descriptor = FindRow(function, "mRoleId2FuseIdDescriptorsMap",
-                                                               mRoleId2FuseIdDescriptorsMap, sensor.roleId());
+            const int roleId = Number(sensor.role());
+            const FuseIdDescriptor* const descriptor = self.find(mRoleId2FuseIdDescriptorsMap, roleId);
             if (descriptor == nullptr) {
                 return -1;
             }
@@ -123,14 +130,14 @@ int CameraPlatformInfoZelvan::GetRoleIdByFuseId(const std::string& fuseIdHex) {
                 return -1;
             }
             if (fuseId->hex == fuseIdHex) {
-                return sensor.roleId();
+                return roleId;
             }
         }
         return -1;
     };
-    LOGI("enter");
-    const int roleId = find(__func__);
+    LOGI(self, "enter");
+    const int roleId = find();
     // The closing line reads "enter" too: this is its fixed text.
-    LOGI("enter");
+    LOGI(self, "enter");
     return roleId;
 }

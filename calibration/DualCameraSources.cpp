@@ -2,16 +2,18 @@
 #include <cstddef>
 #include <cstdint>
 #include <fcntl.h>
+#include <optional>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
-#include "platform/DevicePath.h"
+#include "calibration/FileAccess.h"
+#include "formats/EepromImage.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
+#include "platforminfo/Operation.h"
 #include "platforminfo/UniqueFd.h"
 #include "tables/CameraPairs.h"
-#include "tables/EepromLayouts.h"
 
 namespace {
 
@@ -19,51 +21,55 @@ namespace {
 /// and the stored byte are counted from the start of the image, not of the block.
 bool BlockCheckSumGood(const CamCalAllData& image, std::size_t offset, std::size_t length) {
     const std::size_t storedAt = length + 1;
-    return storedAt < image.data.size() && EepromCheckSum(image.data, offset, length) == image.data[storedAt];
+    return storedAt < image.data.size() &&
+           formats::EepromCheckSum(image.data, offset, length) == image.data[storedAt];
 }
 
 }  // namespace
 
-bool CameraPlatformInfoZelvan::DualCameraDataFromEeprom(const DualCameraCalDataInfo& info) {
-    LOGI("enter");
+bool CameraPlatformInfoZelvan::DualCameraDataFromEeprom(DualCameraCalDataInfo& info) {
+    const Operation self(__func__);
+    LOGI(self, "enter");
     if (info.eepromOffset < 0) {
-        LOGI("eeprom dual cal offset < 0, so skip!");
+        LOGI(self, "eeprom dual cal offset < 0, so skip!");
         return false;
     }
-    const CamCalAllData* const image = GetCamCalAllData(info.dataCamera);
+    CamCalAllData* const image = GetCamCalAllData(info.dataCamera);
     if (image == nullptr) {
         return false;
     }
     const auto offset = static_cast<std::size_t>(info.eepromOffset);
     const auto length = static_cast<std::size_t>(std::max(info.length, 0));
-    if (image->dataSize < offset + length || !BlockCheckSumGood(*image, offset, length)) {
-        LOGI("CheckSum error");
+    if (info.length < 0 || image->dataSize < offset + length || !BlockCheckSumGood(*image, offset, length)) {
+        LOGI(self, "CheckSum error");
         return false;
     }
-    LOGI("dataCamera(%d)'s eeprom data dump ==> %s", info.dataCamera, info.dumpPath);
-    LOGI("exit");
+    LOGI(self, "dataCamera(%d)'s eeprom data dump ==> %s", info.dataCamera, OrNull(info.dumpPath));
+    LOGI(self, "exit");
     return DualCameraDataDumpFile(info.dumpPath, image->data.data() + offset, info.length);
 }
 
-bool CameraPlatformInfoZelvan::DualCameraDataFromGolden(const DualCameraCalDataInfo& info) {
-    LOGI("enter");
+bool CameraPlatformInfoZelvan::DualCameraDataFromGolden(DualCameraCalDataInfo& info) {
+    const Operation self(__func__);
+    LOGI(self, "enter");
     bool dumped = false;
-    std::vector<unsigned char> block(static_cast<std::size_t>(std::max(info.length, 0)));
-    const UniqueFd golden(open(DevicePath(info.goldenPath).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (golden.valid() && ReadUpTo(golden.get(), block.data(), block.size()) == block.size()) {
-        dumped = DualCameraDataDumpFile(info.dumpPath, block.data(), info.length);
-        LOGI("use golden file ==> dump file : %s ==> %s", info.goldenPath, info.dumpPath);
+    std::optional<std::vector<unsigned char>> golden = ReadCalibrationFile(info.goldenPath);
+    if (golden && std::cmp_less_equal(info.length, golden->size()) && info.length >= 0) {
+        dumped = DualCameraDataDumpFile(info.dumpPath, golden->data(), info.length);
+        LOGI(self, "use golden file ==> dump file : %s ==> %s", OrNull(info.goldenPath),
+             OrNull(info.dumpPath));
     }
-    LOGI("exit");
+    LOGI(self, "exit");
     return dumped;
 }
 
-bool CameraPlatformInfoZelvan::DualCameraDataDumpFile(const char* path, const unsigned char* buf, int count) {
-    LOGI("enter");
+bool CameraPlatformInfoZelvan::DualCameraDataDumpFile(const char* path, unsigned char* buf, int count) {
+    const Operation self(__func__);
+    LOGI(self, "enter");
     // Not truncated: what an older, longer dump holds behind the block stays.
-    const UniqueFd file(open(DevicePath(path).c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0600));
+    const UniqueFd file = OpenRegularFile(path, O_RDWR | O_CREAT, 0600);
     if (!file.valid()) {
-        LOGE("[DUALDUMP] fail to open %s", path);
+        LOGE(self, "[DUALDUMP] fail to open %s", OrNull(path));
         return false;
     }
     // Only the open decides: a short write counts as a dump.
@@ -72,12 +78,12 @@ bool CameraPlatformInfoZelvan::DualCameraDataDumpFile(const char* path, const un
     return true;
 }
 
-bool CameraPlatformInfoZelvan::GetCalibDataFromDumpFile(const char* path, unsigned char* buf, int count) {
-    LOGI("enter");
-    const UniqueFd file(path == nullptr ? -1
-                                        : open(DevicePath(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+bool CameraPlatformInfoZelvan::GetCalibDataFromDumpFile(const char* path, unsigned char*& buf, int& count) {
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    const UniqueFd file = OpenRegularFile(path, O_RDONLY);
     if (!file.valid()) {
-        LOGE("[READCALI] fail to open %s", path == nullptr ? "(null)" : path);
+        LOGE(self, "[READCALI] fail to open %s", OrNull(path));
         return false;
     }
     ReadUpTo(file.get(), buf, static_cast<std::size_t>(std::max(count, 0)));

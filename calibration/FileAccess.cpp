@@ -5,13 +5,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/DevicePath.h"
 #include "platforminfo/UniqueFd.h"
 
 std::optional<std::vector<unsigned char>> ReadCalibrationFile(const char* path) {
-    const UniqueFd file(open(DevicePath(path).c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const UniqueFd file = OpenRegularFile(path, O_RDONLY);
     struct stat status {};
-    if (!file.valid() || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+    if (!file.valid() || fstat(file.get(), &status) != 0 ||
         static_cast<std::uint64_t>(status.st_size) > kLargestCalibrationFile) {
         return std::nullopt;
     }

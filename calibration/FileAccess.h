@@ -9,6 +9,6 @@
 inline constexpr std::size_t kLargestCalibrationFile = 16U << 20;
 
 /// Reads a whole file of the phone.
-/// @return no value for what can't be opened, is no regular file (a pipe would block) or is larger than
+/// @return no value for a null path, and for what can't be opened, is no regular file or is larger than
 /// kLargestCalibrationFile.
 std::optional<std::vector<unsigned char>> ReadCalibrationFile(const char* path);

@@ -9,107 +9,95 @@
 #include <vector>
 
 #include "calibration/FileAccess.h"
+#include "formats/EepromImage.h"
 #include "formats/OisFile.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
+#include "platforminfo/DataBins.h"
+#include "platforminfo/Operation.h"
 #include "tables/EepromLayouts.h"
+#include "tables/PublishedFiles.h"
+#include "tables/PublishedProperties.h"
+#include "tables/Stabiliser.h"
 
 namespace {
 
-constexpr int kOisRole = camera_role::kBackMain;
-constexpr const char* kOisFilePath = "/mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin";
-
-constexpr unsigned long kOisBin = 1UL << 4;
+using tables::kOisFilePath;
+using tables::kStabilisedRole;
 
 /// States of the persist file, as the state property shows them.
 constexpr const char* kPersistUsed = "0";
 constexpr const char* kPersistUnusable = "2";
 constexpr const char* kPersistOtherVersion = "3";
 
-/// Where the module keeps the stabiliser's parameters.
-constexpr int kGainXOffset = 0x20F2;
-constexpr int kGainYOffset = 0x2112;
-constexpr int kThirdParameterOffset = 0x20F4;
-constexpr int kFourthParameterOffset = 0x2114;
-constexpr int kSensitivityXOffset = 0x210D;
-constexpr int kSensitivityYOffset = 0x212D;
-
-/// Makers burn the sensitivities as differences from a base of their own.
-constexpr int SensitivityBase(int vendorId) {
-    return vendorId == 3 ? 300 : 200;
+void SetAndLog(const Operation& self, const char* property, const char* value) {
+    LOGI(self, "setprop %s %s", property, value);
+    property_set(property, value);
 }
 
-void SetAndLog(const char* function, const char* property, const char* value) {
-    LOG_AS(ANDROID_LOG_INFO, function, "setprop %s %s", property, value);
-    property_set(property, value);
+/// The fitted sensor's fuse id; an unset or malformed property is a sensor without one.
+std::string FittedFuseId(CameraPlatformInfoZelvan& info) {
+    try {
+        return info.getPropertyFuseid(kStabilisedRole);
+    } catch (const std::out_of_range&) {
+        return {};
+    } catch (const std::invalid_argument&) {
+        return {};
+    }
 }
 
 }  // namespace
 
 int CameraPlatformInfoZelvan::readOTPOisParam(int roleId, int* param) {
+    const Operation self(__func__);
     // What can't be read counts as 0.
     std::uint8_t vendorId = 0;
-    MemCpyCamCalData(roleId, &vendorId, kVendorIdOffset, 1);
-    LOGI("vendorId = 0x%02x", static_cast<unsigned>(vendorId));
+    MemCpyCamCalData(roleId, &vendorId, tables::kVendorIdOffset, 1);
+    LOGI(self, "vendorId = 0x%02x", static_cast<unsigned>(vendorId));
 
     int result = 0;
-    const auto byteAt = [&](int offset) {
-        std::uint8_t value = 0;
-        result = MemCpyCamCalData(roleId, &value, offset, 1);
-        return value;
-    };
-    const auto bigEndian16At = [&](int offset) {
-        std::array<std::uint8_t, 2> value{};
-        result = MemCpyCamCalData(roleId, value.data(), offset, 2);
-        return value[0] << 8 | value[1];
-    };
-    param[0] = bigEndian16At(kGainXOffset);
-    param[1] = bigEndian16At(kGainYOffset);
-    param[2] = byteAt(kThirdParameterOffset);
-    param[3] = byteAt(kFourthParameterOffset);
-    param[4] = SensitivityBase(vendorId) + byteAt(kSensitivityXOffset);
-    param[5] = SensitivityBase(vendorId) + byteAt(kSensitivityYOffset);
+    for (const tables::StabiliserField& field : tables::kStabiliserFields) {
+        std::array<std::uint8_t, 2> bytes{};
+        result = MemCpyCamCalData(roleId, bytes.data(), field.offset, field.size);
+        *param++ = formats::StabiliserParameter(field, bytes, vendorId);
+    }
     return result;
 }
 
 const char* CameraPlatformInfoZelvan::GetOisParamFromPersist(int& gainX, int& gainY) {
+    const Operation self(__func__);
     std::optional<std::vector<unsigned char>> bytes = ReadCalibrationFile(kOisFilePath);
     if (!bytes) {
-        LOGE("failed to open file %s", kOisFilePath);
+        LOGE(self, "failed to open file %s", kOisFilePath);
         return kPersistUnusable;
     }
     const OisFile file(std::move(*bytes));
     if (file.empty()) {
-        LOGE("%s is empty", kOisFilePath);
+        LOGE(self, "%s is empty", kOisFilePath);
         return kPersistUnusable;
     }
     if (!file.crcGood()) {
-        LOGE("%s's crc is not match : [0x%x:0x%x]", kOisFilePath, static_cast<unsigned>(file.computedCrc()),
-             static_cast<unsigned>(file.storedCrc()));
+        LOGE(self, "%s's crc is not match : [0x%x:0x%x]", kOisFilePath,
+             static_cast<unsigned>(file.computedCrc()), static_cast<unsigned>(file.storedCrc()));
         return kPersistUnusable;
     }
     if (file.version() != kOisFileVersion) {
-        LOGE("%s is an invalid file", kOisFilePath);
+        LOGE(self, "%s is an invalid file", kOisFilePath);
         return kPersistOtherVersion;
     }
     const std::string fileFuseId = file.fuseIdHex();
-    LOGI("fuseLen = %d, hexFuseId = %s", file.fuseIdLength(), fileFuseId.c_str());
-    std::string fittedFuseId;
-    try {
-        fittedFuseId = getPropertyFuseid(kOisRole);
-    } catch (const std::logic_error&) {
-        // An unset or malformed property is a sensor without a fuse id.
-    }
+    LOGI(self, "fuseLen = %d, hexFuseId = %s", file.fuseIdLength(), fileFuseId.c_str());
+    const std::string fittedFuseId = FittedFuseId(*this);
     if (fittedFuseId.empty() || fittedFuseId != fileFuseId) {
-        LOGE("OIS cali file fuseid not match : %s:%s", fittedFuseId.c_str(), fileFuseId.c_str());
+        LOGE(self, "OIS cali file fuseid not match : %s:%s", fittedFuseId.c_str(), fileFuseId.c_str());
         return kPersistUnusable;
     }
     const std::uint32_t fileGainX = file.gainX();
     const std::uint32_t fileGainY = file.gainY();
-    LOGI("tmpOisGainX = %d, tmpoisGainY = %d", static_cast<int>(fileGainX), static_cast<int>(fileGainY));
+    LOGI(self, "tmpOisGainX = %d, tmpoisGainY = %d", static_cast<int>(fileGainX),
+         static_cast<int>(fileGainY));
     if (!OisGainsInRange(fileGainX, fileGainY)) {
-        LOGI("ois gain is not within the reasonable range");
+        LOGI(self, "ois gain is not within the reasonable range");
         return kPersistUnusable;
     }
     gainX = static_cast<int>(fileGainX);
@@ -118,10 +106,11 @@ const char* CameraPlatformInfoZelvan::GetOisParamFromPersist(int& gainX, int& ga
 }
 
 void CameraPlatformInfoZelvan::OverriderOisCamCalData() {
+    const Operation self(__func__);
     std::array<int, 16> oisAlgoParam{};
-    readOTPOisParam(kOisRole, oisAlgoParam.data());
+    readOTPOisParam(kStabilisedRole, oisAlgoParam.data());
     for (std::size_t i = 0; i < oisAlgoParam.size(); ++i) {
-        LOGI("oisAlgoParam[%d] = %d", static_cast<int>(i), oisAlgoParam[i]);
+        LOGI(self, "oisAlgoParam[%d] = %d", static_cast<int>(i), oisAlgoParam[i]);
     }
     int gainX = oisAlgoParam[0];
     int gainY = oisAlgoParam[1];
@@ -129,18 +118,14 @@ void CameraPlatformInfoZelvan::OverriderOisCamCalData() {
 
     char value[64];
     std::snprintf(value, sizeof(value), "%d,%d,%d,%d", gainX, gainY, oisAlgoParam[2], oisAlgoParam[3]);
-    SetAndLog(__func__, "persist.vendor.camera.oisAlgoParam", value);
-    property_set("persist.vendor.camera.zv.oiscal.state", state.c_str());
-    property_set("persist.vendor.camera.oisHvXyMatch", "1");
+    SetAndLog(self, tables::kOisAlgoParamProperty, value);
+    property_set(tables::kOisCalStateProperty, state.c_str());
+    property_set(tables::kOisHvXyMatchProperty, "1");
     std::snprintf(value, sizeof(value), "%d,%d", OisSensitivityMillionths(oisAlgoParam[4]),
                   OisSensitivityMillionths(oisAlgoParam[5]));
-    SetAndLog(__func__, "persist.vendor.camera.oisSensitivity", value);
+    SetAndLog(self, tables::kOisSensitivityProperty, value);
 
     // A file of another version is a calibration that exists; only an unusable one is none.
-    if (state == kPersistUnusable) {
-        mDataBinExistMask &= ~kOisBin;
-    } else {
-        mDataBinExistMask |= kOisBin;
-    }
-    LOGI("exit");
+    mDataBinExistMask = WithBin(mDataBinExistMask, kOisBin, state != kPersistUnusable);
+    LOGI(self, "exit");
 }

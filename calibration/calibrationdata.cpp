@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdio>
-#include <fstream>
 #include <optional>
 #include <span>
 #include <utility>
@@ -14,6 +13,8 @@
 #include "calibration/FileAccess.h"
 #include "formats/HexText.h"
 #include "platform/DevicePath.h"
+#include "platforminfo/CFile.h"
+#include "platforminfo/Log.h"
 
 #define CALIBRATION_LOG(priority, ...) __android_log_print(priority, "CalibrationData", __VA_ARGS__)
 
@@ -27,7 +28,7 @@ constexpr std::size_t kCrcSize = 2;
 bool CalibrationData::parse(const char* path) {
     std::optional<std::vector<unsigned char>> content = ReadCalibrationFile(path);
     if (!content) {
-        CALIBRATION_LOG(ANDROID_LOG_ERROR, "failed to open file %s", path);
+        CALIBRATION_LOG(ANDROID_LOG_ERROR, "failed to open file %s", OrNull(path));
         return false;
     }
     if (checkOutOfBoundsRisk(*content)) {
@@ -91,31 +92,32 @@ bool CalibrationData::parse(const char* path) {
 }
 
 bool CalibrationData::checkOutOfBoundsRisk(const std::vector<unsigned char>& content) {
-    const std::size_t size = content.size();
-    if (size < 1 || content[0] + 1U >= size) {
+    // A size that no int holds counts as negative.
+    const int size = static_cast<int>(content.size());
+    if (size < 1 || content[0] + 1 >= size) {
         return true;
     }
-    return content[0] + content[content[0] + 1U] + 2U >= size;
+    return content[0] + content[content[0] + 1U] + 2 >= size;
 }
 
 bool CalibrationData::write(const char* path) const {
     if (!mValid) {
         return false;
     }
-    const std::string devicePath = DevicePath(path);
-    std::ofstream file(devicePath, std::ios::binary | std::ios::trunc);
-    if (!file.is_open()) {
-        CALIBRATION_LOG(ANDROID_LOG_ERROR, "failed to open file %s\n", path);
+    CFilePtr file = OpenForWriting(path);
+    if (file == nullptr) {
+        CALIBRATION_LOG(ANDROID_LOG_ERROR, "failed to open file %s\n", OrNull(path));
         return false;
     }
-    file.write(reinterpret_cast<const char*>(mContent.data()), static_cast<std::streamsize>(mContent.size()));
+    std::vector<unsigned char> bytes = mContent;
     if (!mHasCrc) {
-        file.put(static_cast<char>(mCrc >> 8));
-        file.put(static_cast<char>(mCrc & 0xFF));
+        bytes.push_back(static_cast<unsigned char>(mCrc >> 8));
+        bytes.push_back(static_cast<unsigned char>(mCrc & 0xFF));
     }
-    file.close();
-    if (!file) {
-        std::remove(devicePath.c_str());
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
+    // What the stream still holds may fail as late as here.
+    if (std::fclose(file.release()) != 0 || !written) {
+        std::remove(DevicePath(path).c_str());
         CALIBRATION_LOG(ANDROID_LOG_ERROR, "failed to write file %s\n", path);
         return false;
     }

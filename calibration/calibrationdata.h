@@ -22,10 +22,11 @@ class CalibrationData {
     /// Reads and checks a file. On failure the log says why and `valid` is false, except that a file whose
     /// length bytes lead outside of it, or that can't be read, leaves the object as it was.
     /// Use a fresh object per file: the fuse ids are appended to what the object holds.
-    /// @param path must live as long as the object.
+    /// @param path must live as long as the object; null can't be read.
     bool parse(const char* path);
 
-    /// Whether the two length bytes of a file would lead outside its content.
+    /// Whether the two length bytes of a file would lead outside its content; true too for one of 2 GiB or
+    /// more.
     static bool checkOutOfBoundsRisk(const std::vector<unsigned char>& content);
 
     /// Writes the parsed file back in the "maintain" layout. A partly written file is removed.

@@ -5,6 +5,8 @@
 #include <span>
 #include <string>
 
+#include "tables/CameraModules.h"
+
 /// The value of a fuse id property: 90 characters in fixed fields, filled up with the character "0".
 ///
 /// | position | length | content                                             |
@@ -17,8 +19,10 @@
 /// | 50       | 14     | QR code as it stands in the module                  |
 /// | 64       | 26     | filler                                              |
 inline constexpr int kFuseIdTextLength = 90;
-inline constexpr int kFuseIdBytes = 16;   ///< bytes of the fuse id that the text has room for
-inline constexpr int kQRCodeLength = 14;  ///< characters of the QR code that the text has room for
+inline constexpr int kFuseIdBytes =
+    tables::kLongestFuseId;  ///< bytes of the fuse id that the text has room for
+inline constexpr int kQRCodeLength =
+    tables::kLongestQRCode;  ///< characters of the QR code that the text has room for
 
 /// Composes the text.
 /// @param fuseId the module's fuse id bytes; what is beyond kFuseIdBytes is left out.

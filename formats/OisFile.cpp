@@ -2,6 +2,7 @@
 
 #include "formats/Crc16.h"
 #include "formats/HexText.h"
+#include "tables/Stabiliser.h"
 
 namespace {
 
@@ -9,7 +10,7 @@ constexpr std::size_t kFuseIdAt = 2;
 constexpr std::size_t kCrcSize = 2;
 
 constexpr bool GainInRange(std::uint32_t gain) {
-    return gain >= 4000 && gain <= 17000;
+    return gain >= tables::kLeastGain && gain <= tables::kGreatestGain;
 }
 
 }  // namespace

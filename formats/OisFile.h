@@ -44,7 +44,8 @@ class OisFile {
 
 inline constexpr int kOisFileVersion = 1;
 
-/// Whether both gains lie in the range that the stabiliser accepts, 4000 to 17000.
+/// Whether both gains lie in the range that the stabiliser accepts, tables::kLeastGain to
+/// tables::kGreatestGain.
 bool OisGainsInRange(std::uint32_t gainX, std::uint32_t gainY);
 
 /// A sensitivity as the stabiliser's algorithm takes it: fixed point with 12 fraction bits, to millionths in

@@ -18,11 +18,11 @@ class FreshPlugin : public CameraPlatformInfoZelvan {};
 
 virtualphone::SensorDescription Sensor(int index, int deviceId, const std::uint8_t* data, std::size_t size) {
     virtualphone::SensorDescription sensor;
-    sensor.deviceBits = 1U << index;
-    sensor.deviceId = deviceId;
+    sensor.deviceBits = tables::DeviceBits{1U << index};
+    sensor.deviceId = tables::DeviceId{deviceId};
     sensor.eeprom.emplace();
-    sensor.eeprom->image.assign(data, data + std::min(size, kEepromImageSize));
-    sensor.eeprom->image.resize(kEepromImageSize);
+    sensor.eeprom->image.assign(data, data + std::min(size, tables::kEepromImageSize));
+    sensor.eeprom->image.resize(tables::kEepromImageSize);
     return sensor;
 }
 
@@ -33,10 +33,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     virtualphone::PhoneDescription phone;
     phone.properties["vendor.debug.camera.eeprom_dump"] = "1";
     phone.sensors = {Sensor(0, 7, data, half), Sensor(1, 1, data + half, size - half)};
-    phone.sensorAliases[7] = {.deviceBits = 1U << 7, .deviceId = 7};
+    phone.sensorAliases[tables::SensorIndex{7}] = {.deviceBits = tables::DeviceBits{1U << 7},
+                                                   .deviceId = tables::DeviceId{7}};
     phone.logicalDevices.resize(8);
-    phone.logicalDevices[1].sensorBits = 2;
-    phone.logicalDevices[7].sensorBits = 1;
+    phone.logicalDevices[1].sensorBits = tables::DeviceBits{2};
+    phone.logicalDevices[7].sensorBits = tables::DeviceBits{1};
     const virtualphone::TemporaryFolder root;
     record::Recorder recorder;
     const virtualphone::VirtualPhone running(std::move(phone), root.path(), recorder);

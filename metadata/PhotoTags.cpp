@@ -4,8 +4,8 @@
 #include "platform/IMetadata.h"
 #include "platform/IMetadataProvider.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
+#include "platforminfo/Operation.h"
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
@@ -25,46 +25,46 @@ constexpr UpdateFailure BeautyRefused(const char* lead) {
 }  // namespace
 
 int CameraPlatformInfoZelvan::MetadataUpdateBeautyData(IMetadata& meta, int /*instanceId*/) {
-    UpdateTag(__func__, meta, MakeEntry<unsigned char>(ZELVAN_BEAUTY_VERSION, {kBeautyVersion}),
-              BeautyRefused("HALCYRION Beauty VERSION tag"));
+    const Operation self(__func__);
+    self.update(meta, MakeEntry<unsigned char>(ZELVAN_BEAUTY_VERSION, {kBeautyVersion}),
+                BeautyRefused("HALCYRION Beauty VERSION tag"));
 
     IMetadata::IEntry options(ZELVAN_BEAUTY_OPTIONCONFIG);
     options.push_back<bool, std::int32_t>(false);
-    UpdateTag(__func__, meta, options, BeautyRefused("HALCYRION Beauty optionconfig tag"));
+    self.update(meta, options, BeautyRefused("HALCYRION Beauty optionconfig tag"));
 
     const auto makeup = MakeEntry<unsigned char>(ZELVAN_BEAUTY_MAKEUP, {1});
     if (const int error = meta.update(makeup.tag(), makeup); error != 0) {
         // The line names the version tag, not the makeup tag.
-        LogUpdateFailure(__func__, BeautyRefused("HALCYRION Beauty Makeup tag"), ZELVAN_BEAUTY_VERSION,
-                         error);
+        self.logRefusal(BeautyRefused("HALCYRION Beauty Makeup tag"), ZELVAN_BEAUTY_VERSION, error);
     }
     return 0;
 }
 
 int CameraPlatformInfoZelvan::MetadataUpdateFocalLength35mm(IMetadata& meta, int /*instanceId*/,
                                                             NSCam::IMetadataProvider* provider) {
-    LOGI("enter");
+    const Operation self(__func__);
+    LOGI(self, "enter");
     // A snapshot that no later merge reaches.
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const IMetadata characteristics = provider->staticCharacteristics();
     const IMetadata::IEntry platformValue = characteristics.entryFor(kPlatformFocalLength35mm);
     const float focalLength = platformValue.isEmpty() ? 0.0F : platformValue.itemAt<float>(0);
-    UpdateTag(__func__, meta, MakeEntry<float>(ZELVAN_FOCAL_LENGTH_35MM, {focalLength}));
-    LOGI("exit");
+    self.update(meta, MakeEntry<float>(ZELVAN_FOCAL_LENGTH_35MM, {focalLength}));
+    LOGI(self, "exit");
     return 0;
 }
 
 int CameraPlatformInfoZelvan::UpdatePhotoStyleInfo(IMetadata& meta, int /*instanceId*/) {
-    LOGI("enter");
+    const Operation self(__func__);
+    LOGI(self, "enter");
     const unsigned char supported = IsThemeNoTesmor() ? 0 : 1;
-    int result =
-        UpdateTag(__func__, meta, MakeEntry<unsigned char>(ZELVAN_CUSTOM_QUALITY_SUPPORTED, {supported}),
-                  {.lead = "ZV IMetadata::update,tag ZELVAN_CUSTOM_QUALITY_SUPPORTED"});
+    int result = self.update(meta, MakeEntry<unsigned char>(ZELVAN_CUSTOM_QUALITY_SUPPORTED, {supported}),
+                             {.lead = "ZV IMetadata::update,tag ZELVAN_CUSTOM_QUALITY_SUPPORTED"});
     if (supported == 1) {
-        result =
-            UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_CIQLUT_CONFIG_MAKS, {kLutConfig}),
-                      {.lead = "ZV IMetadata::update,tag ZELVAN_CAMERA_CIQLUT_CONFIG_MAKS"});
+        result = self.update(meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_CIQLUT_CONFIG_MAKS, {kLutConfig}),
+                             {.lead = "ZV IMetadata::update,tag ZELVAN_CAMERA_CIQLUT_CONFIG_MAKS"});
     }
-    LOGI("exit");
+    LOGI(self, "exit");
     return result;
 }

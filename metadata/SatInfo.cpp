@@ -6,10 +6,23 @@
 #include "formats/ZoomScale.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
+namespace camera_role = tables::camera_role;
+
+namespace {
+
+/// Which zoom control a scale is for, as its record names it.
+enum ZoomScaleType : int { kPhotoScale = 1, kVideoScale = 2 };
+
+/// Lengths of the zoom controls, in the controls' own units.
+constexpr float kPhotoControlLength = 800.0F;
+constexpr float kVideoControlLength = 700.0F;
+constexpr float kSecondSatControlLength = 400.0F;
+
+}  // namespace
 
 int CameraPlatformInfoZelvan::MetedataUpdateSatInfo(IMetadata& meta, int instanceId) {
     std::istringstream photoRatios("0.6:1:2:5:10:20");
@@ -25,16 +38,16 @@ int CameraPlatformInfoZelvan::MetedataUpdateSatInfo(IMetadata& meta, int instanc
     };
 
     // An unknown instance gains an empty row, whose role has no scale.
-    switch (DeviceId2RoleId[instanceId].roleId) {
+    switch (DeviceId2RoleId.findOrAdd(instanceId).roleId) {
         case camera_role::kSat: {
             IMetadata::Memory records;
-            records.append(convert(800.0F, photoRatios, 1));
-            records.append(convert(700.0F, videoRatios, 2));
+            records.append(convert(kPhotoControlLength, photoRatios, kPhotoScale));
+            records.append(convert(kVideoControlLength, videoRatios, kVideoScale));
             store(records);
             break;
         }
         case camera_role::kSecondSat: {
-            store(convert(400.0F, secondSatRatios, 1));
+            store(convert(kSecondSatControlLength, secondSatRatios, kPhotoScale));
             IMetadata::IEntry flags = meta.entryFor(ZELVAN_CAMERA_SAT_INFO_FLAGS);
             flags.push_back<std::int32_t>(1);
             meta.update(ZELVAN_CAMERA_SAT_INFO_FLAGS, flags);

@@ -3,9 +3,10 @@
 #include <string_view>
 
 #include "platform/Properties.h"
+#include "tables/PublishedProperties.h"
 
 bool IsThemeNoTesmor() {
     char theme[PROPERTY_VALUE_MAX];
-    return property_get("ro.boot.product.theme_customize", theme, nullptr) >= 1 &&
-           std::string_view(theme) == "NoTesmor";
+    return property_get(tables::kThemeProperty, theme, nullptr) >= 1 &&
+           std::string_view(theme) == tables::kThemeNoTesmor;
 }

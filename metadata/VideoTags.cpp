@@ -5,11 +5,12 @@
 
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
+#include "platforminfo/Operation.h"
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
+namespace camera_role = tables::camera_role;
 
 namespace {
 
@@ -39,56 +40,60 @@ CapabilityList StabilizationOf(int roleId) {
 }
 
 /// Stores the list unless the metadata holds one already.
-void FillGap(const char* function, IMetadata& meta, IMetadata::Tag_t tag, CapabilityList values) {
+void FillGap(const Operation& self, IMetadata& meta, IMetadata::Tag_t tag, CapabilityList values) {
     if (meta.entryFor(tag).isEmpty()) {
-        UpdateTag(function, meta, MakeEntry<std::int32_t>(tag, values));
+        self.update(meta, MakeEntry<std::int32_t>(tag, values));
     }
 }
 
 }  // namespace
 
 int CameraPlatformInfoZelvan::MetadataUpdateHDHDR(IMetadata& meta, int /*instanceId*/) {
-    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_HDHDR_SUPPORTED, {1}));
+    const Operation self(__func__);
+    self.update(meta, MakeEntry<std::int32_t>(ZELVAN_HDHDR_SUPPORTED, {1}));
     // 1 on every path, a refused update included.
     return 1;
 }
 
 int CameraPlatformInfoZelvan::MetedataUpdateVideoStabilizationData(IMetadata& meta, int instanceId) {
-    const RoleIdDesc* const device = FindDevice(__func__, instanceId);
+    const Operation self(__func__);
+    const RoleIdDesc* const device = self.find(DeviceId2RoleId, instanceId);
     if (device == nullptr) {
         return -1;
     }
     // The lists are made of pairs; one that is not would be worse than none.
     const CapabilityList values = StabilizationOf(device->roleId);
     if (!values.empty() && values.size() % 2 == 0) {
-        FillGap(__func__, meta, ZELVAN_VIDEO_STABILIZATION_DATA, values);
+        FillGap(self, meta, ZELVAN_VIDEO_STABILIZATION_DATA, values);
     }
     if (meta.entryFor(ZELVAN_VIDEO_STABILIZATION_SUPPORTED).isEmpty()) {
-        UpdateTag(__func__, meta, MakeEntry<unsigned char>(ZELVAN_VIDEO_STABILIZATION_SUPPORTED, {1}));
+        self.update(meta, MakeEntry<unsigned char>(ZELVAN_VIDEO_STABILIZATION_SUPPORTED, {1}));
     }
     return 0;
 }
 
 int CameraPlatformInfoZelvan::MetedataUpdateVNQualityData(IMetadata& meta, int instanceId) {
-    const RoleIdDesc* const device = FindDevice(__func__, instanceId);
+    const Operation self(__func__);
+    const RoleIdDesc* const device = self.find(DeviceId2RoleId, instanceId);
     if (device == nullptr) {
         return -1;
     }
-    LOGI("MetedataUpdateVNQualityData roleId = %d", device->roleId);
+    LOGI(self, "MetedataUpdateVNQualityData roleId = %d", device->roleId);
     if (Contains(kVNQualityRoles, device->roleId)) {
-        FillGap(__func__, meta, ZELVAN_VN_QUALITY_DATA, kVNQuality);
+        FillGap(self, meta, ZELVAN_VN_QUALITY_DATA, kVNQuality);
     }
     return 0;
 }
 
 int CameraPlatformInfoZelvan::MetedataUpdateVideoTrackAFQualityData(IMetadata& meta, int instanceId) {
-    const RoleIdDesc* const device = FindDevice(__func__, instanceId);
+    const Operation self(__func__);
+    const RoleIdDesc* const device = self.find(DeviceId2RoleId, instanceId);
     if (device == nullptr) {
         return -1;
     }
-    LOGI("MetedataUpdateVideoTrackAFQualityData, roleId = %d", device->roleId);
+    LOGI(self, "MetedataUpdateVideoTrackAFQualityData, roleId = %d", device->roleId);
     if (Contains(kVideoTrackAFRoles, device->roleId)) {
-        FillGap(__func__, meta, ZELVAN_VIDEO_TRACK_AF_QUALITY_DATA, kVideoTrackAFQuality);
+        FillGap(self, meta, ZELVAN_VIDEO_TRACK_AF_QUALITY_DATA, kVideoTrackAFQuality);
     }
     return 0;
 }

@@ -1,8 +1,8 @@
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <vector>
 
@@ -11,11 +11,13 @@
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
+#include "platforminfo/Operation.h"
+#include "platforminfo/RoleResolution.h"
 #include "tables/PublishedTags.h"
 
 using NSCam::IMetadata;
+namespace camera_role = tables::camera_role;
 
 namespace {
 
@@ -45,52 +47,67 @@ bool HasFakeSatSizes(int roleId) {
            roleId == camera_role::kThreePartSat;
 }
 
-bool ZoomsInSensor(NSCam::IHalSensor& sensor, int deviceIndex) {
+bool ZoomsInSensor(NSCam::IHalSensor& sensor, tables::DeviceId device) {
     std::vector<std::int32_t> modes;
-    sensor.sendCommand(deviceIndex, NSCam::SENSOR_CMD_GET_IN_SENSOR_ZOOM, 0, modes);
+    sensor.sendCommand(Number(device), NSCam::SENSOR_CMD_GET_IN_SENSOR_ZOOM, 0, modes);
     return !modes.empty() && modes[0] != kNoInSensorZoom;
 }
 
-void LogFakeSatSizes(const char* function, int instanceId, const IMetadata::Memory& blob) {
+void LogFakeSatSizes(const Operation& self, int instanceId, IMetadata::Memory blob) {
     std::array<FakeSatSize, kFakeSatSizes.size()> sizes{};
-    std::copy_n(blob.array(), std::min(blob.size(), sizeof(sizes)),
-                reinterpret_cast<std::uint8_t*>(sizes.data()));
+    // What the blob lacks reads as zeros.
+    blob.resize(sizeof(sizes));
+    std::memcpy(sizes.data(), blob.editArray(), sizeof(sizes));
     for (const FakeSatSize& size : sizes) {
-        LOG_AS(ANDROID_LOG_INFO, function,
-               "fakeSatImageYuvSizesV2: instanceId %d, zoomStart = %f, zoomStop = %f, type = %d, width = %d, "
-               "height = %d",
-               instanceId, static_cast<double>(size.zoomStart), static_cast<double>(size.zoomStop), size.type,
-               size.width, size.height);
+        LOGI(self,
+             "fakeSatImageYuvSizesV2: instanceId %d, zoomStart = %f, zoomStop = %f, type = %d, width = %d, "
+             "height = %d",
+             instanceId, static_cast<double>(size.zoomStart), static_cast<double>(size.zoomStop), size.type,
+             size.width, size.height);
     }
 }
 
-}  // namespace
+/// The user under whose name the platform opens a sensor.
+constexpr const char* kSensorUser = "CameraPlatformInfoZelvan";
 
-std::optional<CameraPlatformInfoZelvan::ZoomInstance> CameraPlatformInfoZelvan::ResolveZoomInstance(
-    const char* function, int instanceId) {
-    const std::optional<ResolvedInstance> instance = ResolveRole(function, instanceId);
+/// What the zoom updaters need of an instance.
+struct ZoomInstance {
+    int roleId;
+    NSCam::IHalSensor* sensor;  ///< of the instance's first member
+    tables::DeviceId device;    ///< of the same member
+};
+
+/// @return no value, after an error line, when the role or the sensor object is missing.
+std::optional<ZoomInstance> ResolveZoomInstance(const Operation& self,
+                                                const std::optional<ResolvedInstance>& instance,
+                                                int instanceId) {
     if (!instance) {
         return std::nullopt;
     }
     const std::vector<int> sensorIds = instance->devices.sensorIds(instanceId);
     NSCam::IHalSensorList* const sensors = NSCam::IHalSensorList::get();
     NSCam::IHalSensor* const sensor =
-        sensorIds.empty() || sensors == nullptr ? nullptr : sensors->createSensor(kLogTag, sensorIds[0]);
+        sensorIds.empty() || sensors == nullptr ? nullptr : sensors->createSensor(kSensorUser, sensorIds[0]);
     if (sensor == nullptr) {
-        LOG_AS(ANDROID_LOG_ERROR, function, "Cannot get halsensor");
+        LOGE(self, "Cannot get halsensor");
         return std::nullopt;
     }
-    return ZoomInstance{
-        .roleId = instance->roleId, .sensor = sensor, .deviceIndex = sensors->deviceId(sensorIds[0])};
+    return ZoomInstance{.roleId = Number(instance->role),
+                        .sensor = sensor,
+                        .device = tables::DeviceId{sensors->deviceId(sensorIds[0])}};
 }
 
+}  // namespace
+
 int CameraPlatformInfoZelvan::MetadataUpdateFakeSatSizes(IMetadata& meta, int instanceId) {
-    LOGI("enter");
-    const std::optional<ZoomInstance> instance = ResolveZoomInstance(__func__, instanceId);
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    const std::optional<ZoomInstance> instance =
+        ResolveZoomInstance(self, ResolveRole(self, *this, DeviceId2RoleId, instanceId), instanceId);
     if (!instance) {
         return -1;
     }
-    if (ZoomsInSensor(*instance->sensor, instance->deviceIndex)) {
+    if (ZoomsInSensor(*instance->sensor, instance->device)) {
         MetadataUpdateInSensorZoomModes(meta, instanceId);
         if (HasFakeSatSizes(instance->roleId)) {
             const IMetadata::Memory sizes(kFakeSatSizes.data(), sizeof(kFakeSatSizes));
@@ -99,23 +116,26 @@ int CameraPlatformInfoZelvan::MetadataUpdateFakeSatSizes(IMetadata& meta, int in
             // A refused store shows when the tag is read back.
             const IMetadata::IEntry stored = meta.entryFor(ZELVAN_CAMERA_FAKESAT_FAKESATSIZE);
             if (stored.isEmpty()) {
-                LOGE("cannot get memory for ZELVAN_CAMERA_FAKESAT_FAKESATSIZE");
+                LOGE(self, "cannot get memory for ZELVAN_CAMERA_FAKESAT_FAKESATSIZE");
             } else {
-                LogFakeSatSizes(__func__, instanceId, stored.itemAt<IMetadata::Memory>(0));
+                LogFakeSatSizes(self, instanceId, stored.itemAt<IMetadata::Memory>(0));
             }
         }
     }
-    LOGI("exit");
+    LOGI(self, "exit");
     return 0;
 }
 
 int CameraPlatformInfoZelvan::MetadataUpdateInSensorZoomModes(IMetadata& meta, int /*instanceId*/) {
-    UpdateTag(__func__, meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_INSENSOR_ZOOM_MODES, {0}));
+    const Operation self(__func__);
+    self.update(meta, MakeEntry<std::int32_t>(ZELVAN_CAMERA_INSENSOR_ZOOM_MODES, {0}));
     return 0;
 }
 
 int CameraPlatformInfoZelvan::MetadataUpdateSmartFOVZoomRatio(IMetadata& meta, int instanceId) {
-    const std::optional<ZoomInstance> instance = ResolveZoomInstance(__func__, instanceId);
+    const Operation self(__func__);
+    const std::optional<ZoomInstance> instance =
+        ResolveZoomInstance(self, ResolveRole(self, *this, DeviceId2RoleId, instanceId), instanceId);
     if (!instance) {
         return -1;
     }

@@ -3,7 +3,8 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <memory>
-#include <unistd.h>
+
+#include "platforminfo/UniqueFd.h"
 
 struct CFileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -12,28 +13,24 @@ struct CFileCloser {
 /// A C stream that closes itself.
 using CFilePtr = std::unique_ptr<std::FILE, CFileCloser>;
 
-/// Opens a stream without ever waiting for another process, as a pipe would have it.
-/// @param mode as for fdopen, matching `flags`.
-/// @return null, with errno set, when the file can't be opened.
-inline CFilePtr OpenWithoutWaiting(const char* path, int flags, const char* mode) {
-    constexpr mode_t kPermissions = 0666;  // less the umask, as for fopen
-    const int fd = open(path, flags | O_NONBLOCK | O_CLOEXEC, kPermissions);
-    if (fd < 0) {
-        return nullptr;
-    }
-    CFilePtr file(fdopen(fd, mode));
-    if (file == nullptr) {
-        close(fd);
+/// A stream over a descriptor.
+/// @param mode as for fdopen, matching how the file was opened.
+/// @return null, with errno set, for a file that could not be opened.
+inline CFilePtr StreamOver(UniqueFd fd, const char* mode) {
+    CFilePtr file(fd.valid() ? fdopen(fd.get(), mode) : nullptr);
+    if (file != nullptr) {
+        fd.release();
     }
     return file;
 }
 
-/// Opens a file for binary reading. A pipe without a writer reads as empty.
+/// Opens a file of the phone for binary reading. A pipe without a writer reads as empty.
 inline CFilePtr OpenForReading(const char* path) {
-    return OpenWithoutWaiting(path, O_RDONLY, "rb");
+    return StreamOver(OpenWithoutWaiting(path, O_RDONLY, 0), "rb");
 }
 
-/// Makes or empties a file for writing. A pipe without a reader can't be opened.
+/// Makes or empties a file of the phone for writing. A pipe without a reader can't be opened.
 inline CFilePtr OpenForWriting(const char* path) {
-    return OpenWithoutWaiting(path, O_WRONLY | O_CREAT | O_TRUNC, "w");
+    constexpr mode_t kPermissions = 0666;  // as for fopen
+    return StreamOver(OpenWithoutWaiting(path, O_WRONLY | O_CREAT | O_TRUNC, kPermissions), "w");
 }

@@ -9,10 +9,10 @@
 
 /// The calibration image of one camera module.
 struct CamCalAllData {
-    std::array<std::uint8_t, kEepromImageSize> data;  ///< the EEPROM from its offset 0
-    std::uint32_t dataSize;                           ///< valid bytes: 0 before a read, all after it
+    std::array<std::uint8_t, tables::kEepromImageSize> data;  ///< the EEPROM from its offset 0
+    std::uint32_t dataSize;                                   ///< valid bytes: 0 before a read, all after it
 };
-static_assert(sizeof(CamCalAllData) == kEepromImageSize + 4);
+static_assert(sizeof(CamCalAllData) == tables::kEepromImageSize + 4);
 
 struct CamCalAllDataDeleter {
     void operator()(CamCalAllData* image) const { std::free(image); }

@@ -2,11 +2,12 @@
 
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
+#include "platforminfo/Operation.h"
+#include "tables/PublishedProperties.h"
 
 void CameraPlatformInfoZelvan::setDataBinGroupProperty() {
-    constexpr const char* kProperty = "vendor.camera.sensor.zv.databin.existmask";
+    const Operation self(__func__);
     const std::string value = std::to_string(mDataBinExistMask);
-    const int refused = property_set(kProperty, value.c_str()) != 0 ? 1 : 0;
-    LOGI("set propertyname[%s] = %s,%d", kProperty, value.c_str(), refused);
+    const int refused = property_set(tables::kDataBinExistMaskProperty, value.c_str()) != 0 ? 1 : 0;
+    LOGI(self, "set propertyname[%s] = %s,%d", tables::kDataBinExistMaskProperty, value.c_str(), refused);
 }

@@ -2,19 +2,17 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/DevicePath.h"
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
 #include "platforminfo/CFile.h"
 #include "platforminfo/CamCalAllData.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/Lookup.h"
+#include "platforminfo/Operation.h"
 #include "platforminfo/SensorWalk.h"
+#include "tables/PublishedFiles.h"
+#include "tables/PublishedProperties.h"
 
 namespace {
-
-constexpr const char* kDumpFolder = "/data/vendor/camera";
 
 void WriteAsText(const CamCalAllData& image, std::FILE* file) {
     for (std::uint32_t i = 0; i < image.dataSize; ++i) {
@@ -25,30 +23,31 @@ void WriteAsText(const CamCalAllData& image, std::FILE* file) {
 }  // namespace
 
 int CameraPlatformInfoZelvan::DumpEepromRawData() {
+    const Operation self(__func__);
     const NSCam::IHalSensorList* const sensors = NSCam::IHalSensorList::get();
-    if (property_get_int32("vendor.debug.camera.eeprom_dump", 0) == 0) {
+    if (property_get_int32(tables::kEepromDumpProperty, 0) == 0) {
         return 0;
     }
-    LOGI("DumpEepromRawData +");
+    LOGI(self, "DumpEepromRawData +");
     if (sensors != nullptr) {
         for (SensorWalk sensor(*this, *sensors); sensor.next();) {
-            const char* const* const roleName =
-                FindRow(__func__, "mRoleId2ModuleName", mRoleId2ModuleName, sensor.roleId());
+            const int roleId = Number(sensor.role());
+            const char* const* const roleName = self.find(mRoleId2ModuleName, roleId);
             if (roleName == nullptr) {
                 return -1;
             }
             char path[64];
-            std::snprintf(path, sizeof(path), "%s/eeprom_raw_data_dump_%s", kDumpFolder, *roleName);
-            const CamCalAllData* const image = GetCamCalAllData(sensor.roleId());
+            std::snprintf(path, sizeof(path), "%s%s", tables::kEepromDumpPath, *roleName);
+            const CamCalAllData* const image = GetCamCalAllData(roleId);
             if (image == nullptr) {
                 continue;
             }
-            const CFilePtr file = OpenForWriting(DevicePath(path).c_str());
+            const CFilePtr file = OpenForWriting(path);
             if (file != nullptr) {
                 WriteAsText(*image, file.get());
             }
         }
     }
-    LOGI("DumpEepromRawData -");
+    LOGI(self, "DumpEepromRawData -");
     return 0;
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <android/log.h>
 
 /// The plug-in's log: Android tag "CameraPlatformInfoZelvan", every text led by the calling thread's id and
@@ -10,16 +8,20 @@
 inline constexpr const char* kLogTag = "CameraPlatformInfoZelvan";
 
 /// The calling thread's id, asked from the kernel once a thread.
-inline int CallingThreadId() {
-    thread_local const int id = gettid();
-    return id;
+int CallingThreadId();
+
+/// A text as log lines and properties show it where there may be none.
+constexpr const char* OrNull(const char* text) {
+    return text == nullptr ? "(null)" : text;
 }
 
-/// A line in the name of `function`, for code that serves several operations.
-#define LOG_AS(priority, function, format, ...)                                   \
-    __android_log_print(priority, kLogTag, "(%d)[%s] " format, CallingThreadId(), \
-                        function __VA_OPT__(, ) __VA_ARGS__)
+// Macros, so that the lead and the text are one format that the compiler checks, and one pass prints.
 
-#define LOGD(format, ...) LOG_AS(ANDROID_LOG_DEBUG, __func__, format __VA_OPT__(, ) __VA_ARGS__)
-#define LOGI(format, ...) LOG_AS(ANDROID_LOG_INFO, __func__, format __VA_OPT__(, ) __VA_ARGS__)
-#define LOGE(format, ...) LOG_AS(ANDROID_LOG_ERROR, __func__, format __VA_OPT__(, ) __VA_ARGS__)
+/// A line in the name of an `Operation`.
+#define LOG_AS(priority, operation, format, ...)                                  \
+    __android_log_print(priority, kLogTag, "(%d)[%s] " format, CallingThreadId(), \
+                        (operation).name() __VA_OPT__(, ) __VA_ARGS__)
+
+#define LOGD(operation, format, ...) LOG_AS(ANDROID_LOG_DEBUG, operation, format __VA_OPT__(, ) __VA_ARGS__)
+#define LOGI(operation, format, ...) LOG_AS(ANDROID_LOG_INFO, operation, format __VA_OPT__(, ) __VA_ARGS__)
+#define LOGE(operation, format, ...) LOG_AS(ANDROID_LOG_ERROR, operation, format __VA_OPT__(, ) __VA_ARGS__)

@@ -5,10 +5,9 @@
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/Lookup.h"
-#include "platforminfo/PlatformAccess.h"
+#include "platforminfo/Operation.h"
 #include "platforminfo/SensorWalk.h"
+#include "tables/PublishedProperties.h"
 
 namespace {
 
@@ -30,43 +29,44 @@ ModuleInfoTexts SplitOverProperties(const std::map<int, std::string>& entries) {
 
 std::string ModuleEntry(const char* roleName, const char* sensorNames) {
     char entry[256];
-    std::snprintf(entry, sizeof(entry), "%s=%s;", roleName, sensorNames == nullptr ? "(null)" : sensorNames);
+    std::snprintf(entry, sizeof(entry), "%s=%s;", roleName, OrNull(sensorNames));
     return entry;
 }
 
 }  // namespace
 
 int CameraPlatformInfoZelvan::SetModuleInfoProp() {
-    LOGI("enter");
-    const NSCam::IHalSensorList* const sensors = GetSensorList(__func__);
+    const Operation self(__func__);
+    LOGI(self, "enter");
+    const NSCam::IHalSensorList* const sensors = self.sensorList();
     if (sensors == nullptr) {
         return -1;
     }
     std::map<int, std::string> entries;
     for (const auto& [deviceId, device] : DeviceId2RoleId) {
-        if (device.roleId >= camera_role::kFirstLogicalRole) {
+        if (device.roleId >= tables::camera_role::kFirstLogicalRole) {
             continue;
         }
-        const char* const* const roleName =
-            FindRow(__func__, "mRoleId2ModuleName", mRoleId2ModuleName, device.roleId);
+        const char* const* const roleName = self.find(mRoleId2ModuleName, device.roleId);
         if (roleName == nullptr) {
             return -1;
         }
         entries[device.roleId] = ModuleEntry(*roleName, "none");
     }
     for (SensorWalk sensor(*this, *sensors); sensor.next();) {
-        const char* const* const roleName =
-            FindRow(__func__, "mRoleId2ModuleName", mRoleId2ModuleName, sensor.roleId());
+        const int roleId = Number(sensor.role());
+        const char* const* const roleName = self.find(mRoleId2ModuleName, roleId);
         if (roleName == nullptr) {
             return -1;
         }
-        entries[sensor.roleId()] = ModuleEntry(*roleName, DeviceId2RoleId[sensor.deviceId()].sensorNames);
+        const RoleIdDesc& device = DeviceId2RoleId.findOrAdd(Number(sensor.device()));
+        entries[roleId] = ModuleEntry(*roleName, device.sensorNames);
     }
     const ModuleInfoTexts texts = SplitOverProperties(entries);
-    LOGI("moduleInfo = %s", texts.info.c_str());
-    LOGI("moduleInfoExt = %s", texts.extension.c_str());
-    property_set("persist.vendor.camera.zv.module.info", texts.info.c_str());
-    property_set("persist.vendor.camera.zv.module.infoext", texts.extension.c_str());
-    LOGI("exit");
+    LOGI(self, "moduleInfo = %s", texts.info.c_str());
+    LOGI(self, "moduleInfoExt = %s", texts.extension.c_str());
+    property_set(tables::kModuleInfoProperty, texts.info.c_str());
+    property_set(tables::kModuleInfoExtProperty, texts.extension.c_str());
+    LOGI(self, "exit");
     return 0;
 }

@@ -4,25 +4,24 @@
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
-#include "platforminfo/Log.h"
-#include "platforminfo/Lookup.h"
-#include "platforminfo/PlatformAccess.h"
+#include "platforminfo/Operation.h"
 #include "platforminfo/SensorWalk.h"
 
 int CameraPlatformInfoZelvan::SetSensorInfoProp() {
-    const NSCam::IHalSensorList* const sensors = GetSensorList(__func__);
+    const Operation self(__func__);
+    const NSCam::IHalSensorList* const sensors = self.sensorList();
     if (sensors == nullptr) {
         return -1;
     }
     for (SensorWalk sensor(*this, *sensors); sensor.next();) {
-        const int roleId = sensor.roleId();
+        const int roleId = Number(sensor.role());
         const int vendorId = GetVendorId(roleId);
         const int lensId = GetLensId(roleId);
         const int sensorId = GetSensorId(roleId);
         const std::string value = MakeSensorInfoText(vendorId, lensId, sensorId);
-        LOGI("[SensorInfo] vendorId = 0x%02x lensId = 0x%02x, sensorId = 0x%02x",
+        LOGI(self, "[SensorInfo] vendorId = 0x%02x lensId = 0x%02x, sensorId = 0x%02x",
              static_cast<unsigned>(vendorId), static_cast<unsigned>(lensId), static_cast<unsigned>(sensorId));
-        const char* const* const propName = FindRow(__func__, "mZVSensorInfoProp", mZVSensorInfoProp, roleId);
+        const char* const* const propName = self.find(mZVSensorInfoProp, roleId);
         if (propName == nullptr) {
             return -1;
         }

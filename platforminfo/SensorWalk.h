@@ -2,10 +2,11 @@
 
 #include "platform/IHalSensorList.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "tables/Numberings.h"
 
 /// Walks the sensors that the platform found and names each one's role:
 ///
-///     for (SensorWalk sensor(*this, *sensorList); sensor.next();) { ... sensor.roleId() ... }
+///     for (SensorWalk sensor(*this, *sensorList); sensor.next();) { ... sensor.role() ... }
 ///
 /// The list's count is asked again before each step. What an unknown role means is up to the caller.
 class SensorWalk {
@@ -15,25 +16,26 @@ class SensorWalk {
 
     /// Moves to the next sensor; false past the last one.
     bool next() {
-        if (++mIndex >= mSensors.sensorCount()) {
+        mIndex = tables::SensorIndex{Number(mIndex) + 1};
+        if (Number(mIndex) >= mSensors.sensorCount()) {
             return false;
         }
-        mDeviceId = mSensors.deviceId(mIndex);
+        mDevice = tables::DeviceId{mSensors.deviceId(Number(mIndex))};
         // The device id is passed where a sensor index is asked for: the platform answers for both
         // numberings, and the role tables rely on this detour.
-        mRoleId = mInfo.GetRoleIdBySensorIdx(mDeviceId);
+        mRole = tables::RoleId{mInfo.GetRoleIdBySensorIdx(Number(mDevice))};
         return true;
     }
 
-    int index() const { return mIndex; }
-    int deviceId() const { return mDeviceId; }
+    tables::SensorIndex index() const { return mIndex; }
+    tables::DeviceId device() const { return mDevice; }
     /// -1 when the device id has no role.
-    int roleId() const { return mRoleId; }
+    tables::RoleId role() const { return mRole; }
 
   private:
     CameraPlatformInfoZelvan& mInfo;
     const NSCam::IHalSensorList& mSensors;
-    int mIndex = -1;
-    int mDeviceId = -1;
-    int mRoleId = -1;
+    tables::SensorIndex mIndex{-1};
+    tables::DeviceId mDevice{-1};
+    tables::RoleId mRole{-1};
 };

@@ -53,7 +53,7 @@ Json ItemReport(const Item& item) {
 Json TagReport(const Tag& tag) {
     Json report;
     report["tag"] = HexNumber(tag.tag);
-    if (const PublishedTag* known = FindPublishedTag(tag.tag)) {
+    if (const tables::PublishedTag* known = tables::FindPublishedTag(tag.tag)) {
         report["name"] = known->name;
     }
     report["type"] = kItemTypeNames[static_cast<std::size_t>(tag.values.type())];

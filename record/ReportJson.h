@@ -34,7 +34,7 @@ inline constexpr const char* kQueryNames[] = {
     "sensorDriver",      "calibrationDriver", "calibrationHelper",
 };
 
-/// Names of `TagItemType`, in the order of its values.
+/// Names of `tables::TagItemType`, in the order of its values.
 inline constexpr const char* kItemTypeNames[] = {"none", "int32", "int64", "float", "byte", "memory"};
 
 /// Names of `Ended::How`, in the order of its values.

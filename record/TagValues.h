@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -22,7 +24,7 @@ using Blob = std::vector<std::uint8_t>;
 ///     std::size_t bytes = values.visit([](const auto& items) { return items.size() * sizeof(items[0]); });
 class TagValues {
   public:
-    /// The alternatives stand in the order of `TagItemType`.
+    /// The alternatives stand in the order of `tables::TagItemType`.
     using Items = std::variant<std::monostate, std::vector<std::int32_t>, std::vector<std::int64_t>,
                                std::vector<float>, std::vector<std::uint8_t>, std::vector<Blob>>;
 
@@ -36,7 +38,7 @@ class TagValues {
         }
     }
 
-    TagItemType type() const { return static_cast<TagItemType>(mItems.index()); }
+    tables::TagItemType type() const { return static_cast<tables::TagItemType>(mItems.index()); }
     std::size_t count() const;
 
     /// Calls `visitor` with the items as `std::span<const Item>`; for type None with an empty span of int32.
@@ -61,7 +63,15 @@ class TagValues {
         return items == nullptr ? std::span<const Item>() : std::span<const Item>(*items);
     }
 
-    friend bool operator==(const TagValues&, const TagValues&) = default;
+    /// The same items of the same type. Not a number equals itself here.
+    friend bool operator==(const TagValues& left, const TagValues& right) {
+        const auto floats = left.as<float>();
+        const auto others = right.as<float>();
+        return floats.empty()
+                   ? left.mItems == right.mItems
+                   : std::equal(floats.begin(), floats.end(), others.begin(), others.end(),
+                                [](float a, float b) { return a == b || (std::isnan(a) && std::isnan(b)); });
+    }
 
   private:
     Items mItems;

@@ -15,6 +15,8 @@ struct DualCameraCalDataInfo {
     const char* goldenPath;  ///< raw block that the vendor partition ships
 };
 
+namespace tables {
+
 /// The pairs of this phone. Their modules carry no block, so the EEPROM source always passes.
 inline constexpr std::array<DualCameraCalDataInfo, 2> kDualCameraPairs = {{
     {.masterCameraRole = camera_role::kBackMain,
@@ -32,3 +34,19 @@ inline constexpr std::array<DualCameraCalDataInfo, 2> kDualCameraPairs = {{
      .dumpPath = "/data/vendor/camera/com.zelvan.dcal.wt.data",
      .goldenPath = "/vendor/etc/camera/com.zelvan.dcal.wt.golden"},
 }};
+
+/// The persist file that a recalibration of a pair writes, by the pair's dump file.
+struct RecalibrationFile {
+    const char* dumpPath;
+    const char* fileName;
+};
+
+inline constexpr std::array<RecalibrationFile, 4> kRecalibrationFiles = {{
+    {.dumpPath = kDualCameraPairs[0].dumpPath, .fileName = "com.zelvan.dcal.wu.bin"},
+    {.dumpPath = kDualCameraPairs[1].dumpPath, .fileName = "com.zelvan.dcal.wt.bin"},
+    // Pairs that this phone does not have.
+    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.wd.data", .fileName = "com.zelvan.dcal.wd.bin"},
+    {.dumpPath = "/data/vendor/camera/com.zelvan.dcal.ffd.data", .fileName = "com.zelvan.dcal.ffd.bin"},
+}};
+
+}  // namespace tables

@@ -5,16 +5,7 @@
 #include <cstdint>
 #include <span>
 
-/// Where things stand in a camera module's memory. Data and pure functions only: whoever reads or makes
-/// EEPROM images shares them.
-
-/// Bytes of a module's EEPROM image.
-inline constexpr std::size_t kEepromImageSize = 16384;
-
-/// Offsets of the three identity bytes.
-inline constexpr int kVendorIdOffset = 1;
-inline constexpr int kLensIdOffset = 8;
-inline constexpr int kSensorIdOffset = 12;
+/// Where things stand in a camera module's memory.
 
 /// One checksummed range of an EEPROM layout.
 struct SubModuleCheckSumDesc {
@@ -31,6 +22,22 @@ struct EepromCheckSumDesc {
     const char* eepromName;        ///< name of the EEPROM driver
     std::array<SubModuleCheckSumDesc, 16> subModules;
 };
+
+namespace tables {
+
+/// Bytes of a module's EEPROM image.
+inline constexpr std::size_t kEepromImageSize = 16384;
+
+/// Whether so many bytes from `offset` on lie inside an image.
+constexpr bool IsInImage(int offset, int size) {
+    return offset >= 0 && size >= 0 &&
+           static_cast<std::size_t>(offset) + static_cast<std::size_t>(size) <= kEepromImageSize;
+}
+
+/// Offsets of the three identity bytes.
+inline constexpr int kVendorIdOffset = 1;
+inline constexpr int kLensIdOffset = 8;
+inline constexpr int kSensorIdOffset = 12;
 
 /// The layouts of this phone's modules, in the order in which they are tried.
 inline constexpr std::array<EepromCheckSumDesc, 4> kEepromLayouts = {{
@@ -69,13 +76,22 @@ inline constexpr std::array<EepromCheckSumDesc, 4> kEepromLayouts = {{
      }}},
 }};
 
+/// The ranges that a layout has.
+constexpr std::span<const SubModuleCheckSumDesc> RangesOf(const EepromCheckSumDesc& layout) {
+    std::size_t count = 0;
+    while (count < layout.subModules.size() && layout.subModules[count].name != nullptr) {
+        ++count;
+    }
+    return std::span(layout.subModules).first(count);
+}
+
 /// Whether every range and checksum byte of the layouts lies inside an image, so that no reader has to ask.
 constexpr bool LayoutsFitImage() {
     for (const EepromCheckSumDesc& layout : kEepromLayouts) {
         if (layout.headerIdOffset + 4 > kEepromImageSize) {
             return false;
         }
-        for (const SubModuleCheckSumDesc& part : layout.subModules) {
+        for (const SubModuleCheckSumDesc& part : RangesOf(layout)) {
             if (part.endAddr >= kEepromImageSize || part.checkSumAddr >= kEepromImageSize) {
                 return false;
             }
@@ -85,15 +101,4 @@ constexpr bool LayoutsFitImage() {
 }
 static_assert(LayoutsFitImage());
 
-/// Checksum of the module makers over the bytes `first` to `last` inclusive: their sum modulo 255, plus 1.
-/// It is never 0, so a memory full of zeros fails. An empty range (`first` > `last`) yields 1.
-/// `last` must lie inside `image`.
-/// @return 1 to 255.
-constexpr std::uint8_t EepromCheckSum(std::span<const std::uint8_t> image, std::size_t first,
-                                      std::size_t last) {
-    std::uint32_t sum = 0;
-    for (std::size_t i = first; i <= last; ++i) {
-        sum += image[i];
-    }
-    return static_cast<std::uint8_t>(sum % 255 + 1);
-}
+}  // namespace tables

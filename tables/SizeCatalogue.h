@@ -8,6 +8,7 @@
 #include "tables/StreamFormats.h"
 
 /// The picture sizes that this phone's cameras announce, and the rules by which a sensor takes them.
+namespace tables {
 
 /// One row of a size catalogue: pixels and nanoseconds. A minimum frame duration of 0 is derived from the
 /// area.
@@ -186,3 +187,5 @@ constexpr std::int64_t YuvMinFrameDuration(const SizeCatalogueEntry& row) {
     }
     return row.area() <= kFullRateArea ? FRAME_DURATION_30_FPS : FRAME_DURATION_20_FPS;
 }
+
+}  // namespace tables

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <tuple>
 
 #include "virtualphone/PhoneState.h"
 
 namespace virtualphone {
+
+static_assert(kFocusPointCount == std::tuple_size_v<decltype(CamCal3ARecord::afPoints)>);
 
 int CamCal::readRecord(unsigned deviceBit, CamCalRecordKind kind, CamCal3ARecord& record) {
     const SensorDescription* sensor = FindSensorByBit(mPhone, deviceBit);
@@ -15,7 +18,10 @@ int CamCal::readRecord(unsigned deviceBit, CamCalRecordKind kind, CamCal3ARecord
         return -1;
     }
     record.capability = sensor->autofocus->capable ? CAM_CAL_CAPABILITY_AF : 0;
-    record.afPoints = sensor->autofocus->points;
+    std::transform(sensor->autofocus->points.begin(), sensor->autofocus->points.end(),
+                   record.afPoints.begin(), [](const FocusPoint& point) {
+                       return CamCalAfPoint{.distance = point.distance, .lensPosition = point.lensPosition};
+                   });
     return 0;
 }
 

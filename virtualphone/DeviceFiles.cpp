@@ -5,9 +5,9 @@
 #include <system_error>
 
 #include "platform/DevicePath.h"
+#include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
 #include "virtualphone/PhoneState.h"
-#include "virtualphone/SideFile.h"
 
 namespace virtualphone {
 

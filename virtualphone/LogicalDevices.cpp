@@ -24,17 +24,21 @@ int LogicalDeviceList::deviceCount() const {
 }
 
 std::vector<int> LogicalDeviceList::sensorIds(int instanceId) const {
-    const std::vector<int>& ids = device(instanceId).sensorIds;
+    std::vector<int> ids;
+    for (const tables::MemberSensorId member : device(instanceId).members) {
+        ids.push_back(Number(member));
+    }
     mSink.take(record::Asked{
         .query = Query::SensorIds, .about = instanceId, .answer = {ids.begin(), ids.end()}, .text = {}});
     return ids;
 }
 
 int LogicalDeviceList::sensorDeviceIndex(int sensorId) const {
-    const auto stated = mPhone.sensorDeviceIndexes.find(sensorId);
-    return answered(
-        Query::SensorDeviceIndex, sensorId,
-        stated == mPhone.sensorDeviceIndexes.end() ? DeviceIdOf(mPhone, sensorId) : stated->second);
+    const auto stated = mPhone.sensorDeviceIndexes.find(tables::MemberSensorId{sensorId});
+    return answered(Query::SensorDeviceIndex, sensorId,
+                    stated == mPhone.sensorDeviceIndexes.end()
+                        ? Number(DeviceIdOf(mPhone, tables::SensorIndex{sensorId}))
+                        : Number(stated->second));
 }
 
 unsigned LogicalDeviceList::isMultiSensorDevice(int instanceId) const {
@@ -42,7 +46,7 @@ unsigned LogicalDeviceList::isMultiSensorDevice(int instanceId) const {
 }
 
 unsigned LogicalDeviceList::sensorBits(int instanceId) const {
-    return answered(Query::SensorBits, instanceId, device(instanceId).sensorBits);
+    return answered(Query::SensorBits, instanceId, Number(device(instanceId).sensorBits));
 }
 
 std::string LogicalDeviceList::deviceName(int instanceId) const {

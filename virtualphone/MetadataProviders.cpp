@@ -18,9 +18,10 @@ MetadataProvider& MetadataProviders::provider(std::uint32_t id) {
         return found->second;
     }
     NSCam::IMetadata before;
-    if (const auto described = mPhone.staticMetadata.find(id); described != mPhone.staticMetadata.end()) {
-        for (const NSCam::IMetadata::IEntry& entry : described->second) {
-            NSCam::IMetadata::Inside::store(before, entry);
+    const auto described = mPhone.staticMetadata.find(tables::ProviderId{id});
+    if (described != mPhone.staticMetadata.end()) {
+        for (const record::Tag& tag : described->second) {
+            NSCam::IMetadata::Inside::store(before, EntryOf(tag));
         }
     }
     return mProviders.try_emplace(id, id, std::move(before), mSink).first->second;

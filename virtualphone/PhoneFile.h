@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -10,14 +12,19 @@
 
 namespace virtualphone {
 
-/// What is wrong with a phone file, in one line: "FILE: /json/pointer: expected ..., got ...".
+/// What is wrong with a phone file: "FILE: /json/pointer: expected ..., got ...". One line of printable
+/// UTF-8; what is longer than `kLongest` bytes has lost its middle.
 /// Also raised when a phone's files cannot be laid.
 class VIRTUALPHONE_API PhoneFileError : public std::runtime_error {
   public:
-    using std::runtime_error::runtime_error;
+    /// Leaves room in a line of 300 for the name of the program that prints it.
+    static constexpr std::size_t kLongest = 280;
+
+    explicit PhoneFileError(const std::string& message);
 };
 
-/// Reads a phone file and the side files that it names.
+/// Reads a phone file, and the side files that it names by paths that start at its folder.
+/// @param path "-": standard input, where relative paths start at the working folder.
 /// @throws PhoneFileError for a file that cannot be read or is no phone.
 VIRTUALPHONE_API PhoneDescription ReadPhoneFile(const std::filesystem::path& path);
 
@@ -27,5 +34,12 @@ VIRTUALPHONE_API PhoneDescription ReadPhoneFile(const std::filesystem::path& pat
 /// @throws PhoneFileError for a text that is no phone.
 VIRTUALPHONE_API PhoneDescription ParsePhone(std::string_view json, const std::filesystem::path& folder,
                                              const std::string& fileName);
+
+/// Writes a phone as a phone file with all bytes inside, from which `ParsePhone` makes the same description.
+/// What a phone file cannot say is not kept: bytes of texts that are not UTF-8 become U+FFFD.
+VIRTUALPHONE_API void WritePhoneFile(std::ostream& out, const PhoneDescription& phone);
+
+/// The same as a text.
+VIRTUALPHONE_API std::string PhoneFileText(const PhoneDescription& phone);
 
 }  // namespace virtualphone

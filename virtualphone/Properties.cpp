@@ -12,6 +12,8 @@
 
 namespace {
 
+static_assert(virtualphone::kLongestPropertyValue == PROPERTY_VALUE_MAX - 1);
+
 using virtualphone::CurrentPhone;
 using virtualphone::PhoneState;
 

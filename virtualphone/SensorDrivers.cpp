@@ -4,6 +4,8 @@
 
 namespace virtualphone {
 
+static_assert(kSensorModeCount == SENSOR_MODE_COUNT);
+
 SensorDriver::SensorDriver(const SensorDescription& sensor) {
     for (std::size_t mode = 0; mode < sensor.modes.size(); ++mode) {
         mInfo.outputWidth[mode] = sensor.modes[mode].width;
@@ -16,7 +18,7 @@ SensorDrivers::SensorDrivers(const PhoneDescription& phone)
 
 ImgSensorDrv* SensorDrivers::driver(int sensorIndex) {
     if (sensorIndex < 0 || sensorIndex >= static_cast<int>(mDrivers.size()) ||
-        mPhone.faults.sensorDrivers.contains(sensorIndex)) {
+        mPhone.faults.sensorDrivers.contains(tables::SensorIndex{sensorIndex})) {
         return nullptr;
     }
     return &mDrivers[static_cast<std::size_t>(sensorIndex)];

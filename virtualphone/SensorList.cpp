@@ -12,24 +12,28 @@ using record::Query;
 namespace {
 
 void FillStaticInfo(const SensorDescription& sensor, NSCam::SensorStaticInfo& info) {
-    info.sensorId = sensor.sensorId;
+    info.sensorId = Number(sensor.chipSensorId);
     info.pixelArrayWidth = sensor.pixelArray.width;
     info.pixelArrayHeight = sensor.pixelArray.height;
     info.captureWidth = sensor.captureSize.width;
     info.captureHeight = sensor.captureSize.height;
 }
 
-bool IsSensor(const PhoneDescription& phone, int index) {
-    return index >= 0 && index < static_cast<int>(phone.sensors.size());
+/// Null for an index that is no sensor.
+const SensorDescription* FindSensor(const PhoneDescription& phone, tables::SensorIndex index) {
+    const int position = Number(index);
+    return position >= 0 && position < static_cast<int>(phone.sensors.size())
+               ? &phone.sensors[static_cast<std::size_t>(position)]
+               : nullptr;
 }
 
 /// Device bits of an index, sensor or alias; 0 for any other.
-std::uint32_t DeviceBitsOf(const PhoneDescription& phone, int index) {
-    if (IsSensor(phone, index)) {
-        return phone.sensors[static_cast<std::size_t>(index)].deviceBits;
+tables::DeviceBits DeviceBitsOf(const PhoneDescription& phone, tables::SensorIndex index) {
+    if (const SensorDescription* const sensor = FindSensor(phone, index)) {
+        return sensor->deviceBits;
     }
     const auto alias = phone.sensorAliases.find(index);
-    return alias == phone.sensorAliases.end() ? 0 : alias->second.deviceBits;
+    return alias == phone.sensorAliases.end() ? tables::DeviceBits{} : alias->second.deviceBits;
 }
 
 }  // namespace
@@ -38,16 +42,15 @@ const SensorDescription* FindSensorByBit(const PhoneDescription& phone, std::uin
     if (!std::has_single_bit(deviceBit)) {
         return nullptr;
     }
-    const int index = std::countr_zero(deviceBit);
-    return IsSensor(phone, index) ? &phone.sensors[static_cast<std::size_t>(index)] : nullptr;
+    return FindSensor(phone, tables::SensorIndex{std::countr_zero(deviceBit)});
 }
 
-int DeviceIdOf(const PhoneDescription& phone, int index) {
-    if (IsSensor(phone, index)) {
-        return phone.sensors[static_cast<std::size_t>(index)].deviceId;
+tables::DeviceId DeviceIdOf(const PhoneDescription& phone, tables::SensorIndex index) {
+    if (const SensorDescription* const sensor = FindSensor(phone, index)) {
+        return sensor->deviceId;
     }
     const auto alias = phone.sensorAliases.find(index);
-    return alias == phone.sensorAliases.end() ? -1 : alias->second.deviceId;
+    return alias == phone.sensorAliases.end() ? SensorAlias().deviceId : alias->second.deviceId;
 }
 
 void HalSensor::sendCommand(int, std::uint32_t command, std::uint32_t, std::vector<std::int32_t>& reply) {
@@ -78,11 +81,13 @@ int SensorList::sensorCount() const {
 }
 
 unsigned SensorList::deviceBits(int sensorIndex) const {
-    return answered(Query::DeviceBits, sensorIndex, DeviceBitsOf(mPhone, sensorIndex));
+    return answered(Query::DeviceBits, sensorIndex,
+                    Number(DeviceBitsOf(mPhone, tables::SensorIndex{sensorIndex})));
 }
 
 int SensorList::deviceId(int sensorIndex) const {
-    return answered(Query::DeviceId, sensorIndex, DeviceIdOf(mPhone, sensorIndex));
+    return answered(Query::DeviceId, sensorIndex,
+                    Number(DeviceIdOf(mPhone, tables::SensorIndex{sensorIndex})));
 }
 
 void SensorList::querySensorStaticInfo(unsigned deviceBit, NSCam::SensorStaticInfo& info) const {
@@ -94,16 +99,18 @@ void SensorList::querySensorStaticInfo(unsigned deviceBit, NSCam::SensorStaticIn
 }
 
 const NSCam::SensorStaticInfo* SensorList::sensorStaticInfo(int deviceId) const {
-    const auto sensor =
-        std::find_if(mPhone.sensors.begin(), mPhone.sensors.end(),
-                     [deviceId](const SensorDescription& each) { return each.deviceId == deviceId; });
-    const bool found = sensor != mPhone.sensors.end() && !mPhone.faults.staticInfo.contains(deviceId);
+    const auto sensor = std::find_if(
+        mPhone.sensors.begin(), mPhone.sensors.end(),
+        [deviceId](const SensorDescription& each) { return each.deviceId == tables::DeviceId{deviceId}; });
+    const bool found =
+        sensor != mPhone.sensors.end() && !mPhone.faults.staticInfo.contains(tables::DeviceId{deviceId});
     answered(Query::StaticInfoById, deviceId, found ? 1 : 0);
     return found ? &mStaticInfo[static_cast<std::size_t>(sensor - mPhone.sensors.begin())] : nullptr;
 }
 
 NSCam::IHalSensor* SensorList::createSensor(const char*, int sensorId) {
-    const bool found = IsSensor(mPhone, sensorId) && !mPhone.faults.sensorObjects.contains(sensorId);
+    const tables::SensorIndex index{sensorId};
+    const bool found = FindSensor(mPhone, index) != nullptr && !mPhone.faults.sensorObjects.contains(index);
     answered(Query::SensorObject, sensorId, found ? 1 : 0);
     return found ? &mSensors[static_cast<std::size_t>(sensorId)] : nullptr;
 }

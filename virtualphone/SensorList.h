@@ -14,7 +14,7 @@ namespace virtualphone {
 const SensorDescription* FindSensorByBit(const PhoneDescription& phone, std::uint32_t deviceBit);
 
 /// Device id of an index, sensor or alias; -1 for any other.
-int DeviceIdOf(const PhoneDescription& phone, int index);
+tables::DeviceId DeviceIdOf(const PhoneDescription& phone, tables::SensorIndex index);
 
 class HalSensor final : public NSCam::IHalSensor {
   public:

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,6 @@
 
 /// Calibration files by the byte, made without any of the code under test, and the phone that they are for.
 
-using Bytes = std::vector<std::uint8_t>;
 using Lines = std::vector<std::string>;
 
 inline Bytes operator+(Bytes left, const Bytes& right) {
@@ -64,13 +64,15 @@ inline Bytes DualFile(const Bytes& master, const Bytes& slave, const Bytes& bloc
 }
 
 /// A phone with the four sensors at their usual places: roles 0, 1, 20 and 21 are sensors 0 to 3.
-/// @param more further members of the phone, and of its back wide sensor, each led by a comma.
-inline std::string RearPhone(const std::string& more, const std::string& moreOfWide = "") {
-    return R"({"sensorAliases": {"7": {"deviceBits": 128, "deviceId": 7}}, "sensors": [{"deviceId": 7)" +
-           moreOfWide + "}, {}, {}, {}]" + more + "}";
+inline PhoneBuilder RearPhone(const std::optional<Bytes>& wideEeprom = {}) {
+    return PhoneOf({{7, wideEeprom}, {1}, {2}, {3}});
 }
 
-/// Fuse ids of its modules.
-inline constexpr const char* kFuseIds = R"(, "properties": {
-    "vendor.camera.sensor.w.fuseID": "semc0004AABB", "vendor.camera.sensor.f.fuseID": "_aac0004F00D",
-    "vendor.camera.sensor.t.fuseID": "sunn0004CCDD", "vendor.camera.sensor.u.fuseID": "ofil000401020304"})";
+/// The same with the fuse ids of its modules.
+inline PhoneBuilder RearPhoneWithFuseIds() {
+    return RearPhone()
+        .property("vendor.camera.sensor.w.fuseID", "semc0004AABB")
+        .property("vendor.camera.sensor.f.fuseID", "_aac0004F00D")
+        .property("vendor.camera.sensor.t.fuseID", "sunn0004CCDD")
+        .property("vendor.camera.sensor.u.fuseID", "ofil000401020304");
+}

@@ -24,7 +24,7 @@ std::string DataOf(const CalibrationData& file) {
 }
 
 TEST(CalibrationData, ReadsWritesAndPrintsBothLayoutsOfAllSizes) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     for (const std::size_t dataSize : {419U, 2048U, 4096U}) {
         const Bytes factory = DualFile(kMaster, kSlave, Block(dataSize));
         const unsigned crc = BitwiseCrc(factory.data(), factory.size());
@@ -65,7 +65,7 @@ TEST(CalibrationData, ReadsWritesAndPrintsBothLayoutsOfAllSizes) {
 TEST(CalibrationData, RejectsWhatDoesNotCheck) {
     const auto errorsOf = [](const Bytes& bytes, bool outOfBounds) {
         SCOPED_TRACE(HexText(bytes));
-        const TestPhone phone("{}");
+        const TestPhone phone;
         phone.write("/data/c", bytes);
         CalibrationData file;
         EXPECT_FALSE(file.parse("/data/c"));
@@ -95,7 +95,7 @@ TEST(CalibrationData, RejectsWhatDoesNotCheck) {
 }
 
 TEST(CalibrationData, FailedWriteLeavesNoFile) {
-    TestPhone phone("{}");
+    TestPhone phone;
     const std::string root = phone.phone().root().string();
     phone.write("/data/c", DualFile(kMaster, kSlave, Block(419)));
     std::filesystem::create_symlink("/dev/full", root + "/data/full");
@@ -112,7 +112,7 @@ TEST(CalibrationData, FailedWriteLeavesNoFile) {
 }
 
 TEST(CalibrationData, ParsingAgainAddsFuseIdsAndReplacesTheBlock) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     phone.write("/data/1", WithCrc(DualFile(kMaster, kSlave, Block(4096))));
     phone.write("/data/2", DualFile(kSlave, kMaster, Block(419, 5)));
     phone.write("/data/3", DualFile(kMaster, {}, Block(20)));

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <random>
+#include <type_traits>
 
 #include "calibration/Crc16Ccitt.h"
 #include "tests/calibration/CalibrationBytes.h"
@@ -25,6 +26,10 @@ TEST(Crc16Ccitt, EveryLengthAndAlignmentAsBitByBit) {
         }
     }
 }
+
+// The types are part of the names that callers link against.
+static_assert(std::is_same_v<decltype(&CRC16CCITT::invertUint8), int (*)(unsigned char*, unsigned char*)>);
+static_assert(std::is_same_v<decltype(&CRC16CCITT::invertUint16), int (*)(unsigned short*, unsigned short*)>);
 
 TEST(Crc16Ccitt, InvertsTurnBitsRound) {
     unsigned char byte = 0xB1;

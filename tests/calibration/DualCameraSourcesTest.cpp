@@ -18,7 +18,7 @@ const std::string kGolden = "/vendor/etc/camera/com.zelvan.dcal.wu.golden";
 
 /// The wide and ultra-wide pair.
 DualCameraCalDataInfo Pair(int length, int eepromOffset = -1) {
-    DualCameraCalDataInfo pair = kDualCameraPairs[0];
+    DualCameraCalDataInfo pair = tables::kDualCameraPairs[0];
     pair.length = length;
     pair.eepromOffset = eepromOffset;
     return pair;
@@ -58,7 +58,7 @@ TEST(DualCameraSources, EepromBlockUnderItsChecksum) {
                        "I [DualCameraDataFromEeprom] exit", "I [DualCameraDataDumpFile] enter"};
     const Lines failed{"I [DualCameraDataFromEeprom] CheckSum error"};
     for (const auto& [offset, length, sumFirst, sumEnd, storedAt, good] : kCases) {
-        TestPhone phone(RearPhone(""));
+        TestPhone phone(RearPhone());
         TestPlugin plugin;
         Bytes bytes = Block(16384);
         const unsigned sum = std::accumulate(bytes.begin() + sumFirst, bytes.begin() + sumEnd, 0U);
@@ -67,36 +67,39 @@ TEST(DualCameraSources, EepromBlockUnderItsChecksum) {
         std::copy(bytes.begin(), bytes.end(), plugin.mCamCalData[21]->data.begin());
         plugin.mCamCalData[21]->dataSize = 16384;
 
-        EXPECT_EQ(plugin.DualCameraDataFromEeprom(Pair(length, offset)), good) << offset << " " << length;
+        DualCameraCalDataInfo pair = Pair(length, offset);
+        EXPECT_EQ(plugin.DualCameraDataFromEeprom(pair), good) << offset << " " << length;
         EXPECT_EQ(LastLines(phone, good ? dumped : failed), good ? dumped : failed);
         const auto block = bytes.begin() + offset;
         EXPECT_EQ(TakeDump(phone), good ? std::optional(Bytes(block, block + length)) : std::nullopt);
     }
-    const TestPhone phone(RearPhone(""));
+    const TestPhone phone(RearPhone());
     TestPlugin plugin;
-    EXPECT_FALSE(plugin.DualCameraDataFromEeprom(Pair(8, 0)));
+    DualCameraCalDataInfo pair = Pair(8, 0);
+    EXPECT_FALSE(plugin.DualCameraDataFromEeprom(pair));
     EXPECT_EQ(phone.log().back(), "I [GetCamCalAllData] exit");
 }
 
 TEST(DualCameraSources, GoldenNeedsTheWholeBlock) {
-    TestPhone phone("{}");
+    TestPhone phone;
     TestPlugin plugin;
     const std::string root = phone.phone().root().string();
-    EXPECT_FALSE(plugin.DualCameraDataFromGolden(Pair(100)));
+    DualCameraCalDataInfo pair = Pair(100);
+    EXPECT_FALSE(plugin.DualCameraDataFromGolden(pair));
     for (const std::size_t size : {0U, 99U, 100U, 101U}) {
         phone.write(kGolden, Block(size));
-        EXPECT_EQ(plugin.DualCameraDataFromGolden(Pair(100)), size >= 100) << size;
+        EXPECT_EQ(plugin.DualCameraDataFromGolden(pair), size >= 100) << size;
         EXPECT_EQ(TakeDump(phone), size >= 100 ? std::optional(Block(100)) : std::nullopt) << size;
     }
-    ASSERT_TRUE(plugin.DualCameraDataFromGolden(Pair(100)));
+    ASSERT_TRUE(plugin.DualCameraDataFromGolden(pair));
     EXPECT_EQ(std::filesystem::status(root + kDump).permissions(), std::filesystem::perms(0600));
     phone.write(kDump, Bytes(103, 0xEE));
-    ASSERT_TRUE(plugin.DualCameraDataFromGolden(Pair(100)));
+    ASSERT_TRUE(plugin.DualCameraDataFromGolden(pair));
     EXPECT_EQ(TakeDump(phone), Block(100) + Bytes(3, 0xEE));
     EXPECT_THAT(phone.errors(), ElementsAre());
 
     std::filesystem::remove_all(root + "/data/vendor/camera");
-    EXPECT_FALSE(plugin.DualCameraDataFromGolden(Pair(100)));
+    EXPECT_FALSE(plugin.DualCameraDataFromGolden(pair));
     const Lines last{
         "E [DualCameraDataDumpFile] [DUALDUMP] fail to open " + kDump,
         "I [DualCameraDataFromGolden] use golden file ==> dump file : " + kGolden + " ==> " + kDump,
@@ -124,28 +127,31 @@ TEST(DualCameraSources, PersistFileBelongsToFittedPair) {
                     "I [DualCameraDataFromPersist] [master(0):slave(21)] match persistFile is x.dcal.bin",
                     "I [DualCameraDataFromPersist] exit"};
     const Lines no{"I [MatchDualCameraPersistFile] exit : ret = 0", "I [DualCameraDataFromPersist] exit"};
-    TestPhone phone(RearPhone(kFuseIds));
+    TestPhone phone(RearPhoneWithFuseIds());
     TestPlugin plugin;
     for (const auto& [master, slave, matches] : kCases) {
         phone.write(kPersist + "x.dcal.bin", DualFile(master, slave, Block(419)));
-        EXPECT_EQ(plugin.DualCameraDataFromPersist(Pair(500)), matches);
+        DualCameraCalDataInfo pair = Pair(500);
+        EXPECT_EQ(plugin.DualCameraDataFromPersist(pair), matches);
         EXPECT_EQ(TakeDump(phone), matches ? std::optional(Block(419) + Bytes(81, 0)) : std::nullopt);
         EXPECT_EQ(LastLines(phone, matches ? yes : no), matches ? yes : no);
     }
     // The pair's length decides what is taken of a longer block, and a dump that can't be opened is no match.
     phone.write(kPersist + "x.dcal.bin", DualFile(kWide, kUltra, Block(419)));
-    EXPECT_TRUE(plugin.DualCameraDataFromPersist(Pair(100)));
+    DualCameraCalDataInfo pair = Pair(100);
+    EXPECT_TRUE(plugin.DualCameraDataFromPersist(pair));
     EXPECT_EQ(TakeDump(phone), Block(100));
     std::filesystem::remove_all(phone.phone().root().string() + "/data/vendor/camera");
-    EXPECT_FALSE(plugin.DualCameraDataFromPersist(Pair(100)));
+    EXPECT_FALSE(plugin.DualCameraDataFromPersist(pair));
     EXPECT_THAT(phone.errors(), ElementsAre("[DualCameraDataDumpFile] [DUALDUMP] fail to open " + kDump));
 }
 
 TEST(DualCameraSources, PersistFolderPassesOverWhatIsNoCalibrationFile) {
-    TestPhone phone(RearPhone(kFuseIds));
+    TestPhone phone(RearPhoneWithFuseIds());
     TestPlugin plugin;
     const std::string folder = phone.phone().root().string() + kPersist;
-    EXPECT_FALSE(plugin.DualCameraDataFromPersist(Pair(419)));
+    DualCameraCalDataInfo pair = Pair(419);
+    EXPECT_FALSE(plugin.DualCameraDataFromPersist(pair));
     EXPECT_EQ(phone.log().back(), "I [DualCameraDataFromPersist] no dual camera calibration data in persist");
 
     const Bytes good = DualFile(kWide, kUltra, Block(419));
@@ -156,7 +162,7 @@ TEST(DualCameraSources, PersistFolderPassesOverWhatIsNoCalibrationFile) {
     for (const char* const name : {"x.dcal", "x.bin", "DCAL.BIN"}) {
         phone.write(kPersist + name, good);
     }
-    EXPECT_FALSE(plugin.DualCameraDataFromPersist(Pair(419)));
+    EXPECT_FALSE(plugin.DualCameraDataFromPersist(pair));
     const std::string open = "CalibrationData: failed to open file " + kPersist;
     EXPECT_THAT(
         phone.errors(),
@@ -164,18 +170,17 @@ TEST(DualCameraSources, PersistFolderPassesOverWhatIsNoCalibrationFile) {
             open + "folder.dcal.bin", open + "fifo.dcal.bin", open + "link.dcal.bin",
             "CalibrationData: parse dual calibration file failed. Check the file: " + kPersist + "bin-dcal"));
     phone.write(kPersist + "x.dcal.bin", good);
-    EXPECT_TRUE(plugin.DualCameraDataFromPersist(Pair(419)));
+    EXPECT_TRUE(plugin.DualCameraDataFromPersist(pair));
 }
 
 TEST(DualCameraSources, RoleByFuseId) {
-    const std::string usual = RearPhone(kFuseIds);
+    const PhoneBuilder usual = RearPhoneWithFuseIds();
     // Device 4 is the SAT device, which has no fuse id.
-    const std::string sat = R"({"sensors": [{"deviceId": 4}],
-                                "sensorAliases": {"4": {"deviceBits": 1, "deviceId": 4}}})";
-    const std::string noList = R"({"faults": {"sensorList": true}})";
+    const PhoneBuilder sat = PhoneOf({{4}});
+    const PhoneBuilder noList = PhoneBuilder().faults({.sensorList = true});
     /// The role, and the error if there is one; `wide` is the fuse id property of the first sensor.
-    const auto roleOf = [](const char* fuseId, const std::string& json, const char* wide) {
-        const TestPhone phone(json);
+    const auto roleOf = [](const char* fuseId, const PhoneBuilder& fitted, const char* wide) {
+        const TestPhone phone(fitted);
         TestPlugin plugin;
         property_set("vendor.camera.sensor.w.fuseID", wide);
         const std::string role = std::to_string(plugin.GetRoleIdByFuseId(fuseId));
@@ -225,7 +230,7 @@ TEST(DualCameraSources, OverrideStateBySourcesOfThePairs) {
         {{3}, "2", "2", 0x10, {error, fatal, lost}},
     };
     for (const auto& [files, state, detail, mask, errors] : kCases) {
-        TestPhone phone(RearPhone(kFuseIds));
+        TestPhone phone(RearPhoneWithFuseIds());
         for (const std::size_t file : files) {
             phone.write(kFiles[file].first, kFiles[file].second);
         }

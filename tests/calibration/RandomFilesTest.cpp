@@ -17,7 +17,7 @@ Bytes RandomBytes(std::mt19937& random, std::size_t size) {
 }
 
 TEST(RandomFiles, DualCameraFilesOfEveryLength) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     std::mt19937 random(7);
     int accepted = 0;
     for (std::size_t size = 0; size <= kLongest; ++size) {
@@ -41,7 +41,7 @@ TEST(RandomFiles, DualCameraFilesOfEveryLength) {
 }
 
 TEST(RandomFiles, OisFilesOfEveryLength) {
-    const TestPhone phone(RearPhone(kFuseIds));
+    const TestPhone phone(RearPhoneWithFuseIds());
     TestPlugin plugin;
     std::mt19937 random(11);
     for (std::size_t size = 0; size <= kLongest; ++size) {

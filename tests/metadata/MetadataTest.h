@@ -6,17 +6,18 @@
 #include <vector>
 
 #include "platform/IMetadata.h"
-#include "platforminfo/TagWriter.h"
+#include "platforminfo/Entry.h"
 #include "tables/PublishedTags.h"
 #include "tests/support/Describe.h"
-#include "tests/support/SmallPhones.h"
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
 
 using NSCam::IMetadata;
 using Lines = std::vector<std::string>;
 
 /// A small phone, a fresh plug-in, and a metadata set for its updaters.
 struct Updating {
-    explicit Updating(const std::string& json) : phone(json) {}
+    explicit Updating(const PhoneBuilder& fitted = {}) : phone(fitted) {}
     Tags tags() const { return DescribeAll(meta); }
 
     TestPhone phone;
@@ -32,13 +33,12 @@ struct Refusal {
 };
 using Refusals = std::vector<Refusal>;
 
-/// The phone's "faults" key.
-inline std::string RefusalKeys(const Refusals& refusals) {
-    std::string updates;
-    for (std::size_t i = 0; i < refusals.size(); ++i) {
-        updates += (i == 0 ? "\"" : ", \"") + TagText(refusals[i].tag) + "\": -" + std::to_string(i + 1);
+inline Faults FaultsOf(const Refusals& refusals) {
+    Faults faults;
+    for (const Refusal& refusal : refusals) {
+        faults.metadataUpdate.insert({refusal.tag, -1 - static_cast<int>(faults.metadataUpdate.size())});
     }
-    return R"("faults": {"metadataUpdate": {)" + updates + "}}";
+    return faults;
 }
 
 /// The lines that are expected of an operation that stores each of the tags once, in this order.

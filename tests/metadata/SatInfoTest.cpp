@@ -48,7 +48,7 @@ TEST(ZoomScale, Records) {
 }
 
 TEST(SatInfo, PerRole) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     TestPlugin plugin;
     IMetadata sat;
     EXPECT_EQ(plugin.MetedataUpdateSatInfo(sat, 4), 0);

@@ -25,7 +25,7 @@ TEST(VideoTags, PerRole) {
                   {40, true, false, false}, {41, false, false, false}, {60, false, false, false}};
     for (const auto& [roleId, full, night, trackAF] : kCases) {
         SCOPED_TRACE(roleId);
-        Updating device("{}");
+        Updating device;
         device.plugin.DeviceId2RoleId[9].roleId = roleId;
         EXPECT_EQ(UpdateAll(device, 9), (std::vector<int>{0, 0, 1, 0}));
         Tags tags = {{kStabilization, full ? "int32 [8, 30, 6, 60, 6, 30, 5, 30]" : "int32 [6, 30, 5, 30]"},
@@ -42,7 +42,7 @@ TEST(VideoTags, PerRole) {
 }
 
 TEST(VideoTags, FillOnlyGaps) {
-    Updating device("{}");
+    Updating device;
     for (const std::uint32_t tag : {0x91010017U, 0x9101004AU, 0x91010033U, 0x910000E5U, 0x91010003U}) {
         device.meta.update(tag, MakeEntry<std::int32_t>(tag, {9}));
     }
@@ -63,7 +63,7 @@ TEST(VideoTags, RefusedUpdatesAndUnknownDevices) {
                                {night + text, ZELVAN_VN_QUALITY_DATA},
                                {"[MetadataUpdateHDHDR" + text, ZELVAN_HDHDR_SUPPORTED},
                                {trackAF + text, ZELVAN_VIDEO_TRACK_AF_QUALITY_DATA}};
-    Updating device("{" + RefusalKeys(refusals) + "}");
+    Updating device(PhoneBuilder().faults(FaultsOf(refusals)));
     EXPECT_EQ(UpdateAll(device, 7), (std::vector<int>{0, 0, 1, 0}));
     Lines errors = RefusalLines(refusals);
     EXPECT_EQ(device.phone.errors(), errors);

@@ -8,13 +8,16 @@ constexpr const char* kFakeSat = "MetadataUpdateFakeSatSizes";
 constexpr const char* kSmartFOV = "MetadataUpdateSmartFOVZoomRatio";
 
 /// Sensors 0 (wide) and 2 (tele) zoom inside, 1 (front) says that it does not, 3 (ultra-wide) says nothing.
-std::string Phone(const std::string& keys = R"("name": "healthy")") {
-    const std::string zoom = R"("inSensorZoom": )";
-    return PhoneOf({{7, zoom + "[1, 255]"}, {1, zoom + "[255, 1]"}, {2, zoom + "[0]"}, {3}},
-                   R"("logicalDevices": [{"multiSensor": true, "sensorIds": [3, 0]}, {"sensorIds": [1]},
-                      {"sensorIds": [2]}, {"multiSensor": true, "sensorIds": [0]},
-                      {"multiSensor": true, "sensorIds": [0, 3]}, {"sensorIds": [2]}, {}, {"sensorIds": [0]}],)" +
-                       keys);
+PhoneBuilder Phone() {
+    const auto zoom = [](int deviceId, const std::vector<std::int32_t>& reply) {
+        return FittedSensor{.deviceId = deviceId, .inSensorZoom = reply};
+    };
+    const auto multiSensor = [](const std::vector<int>& sensorIds) {
+        return LogicalDevice{.sensorIds = sensorIds, .multiSensor = true};
+    };
+    return PhoneOf({zoom(7, {1, 255}), zoom(1, {255, 1}), zoom(2, {0}), {3}})
+        .devices(
+            {multiSensor({3, 0}), {{1}}, {{2}}, multiSensor({0}), multiSensor({0, 3}), {{2}}, {}, {{0}}});
 }
 
 TEST(ZoomTags, PerRole) {
@@ -72,20 +75,20 @@ TEST(ZoomTags, FakeSatRecordsInTheBlobAndInTheLog) {
 }
 
 TEST(ZoomTags, FailuresWriteNothing) {
-    const auto fail = [](const std::string& faults, int instanceId, const Lines& lines) {
+    const auto fail = [](const Faults& faults, int instanceId, const Lines& lines) {
         SCOPED_TRACE(instanceId);
-        Updating device(Phone("\"faults\": {" + faults + "}"));
+        Updating device(Phone().faults(faults));
         EXPECT_EQ(device.plugin.MetadataUpdateFakeSatSizes(device.meta, instanceId), -1);
         EXPECT_EQ(device.plugin.MetadataUpdateSmartFOVZoomRatio(device.meta, instanceId), -1);
         EXPECT_EQ(device.tags(), Tags());
         EXPECT_EQ(device.phone.logOf(kSmartFOV), lines);
         EXPECT_EQ(device.phone.logOf(kFakeSat).back(), lines.empty() ? "I enter" : lines[0]);
     };
-    fail(R"("logicalDeviceList": true)", 7, {"E Cannot get logical device list"});
-    fail(R"("sensorObjects": [0])", 7, {"E Cannot get halsensor"});
-    fail(R"("sensorList": true)", 4, {"E Cannot get halsensor"});
-    fail("", 6, {"E Cannot get halsensor"});  // no sensor ids
-    fail("", 3, {});                          // several sensors, role 21
+    fail({.logicalDeviceList = true}, 7, {"E Cannot get logical device list"});
+    fail({.sensorObjects = {0}}, 7, {"E Cannot get halsensor"});
+    fail({.sensorList = true}, 4, {"E Cannot get halsensor"});
+    fail({}, 6, {"E Cannot get halsensor"});  // no sensor ids
+    fail({}, 3, {});                          // several sensors, role 21
 }
 
 TEST(ZoomTags, RefusedUpdates) {
@@ -93,7 +96,7 @@ TEST(ZoomTags, RefusedUpdates) {
         {"[MetadataUpdateInSensorZoomModes] ZV IMetadata::update(), tag", ZELVAN_CAMERA_INSENSOR_ZOOM_MODES},
         {"", ZELVAN_CAMERA_FAKESAT_FAKESATSIZE},
         {"", ZELVAN_CAMERA_SMARTFOV_ZOOM_RATIO}};
-    Updating device(Phone(RefusalKeys(refusals)));
+    Updating device(Phone().faults(FaultsOf(refusals)));
     EXPECT_EQ(device.plugin.MetadataUpdateFakeSatSizes(device.meta, 4), 0);
     EXPECT_EQ(device.plugin.MetadataUpdateSmartFOVZoomRatio(device.meta, 1), 0);
     EXPECT_EQ(device.phone.errors(), (Lines{RefusalLines(refusals)[0],

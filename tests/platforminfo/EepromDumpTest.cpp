@@ -1,19 +1,19 @@
 #include <sys/stat.h>
 
-#include "tests/support/SmallPhones.h"
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* kEeprom = R"("eeprom": {"bytes": {"0": "0A10", "16383": "FE"}})";
+const Bytes kEeprom = Eeprom({{0, "0A10"}, {16383, "FE"}});
 const std::string kDump = "/data/vendor/camera/eeprom_raw_data_dump_";
 
-/// Phone keys with a value for the property that asks for the dump.
-std::string Asked(const std::string& value, const std::string& faults = "") {
-    return R"("properties": {"vendor.debug.camera.eeprom_dump": ")" + value + R"("}, "faults": {)" + faults +
-           "}";
+/// A phone with a value for the property that asks for the dump.
+PhoneBuilder Asked(const std::vector<FittedSensor>& sensors, const std::string& value) {
+    return PhoneOf(sensors).property("vendor.debug.camera.eeprom_dump", value);
 }
 
 std::vector<std::string> ChangedPaths(TestPhone& phone) {
@@ -25,7 +25,7 @@ std::vector<std::string> ChangedPaths(TestPhone& phone) {
 }
 
 TEST(EepromDump, OneLineAByteAndAFileAModule) {
-    TestPhone phone(PhoneOf({{7, kEeprom}, {1}, {2}, {3, kEeprom}}, Asked("1")));
+    TestPhone phone(Asked({{7, kEeprom}, {1}, {2}, {3, kEeprom}}, "1"));
     TestPlugin plugin;
     plugin.mCamCalData[20] = MakeCamCalAllData();
     phone.write(kDump + "back_main", std::vector<std::uint8_t>(300000, 'x'));
@@ -44,18 +44,18 @@ TEST(EepromDump, OneLineAByteAndAFileAModule) {
 }
 
 TEST(EepromDump, EndsEarly) {
-    const auto dump = [](const std::string& json, int result, std::size_t files) {
-        TestPhone phone(json);
+    const auto dump = [](const PhoneBuilder& asked, int result, std::size_t files) {
+        TestPhone phone(asked);
         EXPECT_EQ(TestPlugin().DumpEepromRawData(), result);
         EXPECT_THAT(ChangedPaths(phone), testing::SizeIs(files));
         return phone.logOf("DumpEepromRawData");
     };
     const std::string start = "I DumpEepromRawData +";
-    EXPECT_THAT(dump(PhoneOf({{7, kEeprom}}, Asked("0")), 0, 0), IsEmpty());
-    EXPECT_THAT(dump(PhoneOf({{7, kEeprom}}, Asked("yes")), 0, 0), IsEmpty());
-    EXPECT_THAT(dump(PhoneOf({{7, kEeprom}}, Asked("1", R"("sensorList": true)")), 0, 0),
+    EXPECT_THAT(dump(Asked({{7, kEeprom}}, "0"), 0, 0), IsEmpty());
+    EXPECT_THAT(dump(Asked({{7, kEeprom}}, "yes"), 0, 0), IsEmpty());
+    EXPECT_THAT(dump(Asked({{7, kEeprom}}, "1").faults({.sensorList = true}), 0, 0),
                 ElementsAre(start, "I DumpEepromRawData -"));
-    EXPECT_THAT(dump(PhoneOf({{7, kEeprom}, {99}, {2, kEeprom}}, Asked("1")), -1, 1),
+    EXPECT_THAT(dump(Asked({{7, kEeprom}, {99}, {2, kEeprom}}, "1"), -1, 1),
                 ElementsAre(start, "E find mRoleId2ModuleName[-1] error!"));
 }
 

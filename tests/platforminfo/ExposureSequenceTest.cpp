@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <sstream>
 
 #include "platform/IMetadataProvider.h"
 #include "tests/support/Describe.h"
-#include "tests/support/SmallPhones.h"
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
 
 namespace {
 
@@ -31,12 +31,12 @@ Names InOrderOfLog(const TestPhone& phone, const Names& names) {
 }
 
 /// A phone with one good sensor, four single devices of it and a SAT device.
-std::string SmallPhone(const std::string& faults) {
-    const std::string single = R"({"sensorIds": [0], "sensorBits": 1}, )";
-    const std::string devices = single + single + single + single;
-    return PhoneOf({{7, R"("eeprom": {"bytes": {"1": "03"}})"}},
-                   R"("properties": {"vendor.debug.camera.eeprom_dump": "1"}, "logicalDevices": [)" +
-                       devices + R"({"multiSensor": true, "sensorIds": [0]}], "faults": {)" + faults + "}");
+PhoneBuilder SmallPhone(const Faults& faults = {}) {
+    return PhoneOf({{7, Eeprom({{1, "03"}})}})
+        .property("vendor.debug.camera.eeprom_dump", "1")
+        .devices(std::vector<LogicalDevice>(4, {.sensorIds = {0}, .sensorBits = 1}))
+        .devices({{.sensorIds = {0}, .multiSensor = true}})
+        .faults(faults);
 }
 
 TEST(ExposureSequence, OneInstanceThatRepeatsEveryStep) {
@@ -44,7 +44,7 @@ TEST(ExposureSequence, OneInstanceThatRepeatsEveryStep) {
         "SetModuleInfoProp SetFuseIdProp SetSensorInfoProp SetAFInfoProp "
         "OverriderDualCamCalData OverriderOisCamCalData setDataBinGroupProperty MetadataUpdate "
         "DumpEepromRawData");
-    const TestPhone phone(SmallPhone(""));
+    const TestPhone phone(SmallPhone());
     CameraPlatformInfoZelvan::CreateInstance()->ExposureModuleInfo();
     EXPECT_EQ(InOrderOfLog(phone, steps), steps);
     const std::size_t properties = phone.record().properties.size();
@@ -57,41 +57,47 @@ TEST(ExposureSequence, OneInstanceThatRepeatsEveryStep) {
 }
 
 TEST(ExposureSequence, EveryFaultLeavesItRunningToItsEnd) {
-    /// The lines that the faults add to the log.
-    const std::map<std::string, std::string> lines = {
-        {R"("moduleFactory": true)", "E [MetadataUpdate] Cannot get logical device list"},
-        {R"("logicalDeviceList": true)", "E [MetadataUpdate] Cannot get logical device list"},
-        {R"("sensorList": true)", "E [SetModuleInfoProp] MAKE_HalSensorList is NULL!"},
-        {R"("calibrationDriver": true)",
-         "E [GetCamCalAllData] GetCamCalCalDataV2 get all data error : roleID = 0"},
-        {R"("sensorDrivers": [0])", "E [MetadataUpdateScaler] get sensor drv error : 0!"},
-        {R"("sensorObjects": [0])", "E [MetadataUpdateFakeSatSizes] Cannot get halsensor"},
-        {R"("staticInfo": [7])", "E [MetadataUpdateScaler] get sensor static info error : 7!"},
-        {R"("metadataUpdate": {"0x91010021": -5})",
-         "E [MetadataUpdateRoleId] ZV IMetadata::update(), tag:-1862205407 err:-5"},
-        {R"("propertySet": ["vendor.camera.sensor.zv.databin.existmask"])",
-         "I [setDataBinGroupProperty] set propertyname[vendor.camera.sensor.zv.databin.existmask] = 0,1"},
-    };
-    const auto boot = [](const std::string& fault, std::size_t merges) {
-        const TestPhone phone(SmallPhone(fault));
+    const auto boot = [](const Faults& faults, std::size_t merges) {
+        const TestPhone phone(SmallPhone(faults));
         TestPlugin().ExposureModuleInfo();
-        EXPECT_THAT(phone.record().devices, SizeIs(merges)) << fault;
-        EXPECT_EQ(phone.log().back(), "I [DumpEepromRawData] DumpEepromRawData -") << fault;
+        EXPECT_THAT(phone.record().devices, SizeIs(merges));
+        EXPECT_EQ(phone.log().back(), "I [DumpEepromRawData] DumpEepromRawData -");
         return phone.log();
     };
-    const Names healthyLog = boot("", 6);
-    for (const auto& [fault, line] : lines) {
-        EXPECT_THAT(boot(fault, line.starts_with("E [MetadataUpdate]") ? 0 : 6), testing::Contains(line))
-            << fault;
-        EXPECT_THAT(healthyLog, testing::Not(testing::Contains(line))) << fault;
+    const Names healthyLog = boot({}, 6);
+    const std::string existMask = "vendor.camera.sensor.zv.databin.existmask";
+    const struct {
+        Faults faults;
+        std::string line;  ///< that the fault adds to the log
+        std::size_t merges = 6;
+    } kCases[] = {
+        {{.moduleFactory = true}, "E [MetadataUpdate] Cannot get logical device list", 0},
+        {{.logicalDeviceList = true}, "E [MetadataUpdate] Cannot get logical device list", 0},
+        {{.sensorList = true}, "E [SetModuleInfoProp] MAKE_HalSensorList is NULL!"},
+        {{.calibrationDriver = true},
+         "E [GetCamCalAllData] GetCamCalCalDataV2 get all data error : roleID = 0"},
+        {{.sensorDrivers = {0}}, "E [MetadataUpdateScaler] get sensor drv error : 0!"},
+        {{.sensorObjects = {0}}, "E [MetadataUpdateFakeSatSizes] Cannot get halsensor"},
+        {{.staticInfo = {7}}, "E [MetadataUpdateScaler] get sensor static info error : 7!"},
+        {{.metadataUpdate = {{0x91010021, -5}}},
+         "E [MetadataUpdateRoleId] ZV IMetadata::update(), tag:-1862205407 err:-5"},
+        {{.propertySet = {existMask}},
+         "I [setDataBinGroupProperty] set propertyname[" + existMask + "] = 0,1"},
+    };
+    for (const auto& [faults, line, merges] : kCases) {
+        SCOPED_TRACE(line);
+        EXPECT_THAT(boot(faults, merges), testing::Contains(line));
+        EXPECT_THAT(healthyLog, testing::Not(testing::Contains(line)));
     }
 }
 
 TEST(DeviceWalk, LogicalDevicesAndTheSensorsInsideThem) {
-    const TestPhone phone(R"({
-        "logicalDevices": [{"sensorIds": [1]}, {}, {"multiSensor": true, "sensorIds": [0, 3, 600, 9]}],
-        "sensorDeviceIndexes": {"0": 1, "3": 8, "600": 2},
-        "staticMetadata": {"1": {"0x5": {"type": "byte", "values": [6]}}}})");
+    const TestPhone phone(PhoneBuilder()
+                              .devices({{{1}}, {}, {.sensorIds = {0, 3, 600, 9}, .multiSensor = true}})
+                              .deviceIndex(0, 1)
+                              .deviceIndex(3, 8)
+                              .deviceIndex(600, 2)
+                              .holds(1, 5, {6}));
     TestPlugin().MetadataUpdate();
     const auto provider = [](const std::string& text, std::uint32_t id) {
         std::ostringstream line;
@@ -124,15 +130,15 @@ TEST(DeviceWalk, LogicalDevicesAndTheSensorsInsideThem) {
 }
 
 TEST(DeviceWalk, NoDevices) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     TestPlugin().MetadataUpdate();
     EXPECT_THAT(phone.log(), ElementsAre("I [MetadataUpdate] enter", "I [MetadataUpdate] exit"));
 }
 
 TEST(DeviceWalk, UpdatersRunInOrderAndNoneGatesAnother) {
     // Without a device list and a row in any table, and with refused tags, all speak but one: the SAT info.
-    const TestPhone phone(R"({"faults": {"moduleFactory": true, "metadataUpdate": {
-        "0x9101004A": -1, "0x91010003": -1, "0x9101000E": -1}}})");
+    const TestPhone phone(PhoneBuilder().faults(
+        {.moduleFactory = true, .metadataUpdate = {{0x9101004A, -1}, {0x91010003, -1}, {0x9101000E, -1}}}));
     TestPlugin().MetadataUpdate(NSCam::NSMetadataProviderManager::valueForByDeviceId(99), 99);
     const Names updaters = Words(
         "MetadataUpdateRoleId MetadataUpdateCheckSumResult MetadataUpdateScaler MetedataUpdateCalibData "

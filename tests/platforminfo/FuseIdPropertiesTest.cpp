@@ -1,7 +1,8 @@
 #include <stdexcept>
 
 #include "platform/Properties.h"
-#include "tests/support/SmallPhones.h"
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
 
 namespace {
 
@@ -10,32 +11,34 @@ using testing::IsEmpty;
 
 TEST(FuseIdProperties, LongNameThenShortName) {
     // The fuse id bytes 1 to 16, of which each role takes its own number.
-    const std::string fuseId = R"("16": "0102030405060708090A0B0C0D0E0F10", )";
-    const std::string near = fuseId + R"("8081": "01313233343536373839404142434431")";
-    const std::string far = fuseId + R"("16354": "01313233343536373839404142434431")";
+    const auto memory = [](const std::string& head, int qrOffset, const std::string& qrCode) {
+        return Eeprom({{0, head}, {16, "0102030405060708090A0B0C0D0E0F10"}, {qrOffset, qrCode}});
+    };
+    const std::string qrBytes = "01313233343536373839404142434431";
     const std::string filler(26, '0');
     const std::string qrCode = "0000000014123456789@ABCD" + filler;
     const std::string noQRCode = std::string(24, '0') + filler;
     const struct {
         int deviceId;
-        std::string eeprom, longName, shortName, value, qrLine;
+        Bytes eeprom;
+        std::string longName, shortName, value, qrLine;
     } kCases[] = {
-        {7, R"("1": "03", )" + far, "rearMain", "w", "semc00240102030405060708090A0B0C00000000" + qrCode,
-         "qrCodeOffset = 0x3fe3, qrCodeSize = 14 "},
-        {1, R"("1": "10", )" + near, "frontMain", "f", "_aac00220102030405060708090A0B0000000000" + qrCode,
-         "qrCodeOffset = 0x1f92, qrCodeSize = 14 "},
-        {2, R"("1": "01", )" + far, "rearTele", "t", "sunn00320102030405060708090A0B0C0D0E0F10" + qrCode,
-         "qrCodeOffset = 0x3fe3, qrCodeSize = 14 "},
-        {3, R"("1": "07", )" + near, "rearUltra", "u", "ofil00320102030405060708090A0B0C0D0E0F10" + qrCode,
-         "qrCodeOffset = 0x1f92, qrCodeSize = 14 "},
-        {3, R"("1": "07", )" + fuseId + R"("8081": "02")", "rearUltra", "u",
+        {7, memory("0003", 16354, qrBytes), "rearMain", "w",
+         "semc00240102030405060708090A0B0C00000000" + qrCode, "qrCodeOffset = 0x3fe3, qrCodeSize = 14 "},
+        {1, memory("0010", 8081, qrBytes), "frontMain", "f",
+         "_aac00220102030405060708090A0B0000000000" + qrCode, "qrCodeOffset = 0x1f92, qrCodeSize = 14 "},
+        {2, memory("0001", 16354, qrBytes), "rearTele", "t",
+         "sunn00320102030405060708090A0B0C0D0E0F10" + qrCode, "qrCodeOffset = 0x3fe3, qrCodeSize = 14 "},
+        {3, memory("0007", 8081, qrBytes), "rearUltra", "u",
+         "ofil00320102030405060708090A0B0C0D0E0F10" + qrCode, "qrCodeOffset = 0x1f92, qrCodeSize = 14 "},
+        {3, memory("0007", 8081, "02"), "rearUltra", "u",
          "ofil00320102030405060708090A0B0C0D0E0F10" + noQRCode, "QRCode data for roleId 21 is not valid"},
         // A maker without a QR code row: byte 0 stands for the flag.
-        {7, R"("0": "0101", )" + far, "rearMain", "w", "sunn00240102030405060708090A0B0C00000000" + noQRCode,
-         "qrCodeOffset = 0x0, qrCodeSize = 0 "},
+        {7, memory("0101", 16354, qrBytes), "rearMain", "w",
+         "sunn00240102030405060708090A0B0C00000000" + noQRCode, "qrCodeOffset = 0x0, qrCodeSize = 0 "},
     };
     for (const auto& row : kCases) {
-        const TestPhone phone(PhoneOf({{row.deviceId, R"("eeprom": {"bytes": {)" + row.eeprom + "}}"}}));
+        const TestPhone phone(PhoneOf({{row.deviceId, row.eeprom}}));
         EXPECT_EQ(TestPlugin().SetFuseIdProp(), 0);
         const std::string name = "vendor.camera.sensor." + row.shortName + ".fuseID";
         ASSERT_THAT(phone.record().properties, testing::SizeIs(2));
@@ -49,9 +52,8 @@ TEST(FuseIdProperties, LongNameThenShortName) {
 }
 
 TEST(FuseIdProperties, AnUnknownMakerSkipsItsSensorAnUnknownRoleEndsIt) {
-    const std::string good = R"("eeprom": {"bytes": {"1": "01"}})";
-    const TestPhone phone(
-        PhoneOf({{7, R"("eeprom": {"bytes": {"1": "02"}})"}, {1}, {2, good}, {99}, {4, good}}));
+    const Bytes good = Eeprom({{1, "01"}});
+    const TestPhone phone(PhoneOf({{7, Eeprom({{1, "02"}})}, {1}, {2, good}, {99}, {4, good}}));
     EXPECT_EQ(TestPlugin().SetFuseIdProp(), -1);
     EXPECT_THAT(phone.logOf("SetFuseIdProp"),
                 ElementsAre("I enter", "I [QRCODE] QRCode data for roleId 20 is not valid",
@@ -61,7 +63,7 @@ TEST(FuseIdProperties, AnUnknownMakerSkipsItsSensorAnUnknownRoleEndsIt) {
 }
 
 TEST(FuseIdProperties, ReadBack) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     TestPlugin plugin;
     EXPECT_EQ(plugin.getPropertyFuseid(40), "");
     EXPECT_THAT(phone.log(), IsEmpty());

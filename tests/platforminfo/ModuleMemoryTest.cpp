@@ -1,17 +1,18 @@
 #include <climits>
 
-#include "tests/support/SmallPhones.h"
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::SizeIs;
 
-const std::string kEeprom =
-    R"("sensorId": 1799, "eeprom": {"fill": 9, "bytes": {"1": "03", "8": "C2", "12": "80", "16383": "5A"}})";
+const FittedSensor kWide{
+    .deviceId = 7, .eeprom = Eeprom({{1, "03"}, {8, "C2"}, {12, "80"}, {16383, "5A"}}, 9), .sensorId = 1799};
 
 TEST(ModuleMemory, ReadsAModuleOnceForAllReaders) {
-    const TestPhone phone(PhoneOf({{1}, {7, kEeprom}}));
+    const TestPhone phone(PhoneOf({{1}, kWide}));
     TestPlugin plugin;
     EXPECT_EQ(plugin.GetVendorId(0), 0x03);
     const std::vector<std::string> firstLog = phone.log();
@@ -30,21 +31,22 @@ TEST(ModuleMemory, ReadsAModuleOnceForAllReaders) {
 
 TEST(ModuleMemory, AFailedReadIsNotRepeated) {
     const struct {
-        std::string sensorKeys, phoneKeys;
+        FittedSensor sensor;
+        Faults faults;
         std::size_t reads;
     } kCases[] = {
-        {"", "", 1},
-        {R"("eeprom": {"readReturns": 16383})", "", 1},
-        {R"("eeprom": {"readReturns": 16385})", "", 1},
-        {R"("eeprom": {})", R"("faults": {"calibrationDriver": true})", 0},
+        {{7}, {}, 1},
+        {{7, Eeprom(), 16383}, {}, 1},
+        {{7, Eeprom(), 16385}, {}, 1},
+        {{7, Eeprom()}, {.calibrationDriver = true}, 0},
     };
-    for (const auto& [sensorKeys, phoneKeys, reads] : kCases) {
-        const TestPhone phone(PhoneOf({{7, sensorKeys}}, phoneKeys));
+    for (const auto& [sensor, faults, reads] : kCases) {
+        const TestPhone phone(PhoneOf({sensor}).faults(faults));
         TestPlugin plugin;
         EXPECT_EQ(plugin.GetVendorId(0), 255);
         EXPECT_EQ(plugin.GetLensId(0), 255);
         EXPECT_EQ(plugin.GetSensorId(0), 255);
-        EXPECT_THAT(phone.record().eepromReads, SizeIs(reads)) << sensorKeys;
+        EXPECT_THAT(phone.record().eepromReads, SizeIs(reads));
         EXPECT_THAT(
             phone.errors(),
             ElementsAre("[GetCamCalAllData] GetCamCalCalDataV2 get all data error : roleID = 0",
@@ -62,7 +64,7 @@ TEST(ModuleMemory, CopiesStayInsideTheImage) {
         {-1, 2, "1"},         {-4, 4, "0"},        {4, -2, "2"},        {INT_MAX, INT_MAX, "-2"},
     };
     for (const auto& [offset, size, end] : kCases) {
-        const TestPhone phone(PhoneOf({{7, kEeprom}}));
+        const TestPhone phone(PhoneOf({kWide}));
         std::vector<std::uint8_t> copy(16385, 0xEE);
         EXPECT_EQ(TestPlugin().MemCpyCamCalData(0, copy.data(), offset, size), end == nullptr ? 0 : -1);
         const std::size_t copied = end == nullptr ? static_cast<std::size_t>(size) : 0;
@@ -80,7 +82,7 @@ TEST(ModuleMemory, CopiesStayInsideTheImage) {
 }
 
 TEST(ModuleMemory, NothingIsCopiedToNowhereOrFromAnEmptyImage) {
-    const TestPhone phone(PhoneOf({{7, kEeprom}}));
+    const TestPhone phone(PhoneOf({kWide}));
     TestPlugin plugin;
     EXPECT_EQ(plugin.GetCamCalAllData(21), nullptr);  // no sensor: nothing to keep
     EXPECT_THAT(plugin.mCamCalData, testing::IsEmpty());

@@ -9,10 +9,11 @@ using testing::ElementsAre;
 
 TEST(RoleMapping, RoleOfASensorIndexIsThatOfItsLowestDeviceBit) {
     // Index 1 has bits 2 and 3, index 40 has bit 31, and index 3 has none: the platform is asked for -1.
-    const TestPhone phone(R"({"sensors": [{"deviceId": 7}, {"deviceBits": 12}, {"deviceId": 3},
-                                          {"deviceBits": 0}, {"deviceId": 99}],
-                              "sensorAliases": {"-1": {"deviceId": 2}, "40": {"deviceBits": "0x80000000"},
-                                                "31": {"deviceId": 0}}})");
+    const TestPhone phone(PhoneBuilder()
+                              .sensors({{7}, {.deviceBits = 12}, {3}, {.deviceBits = 0}, {99}})
+                              .alias(-1, 0, 2)
+                              .alias(40, 0x80000000, 40)
+                              .alias(31, 0x80000000, 0));
     std::vector<int> roleIds;
     for (const int sensorIdx : {0, 1, 3, 40, 4}) {
         roleIds.push_back(TestPlugin().GetRoleIdBySensorIdx(sensorIdx));
@@ -25,7 +26,7 @@ TEST(RoleMapping, RoleOfASensorIndexIsThatOfItsLowestDeviceBit) {
 }
 
 TEST(RoleMapping, SensorIndexOfARole) {
-    const TestPhone phone(R"({"sensors": [{"deviceId": 1}, {"deviceId": 7}, {"deviceId": 7}]})");
+    const TestPhone phone(PhoneBuilder().sensors({{1}, {7}, {7}}));
     EXPECT_EQ(TestPlugin().GetSensorIdxByRoleId(0), 1);
     EXPECT_EQ(TestPlugin().GetSensorIdxByRoleId(64), -1);
     EXPECT_EQ(TestPlugin().GetSensorIdxByRoleId(40), -1);
@@ -40,7 +41,7 @@ TEST(RoleMapping, SensorIndexOfARole) {
 }
 
 TEST(RoleMapping, DriverNamesMatchByTheirLastTwoComponents) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     TestPlugin plugin;
     const struct {
         const char* drvName;

@@ -1,11 +1,14 @@
-#include "tests/support/SmallPhones.h"
+#include <climits>
+
+#include "tests/support/TestPhone.h"
+#include "tests/support/TestPlugin.h"
 
 namespace {
 
 using testing::ElementsAre;
 
 TEST(SensorInfoProperties, AnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
-    const std::string eeprom = R"("eeprom": {"bytes": {"1": "03", "8": "1A", "12": "07"}})";
+    const Bytes eeprom = Eeprom({{1, "03"}, {8, "1A"}, {12, "07"}});
     const TestPhone phone(PhoneOf({{7, eeprom}, {1}, {99}, {3, eeprom}}));
     EXPECT_EQ(TestPlugin().SetSensorInfoProp(), -1);
     EXPECT_EQ(phone.property("vendor.camera.sensor.w.sensorInfo"), "03, 1A, 07");
@@ -19,11 +22,15 @@ TEST(SensorInfoProperties, AnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
 }
 
 TEST(AFInfoProperties, EverySensorIsTriedOnItsOwn) {
-    const std::string af = R"("af": {"capable": true, "points": [[3009, 123], [100, 456]]})";
-    const std::string otherAf =
-        R"("af": {"capable": true, "points": [[-19, -5], [-2147483648, -2147483648]]})";
-    const TestPhone phone(
-        PhoneOf({{7, af}, {1, R"("af": {"capable": false})"}, {99, af}, {3, otherAf}, {4}}));
+    const auto focus = [](int deviceId, bool capable, const std::array<virtualphone::FocusPoint, 2>& points) {
+        return FittedSensor{.deviceId = deviceId, .autofocus = {{.capable = capable, .points = points}}};
+    };
+    const std::array<virtualphone::FocusPoint, 2> points{{{3009, 123}, {100, 456}}};
+    const TestPhone phone(PhoneOf({focus(7, true, points),
+                                   focus(1, false, {}),
+                                   focus(99, true, points),
+                                   focus(3, true, {{{-19, -5}, {INT_MIN, INT_MIN}}}),
+                                   {4}}));
     EXPECT_EQ(TestPlugin().SetAFInfoProp(), 0);
     EXPECT_EQ(phone.property("persist.vendor.camera.sensor.w.afInfo"), "300:123,10:456,");
     EXPECT_EQ(phone.property("persist.vendor.camera.sensor.u.afInfo"), "-1:-5,-214748364:-2147483648,");
@@ -39,7 +46,7 @@ TEST(AFInfoProperties, EverySensorIsTriedOnItsOwn) {
 TEST(DataBinProperty, DecimalMaskAndWhetherItWasRefused) {
     const std::string name = "vendor.camera.sensor.zv.databin.existmask";
     for (const bool refused : {false, true}) {
-        const TestPhone phone(refused ? "{\"faults\": {\"propertySet\": [\"" + name + "\"]}}" : "{}");
+        const TestPhone phone(PhoneBuilder().faults({.propertySet = {refused ? name : "other"}}));
         TestPlugin plugin;
         plugin.mDataBinExistMask = 0xFFFFFFFF00000011;
         plugin.setDataBinGroupProperty();
@@ -50,7 +57,7 @@ TEST(DataBinProperty, DecimalMaskAndWhetherItWasRefused) {
 }
 
 TEST(SensorList, Missing) {
-    const TestPhone phone(R"({"faults": {"sensorList": true}})");
+    const TestPhone phone(PhoneBuilder().faults({.sensorList = true}));
     TestPlugin plugin;
     EXPECT_EQ(plugin.GetRoleIdBySensorIdx(0), -1);
     EXPECT_EQ(plugin.GetSensorIdxByRoleId(0), -1);
@@ -67,7 +74,7 @@ TEST(SensorList, Missing) {
 }
 
 TEST(SensorList, Empty) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     TestPlugin plugin;
     EXPECT_EQ(plugin.SetFuseIdProp() + plugin.SetSensorInfoProp() + plugin.SetAFInfoProp(), 0);
     EXPECT_THAT(phone.log(), ElementsAre("I [SetFuseIdProp] enter", "I [SetFuseIdProp] exit"));

@@ -21,7 +21,9 @@ std::string ItemText(const Item& item) {
     }
 }
 
-std::string DescribeValues(const record::TagValues& values) {
+}  // namespace
+
+std::string Describe(const record::TagValues& values) {
     constexpr const char* kTypes[] = {"none", "int32 [", "int64 [", "float [", "byte [", "memory ["};
     std::string text = kTypes[static_cast<std::size_t>(values.type())];
     if (values.count() == 0) {
@@ -35,16 +37,14 @@ std::string DescribeValues(const record::TagValues& values) {
     return text + "]";
 }
 
-}  // namespace
-
 std::string Describe(const NSCam::IMetadata::IEntry& entry) {
-    return DescribeValues(virtualphone::ValuesOf(entry));
+    return Describe(virtualphone::ValuesOf(entry));
 }
 
 Tags DescribeAll(const record::TagSet& metadata) {
     Tags tags;
     for (const record::Tag& tag : metadata) {
-        tags[TagText(tag.tag)] = DescribeValues(tag.values);
+        tags[TagText(tag.tag)] = Describe(tag.values);
     }
     return tags;
 }

@@ -10,6 +10,7 @@
 
 /// A metadata entry as text: "int32 [60, 62]", "float [0.6]", "byte [3]", "memory [4104 bytes]", or "none"
 /// while it is empty.
+std::string Describe(const record::TagValues& values);
 std::string Describe(const NSCam::IMetadata::IEntry& entry);
 
 /// Descriptions by tag, such as {"0x91010021", "int32 [60]"}.

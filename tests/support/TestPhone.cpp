@@ -26,6 +26,8 @@ char PriorityLetter(int priority) {
 
 }  // namespace
 
+TestPhone::TestPhone(const PhoneBuilder& phone) : mPhone(phone.description(), mRoot.path(), mRecorder) {}
+
 TestPhone::TestPhone(const std::string& json)
     : mPhone(virtualphone::ParsePhone(json, std::filesystem::path(), "phone.json"), mRoot.path(), mRecorder) {
 }

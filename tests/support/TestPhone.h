@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/PhoneBuilder.h"
 #include "virtualphone/PhoneFile.h"
 #include "virtualphone/TemporaryFolder.h"
 #include "virtualphone/VirtualPhone.h"
@@ -30,9 +31,10 @@ struct Record {
     std::vector<record::LogLine> log;
 };
 
-/// A phone written as JSON text, alive in this process under a temporary root.
+/// A phone that is alive in this process under a temporary root.
 class TestPhone {
   public:
+    explicit TestPhone(const PhoneBuilder& phone = {});
     explicit TestPhone(const std::string& json);
 
     virtualphone::VirtualPhone& phone() { return mPhone; }

@@ -32,12 +32,12 @@ TEST(PublishedTags, AreWhatTheUpdatersStore) {
     for (const record::ProviderMerge* const device : record::EventsOf<record::ProviderMerge>(events)) {
         for (const record::Tag& tag : device->metadata) {
             stored.insert(tag.tag);
-            const PublishedTag* const info = FindPublishedTag(tag.tag);
+            const tables::PublishedTag* const info = tables::FindPublishedTag(tag.tag);
             ASSERT_NE(info, nullptr) << TagText(tag.tag);
             EXPECT_EQ(tag.values.type(), info->type) << info->name;
         }
     }
-    for (const PublishedTag& info : PublishedTags()) {
+    for (const tables::PublishedTag& info : tables::PublishedTags()) {
         EXPECT_TRUE(stored.contains(info.tag)) << info.name << " was stored by no device";
     }
 }

@@ -4,6 +4,8 @@
 
 #include "tables/SizeCatalogue.h"
 
+namespace tables {
+
 namespace {
 
 std::string SizeText(const SizeCatalogueEntry& row) {
@@ -77,3 +79,5 @@ TEST(SizeCatalogue, WhatASensorTakes) {
 }
 
 }  // namespace
+
+}  // namespace tables

@@ -65,7 +65,7 @@ TEST(Metadata, ProvidersMergeOverWhatTheFileSays) {
         "0x2": {"type": "int64", "values": [-1, 9223372036854775807]},
         "3": {"type": "byte", "values": ["0xFF"]},
         "4": {"type": "memory", "values": ["0102", ""]},
-        "5": {} }}})");
+        "5": {"type": "none"} }}})");
     const Tags before{{"0x1", "float [24, nan, -inf]"},
                       {"0x2", "int64 [-1, 9223372036854775807]"},
                       {"0x3", "byte [255]"},

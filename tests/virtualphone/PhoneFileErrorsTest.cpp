@@ -23,7 +23,8 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
         // The document.
         {"[]", "expected an object, got an array"},
         {R"({"a~/b": 1})",
-         "/a~0~1b: expected one of the keys name, properties, files, sensors, sensorAliases, logicalDevices, "
+         "/a~0~1b: expected one of the keys $schema, name, properties, files, sensors, sensorAliases, "
+         "logicalDevices, "
          "sensorDeviceIndexes, staticMetadata, faults, got an unknown key"},
         {R"({"faults": {"propertySet": [], "propertySet": []}})",
          "/faults/propertySet: expected each key once, got it a second time"},
@@ -94,7 +95,8 @@ TEST(PhoneFileErrors, SyntaxErrorsTellThePlace) {
                 testing::StartsWith("/sensors/1/modes/1/1: expected JSON, got line 3, column 1: "));
     EXPECT_THAT(ErrorOf("{\"name\": \"\xFF\"}"), testing::StartsWith("/name: expected JSON, got line 1, "));
     EXPECT_THAT(ErrorOf("{\"sensors\": [1e999]}"),
-                testing::StartsWith("/sensors/0: expected JSON, got number "));
+                testing::StartsWith(
+                    "/sensors/0: expected JSON, got line 1, column 14: number overflow parsing '1e999'"));
     EXPECT_EQ(ErrorOf("{\"name\": /* none */ \"\"}"), "no error");
 }
 

@@ -72,7 +72,7 @@ std::string ValuesText(const record::TagValues& values) {
 }
 
 std::string TagName(std::uint32_t tag) {
-    const PublishedTag* info = FindPublishedTag(tag);
+    const tables::PublishedTag* info = tables::FindPublishedTag(tag);
     return info == nullptr ? "-" : info->name;
 }
 

@@ -43,8 +43,8 @@ std::string FloatText(float number) {
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
 }
 
-const char* TypeName(TagItemType type) {
-    using Type = TagItemType;
+const char* TypeName(tables::TagItemType type) {
+    using Type = tables::TagItemType;
     switch (type) {
         case Type::Int32:
             return "int32";

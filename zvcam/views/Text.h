@@ -23,7 +23,7 @@ std::string ModeText(unsigned mode);
 std::string FloatText(float number);
 
 /// "int32", "int64", "float", "byte", "memory" or "none".
-const char* TypeName(TagItemType type);
+const char* TypeName(tables::TagItemType type);
 
 /// The text with control characters written out ("\x1B"), so that it does nothing to a terminal.
 std::string Printable(std::string_view text);

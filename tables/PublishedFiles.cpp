@@ -1,0 +1,50 @@
+#include "tables/PublishedFiles.h"
+
+#include <algorithm>
+#include <array>
+
+#include "tables/CameraModules.h"
+#include "tables/CameraPairs.h"
+
+namespace tables {
+
+namespace {
+
+constexpr std::array<PublishedFile, 3> kTable = {{
+    {kDualCameraPairs[0].dumpPath, false, operation::DualCameraDataDumpFile,
+     "calibration block of wide and ultra-wide; from a file of `/mnt/vendor/persist/camera/` whose fuse ids "
+     "match, or "
+     "from `/vendor/etc/camera/com.zelvan.dcal.wu.golden`"},
+    {kDualCameraPairs[1].dumpPath, false, operation::DualCameraDataDumpFile,
+     "calibration block of wide and tele; from a file of `/mnt/vendor/persist/camera/` whose fuse ids match, "
+     "or from "
+     "`/vendor/etc/camera/com.zelvan.dcal.wt.golden`"},
+    {kEepromDumpPath, true, operation::DumpEepromRawData,
+     "a module's memory, `0x0010 = 0xa5` a line; only when a property asks for it"},
+}};
+static_assert(kTable.size() == kDualCameraPairs.size() + 1);
+
+bool Names(const PublishedFile& row, std::string_view path) {
+    if (!row.perRole) {
+        return path == row.path;
+    }
+    const std::string_view start(row.path);
+    return path.starts_with(start) && std::any_of(kModuleRoles.begin(), kModuleRoles.end(),
+                                                  [name = path.substr(start.size())](const ModuleRole& role) {
+                                                      return name == role.name;
+                                                  });
+}
+
+}  // namespace
+
+std::span<const PublishedFile> PublishedFiles() {
+    return kTable;
+}
+
+const PublishedFile* FindPublishedFile(std::string_view path) {
+    const auto* const found = std::find_if(kTable.begin(), kTable.end(),
+                                           [=](const PublishedFile& row) { return Names(row, path); });
+    return found == kTable.end() ? nullptr : found;
+}
+
+}  // namespace tables
