@@ -37,7 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const virtualphone::TemporaryFolder root;
     virtualphone::PhoneDescription phone;
     phone.files[kFile] = {data, data + size};
-    const virtualphone::VirtualPhone running(std::move(phone), root.path());
+    record::Recorder recorder;
+    const virtualphone::VirtualPhone running(std::move(phone), root.path(), recorder);
 
     CalibrationData file;
     if (file.parse(kFile)) {

@@ -39,7 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     phone.logicalDevices[1].sensorBits = tables::DeviceBits{2};
     phone.logicalDevices[7].sensorBits = tables::DeviceBits{1};
     const virtualphone::TemporaryFolder root;
-    const virtualphone::VirtualPhone running(std::move(phone), root.path());
+    record::Recorder recorder;
+    const virtualphone::VirtualPhone running(std::move(phone), root.path(), recorder);
     FreshPlugin().ExposureModuleInfo();
     return 0;
 }

@@ -19,7 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (virtualphone::PhoneFileText(virtualphone::ParsePhone(text, root.path(), "again.json")) != text) {
             std::abort();
         }
-        const virtualphone::VirtualPhone running(std::move(phone), root.path());
+        record::Recorder recorder;
+        const virtualphone::VirtualPhone running(std::move(phone), root.path(), recorder);
     } catch (const virtualphone::PhoneFileError&) {
         // The one answer to a bad phone file.
     }

@@ -16,6 +16,8 @@ namespace NSCam {
 class PLATFORM_API IMetadata {
   public:
     using Tag_t = std::uint32_t;
+    /// For the platform's own use.
+    struct Inside;
 
     /// A byte blob that stands as one item of an entry.
     class PLATFORM_API Memory {
@@ -32,6 +34,8 @@ class PLATFORM_API IMetadata {
         void append(const Memory& other);
 
       private:
+        friend Inside;
+
         std::vector<std::uint8_t> mBytes;
     };
 
@@ -68,7 +72,8 @@ class PLATFORM_API IMetadata {
         Item itemAt(std::size_t index) const;
 
       private:
-        friend class IMetadata;  // an entry takes the tag that it is stored under
+        friend IMetadata;  // an entry takes the tag that it is stored under
+        friend Inside;
 
         template <typename Item>
         void append(const Item& item);

@@ -1,6 +1,7 @@
 #include "record/BootRecord.h"
 
 #include <cstddef>
+#include <cstring>
 
 namespace record {
 
@@ -28,8 +29,23 @@ LineParts Split(std::string_view message) {
 
 }  // namespace
 
+std::string SignalName(int signal) {
+    const char* const name = sigabbrev_np(signal);
+    return name == nullptr ? "signal " + std::to_string(signal) : std::string("SIG") + name;
+}
+
 std::string_view OperationOf(const LogLine& line) {
     return Split(line.message).operation;
+}
+
+std::string LastOperation(const std::vector<Event>& events) {
+    for (auto event = events.rbegin(); event != events.rend(); ++event) {
+        const auto* const line = std::get_if<LogLine>(&*event);
+        if (line != nullptr && !OperationOf(*line).empty()) {
+            return std::string(OperationOf(*line));
+        }
+    }
+    return "";
 }
 
 std::string_view TextOf(const LogLine& line) {

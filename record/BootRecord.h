@@ -33,6 +33,9 @@ struct Ended {
     friend bool operator==(const Ended&, const Ended&) = default;
 };
 
+/// "SIGSEGV" of 11; "signal 34" of one that has no name.
+std::string SignalName(int signal);
+
 /// The build of the plug-in that was booted.
 struct PluginIdentity {
     std::string path;
@@ -61,19 +64,26 @@ struct BootRecord {
 
 /// The events of one kind, in their order.
 template <typename Kind>
-std::vector<const Kind*> EventsOf(const BootRecord& boot) {
+std::vector<const Kind*> EventsOf(const std::vector<Event>& events) {
     std::vector<const Kind*> found;
-    for (const Event& event : boot.events) {
+    for (const Event& event : events) {
         if (const Kind* const kind = std::get_if<Kind>(&event)) {
             found.push_back(kind);
         }
     }
     return found;
 }
+template <typename Kind>
+std::vector<const Kind*> EventsOf(const BootRecord& boot) {
+    return EventsOf<Kind>(boot.events);
+}
 
 /// The operation in whose name the plug-in logged a line: "SetFuseIdProp" of "(123)[SetFuseIdProp] enter".
 /// Empty for a line of another form.
 std::string_view OperationOf(const LogLine& line);
+
+/// The operation in whose name the plug-in logged last; empty without such a line.
+std::string LastOperation(const std::vector<Event>& events);
 
 /// The message of a line of the plug-in without thread id and operation: "enter". The whole message of a line
 /// of another form.

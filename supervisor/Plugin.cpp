@@ -1,7 +1,16 @@
 #include "supervisor/Plugin.h"
 
+#include <algorithm>
+#include <cctype>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <dlfcn.h>
 #include <exception>
+#include <link.h>
+#include <span>
+
+#include "formats/Hex.h"
 
 // A member function is called as what it is to the linker: a function with `this` as its first argument.
 // Clang's sanitizer compares C++ types and objects.
@@ -30,6 +39,47 @@ Function Find(void* handle, const char* symbol) {
     return reinterpret_cast<Function>(address);
 }
 
+std::string LowerHex(std::span<const std::uint8_t> bytes) {
+    std::string text = formats::UpperHex(bytes);
+    std::transform(text.begin(), text.end(), text.begin(), [](char digit) {
+        return static_cast<char>(std::tolower(static_cast<unsigned char>(digit)));
+    });
+    return text;
+}
+
+/// The build id among the ELF notes of a loaded library, in lower-case hexadecimal.
+std::string BuildIdOf(void* handle) {
+    const link_map* map = nullptr;
+    const ElfW(Phdr)* headers = nullptr;
+    const int count = dlinfo(handle, RTLD_DI_PHDR, &headers);
+    if (count <= 0 || dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0) {
+        return "";
+    }
+    for (const ElfW(Phdr) & header : std::span(headers, static_cast<std::size_t>(count))) {
+        if (header.p_type != PT_NOTE) {
+            continue;
+        }
+        const std::span notes(reinterpret_cast<const std::uint8_t*>(map->l_addr + header.p_vaddr),
+                              header.p_memsz);
+        ElfW(Nhdr) note;
+        for (std::size_t at = 0; at + sizeof note <= notes.size();) {
+            std::memcpy(&note, &notes[at], sizeof note);
+            // Name and description are filled up to whole words.
+            const std::size_t name = at + sizeof note;
+            const std::size_t id = name + (note.n_namesz + 3U) / 4 * 4;
+            at = id + (note.n_descsz + 3U) / 4 * 4;
+            if (at > notes.size()) {
+                break;
+            }
+            if (note.n_type == NT_GNU_BUILD_ID && note.n_namesz == sizeof ELF_NOTE_GNU &&
+                std::memcmp(&notes[name], ELF_NOTE_GNU, sizeof ELF_NOTE_GNU) == 0) {
+                return LowerHex(notes.subspan(id, note.n_descsz));
+            }
+        }
+    }
+    return "";
+}
+
 }  // namespace
 
 void Plugin::Unload::operator()(void* handle) const {
@@ -43,13 +93,17 @@ std::filesystem::path Plugin::DefaultLibrary() {
 
 Plugin::Plugin(const std::filesystem::path& library)
     // Absolute: a bare name would send the loader through the system's own folders.
-    : mHandle(dlopen(std::filesystem::absolute(library).c_str(), RTLD_NOW | RTLD_LOCAL)) {
+    : mLibrary(std::filesystem::absolute(library)), mHandle(dlopen(mLibrary.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     if (!mHandle) {
         throw PluginError(LoaderMessage("cannot load " + library.string()));
     }
     mCreateInstance = Find<void* (*)()>(mHandle.get(), "_ZN24CameraPlatformInfoZelvan14CreateInstanceEv");
     mExposureModuleInfo =
         Find<void (*)(void*)>(mHandle.get(), "_ZN24CameraPlatformInfoZelvan18ExposureModuleInfoEv");
+}
+
+record::PluginIdentity Plugin::identity() const {
+    return {.path = mLibrary.string(), .buildId = BuildIdOf(mHandle.get())};
 }
 
 CALLS_BY_LINKER_NAME std::optional<std::string> Plugin::run() const {

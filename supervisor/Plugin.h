@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "record/BootRecord.h"
+
 namespace supervisor {
 
 /// A library that cannot be loaded or is no plug-in; the message is the loader's.
@@ -23,6 +25,8 @@ class Plugin {
     /// @throws PluginError
     explicit Plugin(const std::filesystem::path& library);
 
+    record::PluginIdentity identity() const;
+
     /// Makes the plug-in's instance and has it publish everything.
     /// @return what it threw; nothing after a run to the end.
     std::optional<std::string> run() const;
@@ -31,6 +35,7 @@ class Plugin {
     struct Unload {
         void operator()(void* handle) const;
     };
+    std::filesystem::path mLibrary;  ///< absolute
     std::unique_ptr<void, Unload> mHandle;
     void* (*mCreateInstance)() = nullptr;
     void (*mExposureModuleInfo)(void* instance) = nullptr;

@@ -12,7 +12,9 @@ static_assert(kFocusPointCount == std::tuple_size_v<decltype(CamCal3ARecord::afP
 
 int CamCal::readRecord(unsigned deviceBit, CamCalRecordKind kind, CamCal3ARecord& record) {
     const SensorDescription* sensor = FindSensorByBit(mPhone, deviceBit);
-    if (kind != CamCalRecordKind::ThreeA || sensor == nullptr || !sensor->autofocus) {
+    const bool known = kind == CamCalRecordKind::ThreeA && sensor != nullptr && sensor->autofocus;
+    mSink.take(record::AutofocusRead{.deviceBit = deviceBit, .succeeded = known});
+    if (!known) {
         return -1;
     }
     record.capability = sensor->autofocus->capable ? CAM_CAL_CAPABILITY_AF : 0;
@@ -25,9 +27,14 @@ int CamCal::readRecord(unsigned deviceBit, CamCalRecordKind kind, CamCal3ARecord
 
 std::uint32_t CamCal::readMemory(std::uint32_t sensorId, unsigned deviceBit, std::uint32_t offset,
                                  std::uint32_t length, std::uint8_t* destination) {
-    mRecord.eepromReads.push_back(
-        {.sensorId = sensorId, .deviceBit = deviceBit, .offset = offset, .length = length});
-    const SensorDescription* sensor = FindSensorByBit(mPhone, deviceBit);
+    const std::uint32_t read = copyMemory(FindSensorByBit(mPhone, deviceBit), offset, length, destination);
+    mSink.take(record::EepromRead{
+        .sensorId = sensorId, .deviceBit = deviceBit, .offset = offset, .length = length, .read = read});
+    return read;
+}
+
+std::uint32_t CamCal::copyMemory(const SensorDescription* sensor, std::uint32_t offset, std::uint32_t length,
+                                 std::uint8_t* destination) const {
     if (sensor == nullptr || !sensor->eeprom || destination == nullptr) {
         return 0;
     }
@@ -43,17 +50,23 @@ std::uint32_t CamCal::readMemory(std::uint32_t sensorId, unsigned deviceBit, std
 
 namespace {
 
-virtualphone::CamCal* CurrentCamCal() {
+/// The driver and its helper are one object, with one fault.
+virtualphone::CamCal* CurrentCamCal(record::Query query) {
     virtualphone::PhoneState* phone = virtualphone::CurrentPhone();
-    return phone == nullptr || phone->description.faults.calibrationDriver ? nullptr : &phone->camCal;
+    if (phone == nullptr) {
+        return nullptr;
+    }
+    const bool missing = phone->description.faults.calibrationDriver;
+    phone->sink.take(record::Asked{.query = query, .answer = {missing ? 0 : 1}, .text = {}});
+    return missing ? nullptr : &phone->camCal;
 }
 
 }  // namespace
 
 CamCalDrvBase* CamCalDrvBase::createInstance() {
-    return CurrentCamCal();
+    return CurrentCamCal(record::Query::CalibrationDriver);
 }
 
 NSCam::CamCalHelper* NSCam::CamCalHelper::getInstance() {
-    return CurrentCamCal();
+    return CurrentCamCal(record::Query::CalibrationHelper);
 }

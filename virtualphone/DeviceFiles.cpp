@@ -102,8 +102,8 @@ DeviceFiles::Tree DeviceFiles::readTree() const {
     return tree;
 }
 
-std::vector<ChangedFile> DeviceFiles::changed() const {
-    std::vector<ChangedFile> changed;
+std::vector<record::ChangedFile> DeviceFiles::changed() const {
+    std::vector<record::ChangedFile> changed;
     for (auto& [path, state] : readTree()) {
         const auto before = mAtStart.find(path);
         if (before == mAtStart.end() || before->second != state) {
@@ -117,5 +117,9 @@ std::vector<ChangedFile> DeviceFiles::changed() const {
 
 std::string DevicePath(const char* path) {
     const virtualphone::PhoneState* phone = virtualphone::CurrentPhone();
-    return phone == nullptr ? path : phone->files.locate(path);
+    if (phone == nullptr) {
+        return path;
+    }
+    phone->sink.take(record::PathOpened{.path = path});
+    return phone->files.locate(path);
 }

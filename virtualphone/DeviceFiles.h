@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "virtualphone/Record.h"
+#include "record/BootRecord.h"
 
 namespace virtualphone {
 
@@ -19,7 +19,7 @@ class DeviceFiles {
                 const std::map<std::string, std::vector<std::uint8_t>>& files);
 
     /// Regular files that are not as they were after laying, by ascending path.
-    std::vector<ChangedFile> changed() const;
+    std::vector<record::ChangedFile> changed() const;
 
     /// Where a phone path lies.
     std::string locate(const char* phonePath) const { return mPrefix + phonePath; }

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "virtualphone/Record.h"
-
 namespace virtualphone {
 
-/// Sends the Android log of this process, every priority of it, to a record instead of standard error.
+/// Sends the Android log of this process, every priority of it, to the phone that is switched on instead of
+/// to standard error.
 class LogCapture {
   public:
-    explicit LogCapture(Record& record);
+    LogCapture();
     ~LogCapture();
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;

@@ -1,16 +1,18 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "platform/ILogicalDeviceList.h"
+#include "record/Recorder.h"
 #include "virtualphone/PhoneDescription.h"
 
 namespace virtualphone {
 
 class LogicalDeviceList final : public NSCam::ILogicalDeviceList {
   public:
-    explicit LogicalDeviceList(const PhoneDescription& phone) : mPhone(phone) {}
+    LogicalDeviceList(const PhoneDescription& phone, record::EventSink& sink) : mPhone(phone), mSink(sink) {}
 
     int deviceCount() const override;
     std::vector<int> sensorIds(int instanceId) const override;
@@ -21,8 +23,11 @@ class LogicalDeviceList final : public NSCam::ILogicalDeviceList {
 
   private:
     const LogicalDeviceDescription& device(int instanceId) const;
+    template <typename Answer>
+    Answer answered(record::Query query, std::int64_t about, Answer answer) const;
 
     const PhoneDescription& mPhone;
+    record::EventSink& mSink;
 };
 
 }  // namespace virtualphone

@@ -1,9 +1,19 @@
+#include <atomic>
+#include <type_traits>
 #include <utility>
 
 #include <android/log.h>
 
 #include "platform/IMetadata.h"
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/MetadataInside.h"
+#include "virtualphone/MetadataValues.h"
+#include "virtualphone/MetadataWatch.h"
+
+namespace {
+
+std::atomic<virtualphone::MetadataWatch*> gWatch = nullptr;
+
+}  // namespace
 
 namespace NSCam {
 
@@ -104,10 +114,9 @@ INSTANTIATE_ITEM(IMetadata::Memory)
 #undef INSTANTIATE_ITEM
 
 int IMetadata::update(Tag_t tag, const IEntry& entry) {
-    if (const virtualphone::PhoneState* phone = virtualphone::CurrentPhone()) {
-        const auto& faults = phone->description.faults.metadataUpdate;
-        if (const auto fault = faults.find(tag); fault != faults.end()) {
-            return fault->second;
+    if (virtualphone::MetadataWatch* const watch = gWatch) {
+        if (const int refusal = watch->update(tag, entry); refusal != 0) {
+            return refusal;
         }
     }
     mEntries.insert_or_assign(tag, entry).first->second.mTag = tag;
@@ -132,4 +141,82 @@ std::vector<IMetadata::IEntry> IMetadata::entries() const {
     return entries;
 }
 
+record::TagValues IMetadata::Inside::values(const IEntry& entry) {
+    return std::visit(
+        [](const auto& items) -> record::TagValues {
+            using Items = std::remove_cvref_t<decltype(items)>;
+            if constexpr (std::is_same_v<Items, std::monostate>) {
+                return {};
+            } else if constexpr (std::is_same_v<Items, std::vector<Memory>>) {
+                std::vector<record::Blob> blobs;
+                blobs.reserve(items.size());
+                for (const Memory& memory : items) {
+                    blobs.push_back(memory.mBytes);
+                }
+                return record::TagValues(std::move(blobs));
+            } else {
+                return record::TagValues(items);
+            }
+        },
+        entry.mItems);
+}
+
+record::TagSet IMetadata::Inside::tags(const IMetadata& metadata) {
+    record::TagSet tags;
+    tags.reserve(metadata.mEntries.size());
+    for (const auto& [tag, entry] : metadata.mEntries) {
+        tags.push_back({.tag = tag, .values = values(entry)});
+    }
+    return tags;
+}
+
+IMetadata::IEntry IMetadata::Inside::entry(Tag_t tag, const record::TagValues& values) {
+    IEntry entry(tag);
+    values.visit([&entry](const auto& items) {
+        using Item = std::remove_cvref_t<decltype(items[0])>;
+        for (const Item& item : items) {
+            if constexpr (std::is_same_v<Item, record::Blob>) {
+                entry.push_back(Memory(item.data(), item.size()));
+            } else {
+                entry.push_back(item);
+            }
+        }
+    });
+    return entry;
+}
+
+void IMetadata::Inside::store(IMetadata& metadata, const IEntry& entry) {
+    metadata.mEntries.insert_or_assign(entry.mTag, entry);
+}
+
+void IMetadata::Inside::merge(IMetadata& metadata, const IMetadata& additional) {
+    for (const auto& [tag, entry] : additional.mEntries) {
+        store(metadata, entry);
+    }
+}
+
 }  // namespace NSCam
+
+namespace virtualphone {
+
+record::TagValues ValuesOf(const NSCam::IMetadata::IEntry& entry) {
+    return NSCam::IMetadata::Inside::values(entry);
+}
+
+record::TagSet TagsOf(const NSCam::IMetadata& metadata) {
+    return NSCam::IMetadata::Inside::tags(metadata);
+}
+
+NSCam::IMetadata::IEntry EntryOf(const record::Tag& tag) {
+    return NSCam::IMetadata::Inside::entry(tag.tag, tag.values);
+}
+
+MetadataWatchInstalled::MetadataWatchInstalled(MetadataWatch& watch) {
+    gWatch = &watch;
+}
+
+MetadataWatchInstalled::~MetadataWatchInstalled() {
+    gWatch = nullptr;
+}
+
+}  // namespace virtualphone

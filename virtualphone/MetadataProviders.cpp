@@ -1,52 +1,39 @@
 #include "virtualphone/MetadataProviders.h"
 
+#include <utility>
+
+#include "virtualphone/MetadataInside.h"
+#include "virtualphone/MetadataValues.h"
 #include "virtualphone/PhoneState.h"
 
 namespace virtualphone {
 
-namespace {
-
-using Entry = NSCam::IMetadata::IEntry;
-using Memory = NSCam::IMetadata::Memory;
-
-Entry ToEntry(const record::Tag& tag) {
-    Entry entry(tag.tag);
-    tag.values.visit([&entry](const auto items) {
-        for (const auto& item : items) {
-            if constexpr (std::is_same_v<decltype(item), const record::Blob&>) {
-                entry.push_back(Memory(item.data(), item.size()));
-            } else {
-                entry.push_back(item);
-            }
-        }
-    });
-    return entry;
-}
-
-}  // namespace
-
 void MetadataProvider::mergeStaticMetadata(const NSCam::IMetadata& additional) {
-    mRecord.devices.push_back({.provider = mId, .metadata = additional});
-    for (const NSCam::IMetadata::IEntry& entry : additional.entries()) {
-        mStatic.update(entry.tag(), entry);
-    }
-}
-
-MetadataProviders::MetadataProviders(const PhoneDescription& phone, Record& record) : mRecord(record) {
-    for (const auto& [id, tags] : phone.staticMetadata) {
-        for (const record::Tag& tag : tags) {
-            provider(Number(id)).preset(ToEntry(tag));
-        }
-    }
+    mSink.take(record::ProviderMerge{.provider = mId, .metadata = TagsOf(additional)});
+    NSCam::IMetadata::Inside::merge(mStatic, additional);
 }
 
 MetadataProvider& MetadataProviders::provider(std::uint32_t id) {
-    return mProviders.try_emplace(id, id, mRecord).first->second;
+    if (const auto found = mProviders.find(id); found != mProviders.end()) {
+        return found->second;
+    }
+    NSCam::IMetadata before;
+    const auto described = mPhone.staticMetadata.find(tables::ProviderId{id});
+    if (described != mPhone.staticMetadata.end()) {
+        for (const record::Tag& tag : described->second) {
+            NSCam::IMetadata::Inside::store(before, EntryOf(tag));
+        }
+    }
+    return mProviders.try_emplace(id, id, std::move(before), mSink).first->second;
 }
 
 }  // namespace virtualphone
 
 NSCam::IMetadataProvider* NSCam::NSMetadataProviderManager::valueForByDeviceId(std::uint32_t deviceId) {
     virtualphone::PhoneState* phone = virtualphone::CurrentPhone();
-    return phone == nullptr ? nullptr : &phone->providers.provider(deviceId);
+    if (phone == nullptr) {
+        return nullptr;
+    }
+    phone->sink.take(record::ProviderAsked{.provider = deviceId});
+    return &phone->providers.provider(deviceId);
 }

@@ -4,24 +4,27 @@
 #include <map>
 #include <string>
 
+#include "record/Recorder.h"
 #include "virtualphone/CamCal.h"
 #include "virtualphone/DeviceFiles.h"
 #include "virtualphone/LogCapture.h"
 #include "virtualphone/LogicalDevices.h"
 #include "virtualphone/MetadataProviders.h"
+#include "virtualphone/MetadataWatch.h"
 #include "virtualphone/PhoneDescription.h"
-#include "virtualphone/Record.h"
 #include "virtualphone/SensorDrivers.h"
 #include "virtualphone/SensorList.h"
 
 namespace virtualphone {
 
-/// All of a phone that is switched on. Its parts borrow the description and the record.
-struct PhoneState {
-    PhoneState(PhoneDescription phone, const std::filesystem::path& rootFolder);
+/// All of a phone that is switched on. Its parts borrow the description and the sink.
+struct PhoneState final : MetadataWatch {
+    PhoneState(PhoneDescription phone, const std::filesystem::path& rootFolder, record::EventSink& events);
+
+    int update(NSCam::IMetadata::Tag_t tag, const NSCam::IMetadata::IEntry& entry) override;
 
     PhoneDescription description;
-    Record record;
+    record::EventSink& sink;
     std::map<std::string, std::string> properties;
     DeviceFiles files;
     SensorList sensorList;
@@ -30,6 +33,7 @@ struct PhoneState {
     CamCal camCal;
     MetadataProviders providers;
     LogCapture log;
+    MetadataWatchInstalled watch;
 };
 
 /// The phone of this process; null while there is none.

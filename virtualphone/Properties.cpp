@@ -6,7 +6,7 @@
 #include <cstring>
 #include <limits>
 #include <string>
-#include <string_view>
+#include <utility>
 
 #include "virtualphone/PhoneState.h"
 
@@ -18,13 +18,18 @@ using virtualphone::CurrentPhone;
 using virtualphone::PhoneState;
 
 /// The value of a property; `fallback` where it is unset or there is no phone.
-std::string_view Value(const char* key, std::string_view fallback) {
-    const PhoneState* phone = CurrentPhone();
+std::string Value(const char* key, const char* fallback) {
+    PhoneState* phone = CurrentPhone();
     if (phone == nullptr || key == nullptr) {
         return fallback;
     }
-    const auto found = phone->properties.find(key);
-    return found == phone->properties.end() ? fallback : std::string_view(found->second);
+    record::PropertyAsked asked{.name = key, .value = {}};
+    if (const auto found = phone->properties.find(key); found != phone->properties.end()) {
+        asked.value = found->second;
+    }
+    std::string value = asked.value.value_or(fallback);
+    phone->sink.take(std::move(asked));
+    return value;
 }
 
 bool Store(PhoneState& phone, const std::string& name, const std::string& value) {
@@ -40,7 +45,7 @@ bool Store(PhoneState& phone, const std::string& name, const std::string& value)
 }  // namespace
 
 int property_get(const char* key, char* value, const char* default_value) {
-    const std::string_view text = Value(key, default_value == nullptr ? "" : default_value);
+    const std::string text = Value(key, default_value == nullptr ? "" : default_value);
     const std::size_t length = std::min(text.size(), virtualphone::kLongestPropertyValue);
     std::memcpy(value, text.data(), length);
     value[length] = '\0';
@@ -48,7 +53,7 @@ int property_get(const char* key, char* value, const char* default_value) {
 }
 
 std::int32_t property_get_int32(const char* key, std::int32_t default_value) {
-    const std::string text(Value(key, ""));
+    const std::string text = Value(key, "");
     char* end = nullptr;
     const int formerError = errno;
     // Saturates far outside 32 bits, so an overflow needs no test of its own. Base 0 takes all three
@@ -70,6 +75,6 @@ int property_set(const char* key, const char* value) {
     const std::string name = key;
     const std::string text = value == nullptr ? "" : value;
     const bool stored = Store(*phone, name, text);
-    phone->record.properties.push_back({.name = name, .value = text, .stored = stored});
+    phone->sink.take(record::PropertySet{.name = name, .value = text, .stored = stored});
     return stored ? 0 : -1;
 }

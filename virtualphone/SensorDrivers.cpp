@@ -28,5 +28,13 @@ ImgSensorDrv* SensorDrivers::driver(int sensorIndex) {
 
 ImgSensorDrv* ImgSensorDrv::getInstance(IMGSENSOR_SENSOR_IDX sensorIndex) {
     virtualphone::PhoneState* phone = virtualphone::CurrentPhone();
-    return phone == nullptr ? nullptr : phone->sensorDrivers.driver(sensorIndex);
+    if (phone == nullptr) {
+        return nullptr;
+    }
+    ImgSensorDrv* const driver = phone->sensorDrivers.driver(sensorIndex);
+    phone->sink.take(record::Asked{.query = record::Query::SensorDriver,
+                                   .about = sensorIndex,
+                                   .answer = {driver == nullptr ? 0 : 1},
+                                   .text = {}});
+    return driver;
 }

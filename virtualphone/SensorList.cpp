@@ -1,10 +1,13 @@
 #include "virtualphone/SensorList.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "virtualphone/PhoneState.h"
 
 namespace virtualphone {
+
+using record::Query;
 
 namespace {
 
@@ -22,6 +25,15 @@ const SensorDescription* FindSensor(const PhoneDescription& phone, tables::Senso
     return position >= 0 && position < static_cast<int>(phone.sensors.size())
                ? &phone.sensors[static_cast<std::size_t>(position)]
                : nullptr;
+}
+
+/// Device bits of an index, sensor or alias; 0 for any other.
+tables::DeviceBits DeviceBitsOf(const PhoneDescription& phone, tables::SensorIndex index) {
+    if (const SensorDescription* const sensor = FindSensor(phone, index)) {
+        return sensor->deviceBits;
+    }
+    const auto alias = phone.sensorAliases.find(index);
+    return alias == phone.sensorAliases.end() ? tables::DeviceBits{} : alias->second.deviceBits;
 }
 
 }  // namespace
@@ -45,61 +57,73 @@ void HalSensor::sendCommand(int, std::uint32_t command, std::uint32_t, std::vect
     if (command == NSCam::SENSOR_CMD_GET_IN_SENSOR_ZOOM) {
         reply = mSensor->inSensorZoom;
     }
+    mSink->take(record::Asked{.query = record::Query::SensorCommand,
+                              .about = command,
+                              .answer = {reply.begin(), reply.end()},
+                              .text = {}});
 }
 
-SensorList::SensorList(const PhoneDescription& phone) : mPhone(phone) {
+SensorList::SensorList(const PhoneDescription& phone, record::EventSink& sink) : mPhone(phone), mSink(sink) {
     for (const SensorDescription& sensor : phone.sensors) {
         FillStaticInfo(sensor, mStaticInfo.emplace_back());
-        mSensors.emplace_back(sensor);
+        mSensors.emplace_back(sensor, sink);
     }
+}
+
+template <typename Answer>
+Answer SensorList::answered(Query query, std::int64_t about, Answer answer) const {
+    mSink.take(record::Asked{.query = query, .about = about, .answer = {answer}, .text = {}});
+    return answer;
 }
 
 int SensorList::sensorCount() const {
-    return static_cast<int>(mPhone.sensors.size());
+    return answered(Query::SensorCount, 0, static_cast<int>(mPhone.sensors.size()));
 }
 
 unsigned SensorList::deviceBits(int sensorIndex) const {
-    const tables::SensorIndex index{sensorIndex};
-    if (const SensorDescription* const sensor = FindSensor(mPhone, index)) {
-        return Number(sensor->deviceBits);
-    }
-    const auto alias = mPhone.sensorAliases.find(index);
-    return alias == mPhone.sensorAliases.end() ? 0 : Number(alias->second.deviceBits);
+    return answered(Query::DeviceBits, sensorIndex,
+                    Number(DeviceBitsOf(mPhone, tables::SensorIndex{sensorIndex})));
 }
 
 int SensorList::deviceId(int sensorIndex) const {
-    return Number(DeviceIdOf(mPhone, tables::SensorIndex{sensorIndex}));
+    return answered(Query::DeviceId, sensorIndex,
+                    Number(DeviceIdOf(mPhone, tables::SensorIndex{sensorIndex})));
 }
 
 void SensorList::querySensorStaticInfo(unsigned deviceBit, NSCam::SensorStaticInfo& info) const {
-    if (const SensorDescription* sensor = FindSensorByBit(mPhone, deviceBit)) {
+    const SensorDescription* const sensor = FindSensorByBit(mPhone, deviceBit);
+    if (sensor != nullptr) {
         FillStaticInfo(*sensor, info);
     }
+    answered(Query::StaticInfoByBit, deviceBit, sensor == nullptr ? 0 : 1);
 }
 
 const NSCam::SensorStaticInfo* SensorList::sensorStaticInfo(int deviceId) const {
-    if (mPhone.faults.staticInfo.contains(tables::DeviceId{deviceId})) {
-        return nullptr;
-    }
-    for (std::size_t i = 0; i < mPhone.sensors.size(); ++i) {
-        if (mPhone.sensors[i].deviceId == tables::DeviceId{deviceId}) {
-            return &mStaticInfo[i];
-        }
-    }
-    return nullptr;
+    const auto sensor = std::find_if(
+        mPhone.sensors.begin(), mPhone.sensors.end(),
+        [deviceId](const SensorDescription& each) { return each.deviceId == tables::DeviceId{deviceId}; });
+    const bool found =
+        sensor != mPhone.sensors.end() && !mPhone.faults.staticInfo.contains(tables::DeviceId{deviceId});
+    answered(Query::StaticInfoById, deviceId, found ? 1 : 0);
+    return found ? &mStaticInfo[static_cast<std::size_t>(sensor - mPhone.sensors.begin())] : nullptr;
 }
 
 NSCam::IHalSensor* SensorList::createSensor(const char*, int sensorId) {
     const tables::SensorIndex index{sensorId};
-    if (FindSensor(mPhone, index) == nullptr || mPhone.faults.sensorObjects.contains(index)) {
-        return nullptr;
-    }
-    return &mSensors[static_cast<std::size_t>(sensorId)];
+    const bool found = FindSensor(mPhone, index) != nullptr && !mPhone.faults.sensorObjects.contains(index);
+    answered(Query::SensorObject, sensorId, found ? 1 : 0);
+    return found ? &mSensors[static_cast<std::size_t>(sensorId)] : nullptr;
 }
 
 }  // namespace virtualphone
 
 NSCam::IHalSensorList* NSCam::IHalSensorList::get() {
     virtualphone::PhoneState* phone = virtualphone::CurrentPhone();
-    return phone == nullptr || phone->description.faults.sensorList ? nullptr : &phone->sensorList;
+    if (phone == nullptr) {
+        return nullptr;
+    }
+    const bool missing = phone->description.faults.sensorList;
+    phone->sink.take(
+        record::Asked{.query = record::Query::SensorList, .answer = {missing ? 0 : 1}, .text = {}});
+    return missing ? nullptr : &phone->sensorList;
 }

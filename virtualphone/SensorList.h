@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/IHalSensorList.h"
+#include "record/Recorder.h"
 #include "virtualphone/PhoneDescription.h"
 
 namespace virtualphone {
@@ -17,17 +18,18 @@ tables::DeviceId DeviceIdOf(const PhoneDescription& phone, tables::SensorIndex i
 
 class HalSensor final : public NSCam::IHalSensor {
   public:
-    explicit HalSensor(const SensorDescription& sensor) : mSensor(&sensor) {}
+    HalSensor(const SensorDescription& sensor, record::EventSink& sink) : mSensor(&sensor), mSink(&sink) {}
     void sendCommand(int deviceIndex, std::uint32_t command, std::uint32_t argument,
                      std::vector<std::int32_t>& reply) override;
 
   private:
     const SensorDescription* mSensor;
+    record::EventSink* mSink;
 };
 
 class SensorList final : public NSCam::IHalSensorList {
   public:
-    explicit SensorList(const PhoneDescription& phone);
+    SensorList(const PhoneDescription& phone, record::EventSink& sink);
 
     int sensorCount() const override;
     unsigned deviceBits(int sensorIndex) const override;
@@ -37,7 +39,11 @@ class SensorList final : public NSCam::IHalSensorList {
     NSCam::IHalSensor* createSensor(const char* userName, int sensorId) override;
 
   private:
+    template <typename Answer>
+    Answer answered(record::Query query, std::int64_t about, Answer answer) const;
+
     const PhoneDescription& mPhone;
+    record::EventSink& mSink;
     std::vector<NSCam::SensorStaticInfo> mStaticInfo;  ///< by sensor index
     std::vector<HalSensor> mSensors;                   ///< by sensor index
 };

@@ -5,6 +5,6 @@
 void ThirdCalibration::set3rdCalibration(unsigned char* data, int length) {
     if (virtualphone::PhoneState* phone = virtualphone::CurrentPhone()) {
         const int size = data == nullptr || length < 0 ? 0 : length;
-        phone->record.thirdCalibration.emplace_back(data, data + size);
+        phone->sink.take(record::HandOver{.block = {data, data + size}});
     }
 }

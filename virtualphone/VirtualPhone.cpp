@@ -1,5 +1,6 @@
 #include "virtualphone/VirtualPhone.h"
 
+#include <atomic>
 #include <stdexcept>
 #include <utility>
 
@@ -9,7 +10,7 @@ namespace virtualphone {
 
 namespace {
 
-PhoneState* gCurrentPhone = nullptr;
+std::atomic<PhoneState*> gCurrentPhone = nullptr;
 
 }  // namespace
 
@@ -17,22 +18,33 @@ PhoneState* CurrentPhone() {
     return gCurrentPhone;
 }
 
-PhoneState::PhoneState(PhoneDescription phone, const std::filesystem::path& rootFolder)
+PhoneState::PhoneState(PhoneDescription phone, const std::filesystem::path& rootFolder,
+                       record::EventSink& events)
     : description(std::move(phone)),
+      sink(events),
       properties(description.properties),
       files(rootFolder, description.files),
-      sensorList(description),
+      sensorList(description, sink),
       sensorDrivers(description),
-      logicalDevices(description),
-      camCal(description, record),
-      providers(description, record),
-      log(record) {}
+      logicalDevices(description, sink),
+      camCal(description, sink),
+      providers(description, sink),
+      watch(*this) {}
 
-VirtualPhone::VirtualPhone(PhoneDescription description, const std::filesystem::path& root) {
+int PhoneState::update(NSCam::IMetadata::Tag_t tag, const NSCam::IMetadata::IEntry& entry) {
+    const auto fault = description.faults.metadataUpdate.find(tag);
+    const int result = fault == description.faults.metadataUpdate.end() ? 0 : fault->second;
+    sink.take(
+        record::TagStored{.tag = tag, .result = result, .count = static_cast<std::uint32_t>(entry.count())});
+    return result;
+}
+
+VirtualPhone::VirtualPhone(PhoneDescription description, const std::filesystem::path& root,
+                           record::EventSink& events) {
     if (gCurrentPhone != nullptr) {
         throw std::logic_error("this process has a virtual phone already");
     }
-    mState = std::make_unique<PhoneState>(std::move(description), root);
+    mState = std::make_unique<PhoneState>(std::move(description), root, events);
     gCurrentPhone = mState.get();
 }
 
@@ -40,11 +52,7 @@ VirtualPhone::~VirtualPhone() {
     gCurrentPhone = nullptr;
 }
 
-const Record& VirtualPhone::record() const {
-    return mState->record;
-}
-
-std::vector<ChangedFile> VirtualPhone::changedFiles() const {
+std::vector<record::ChangedFile> VirtualPhone::changedFiles() const {
     return mState->files.changed();
 }
 

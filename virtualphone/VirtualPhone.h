@@ -8,40 +8,43 @@
 #include <vector>
 
 #include "platform/IMetadata.h"
+#include "record/BootRecord.h"
+#include "record/Recorder.h"
 #include "virtualphone/Api.h"
 #include "virtualphone/PhoneDescription.h"
-#include "virtualphone/Record.h"
 
 namespace virtualphone {
 
 struct PhoneState;
 
 /// A phone that is switched on: while it lives, every interface of platform/ and the Android log of this
-/// process are its own, and it records what they are used for. Without one they answer as an empty platform.
+/// process are its own, and all that they are used for goes to a sink of events. Without a phone they answer
+/// as an empty platform.
 ///
+///     record::Recorder recorder;
 ///     virtualphone::TemporaryFolder root;
-///     virtualphone::VirtualPhone phone(virtualphone::ReadPhoneFile("halcyrion.json"), root.path());
-///     CameraPlatformInfoZelvan::CreateInstance()->ExposureModuleInfo();
-///     for (const auto& property : phone.record().properties) { ... }
+///     virtualphone::VirtualPhone phone(virtualphone::ReadPhoneFile("halcyrion.json"), root.path(),
+///     recorder); CameraPlatformInfoZelvan::CreateInstance()->ExposureModuleInfo(); for (const record::Event&
+///     event : recorder.events()) { ... }
 ///
-/// A process has one phone at a time, and uses it from one thread.
+/// A process has one phone at a time. Log lines may come from any thread; properties and metadata providers
+/// are used by one thread at a time.
 class VIRTUALPHONE_API VirtualPhone {
   public:
     /// Lays the phone's files under `root`, which is made if it is missing, and switches the phone on.
     /// @throws PhoneFileError when a file cannot be laid.
     /// @throws std::logic_error when this process has a phone already.
-    VirtualPhone(PhoneDescription description, const std::filesystem::path& root);
+    /// @param events takes every use of the platform, in order; outlives the phone.
+    VirtualPhone(PhoneDescription description, const std::filesystem::path& root, record::EventSink& events);
     /// Switches off. The files stay.
     ~VirtualPhone();
     VirtualPhone(const VirtualPhone&) = delete;
     VirtualPhone& operator=(const VirtualPhone&) = delete;
 
-    const Record& record() const;
-
     /// Regular files whose content or permissions differ from those at start-up, by ascending path.
     /// Symbolic links are not followed.
     /// @throws PhoneFileError when a file cannot be read.
-    std::vector<ChangedFile> changedFiles() const;
+    std::vector<record::ChangedFile> changedFiles() const;
 
     /// The present value of a property; empty when it is not set.
     std::optional<std::string> property(const std::string& name) const;

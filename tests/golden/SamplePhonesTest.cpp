@@ -27,15 +27,14 @@ std::string Digest(const Bytes& bytes) {
     return text.str();
 }
 
-std::string ValueText(const NSCam::IMetadata::IEntry& entry) {
-    std::string text = Describe(entry);
-    for (std::size_t i = 0; entry.type() == NSCam::IMetadata::Type::Memory && i < entry.count(); ++i) {
-        const auto item = entry.itemAt<NSCam::IMetadata::Memory>(i);
-        text += " " + Digest(std::span(item.array(), item.size()));
+std::string ValueText(const record::TagValues& values) {
+    std::string text = Describe(values);
+    for (const record::Blob& blob : values.as<record::Blob>()) {
+        text += " " + Digest(blob);
     }
     return text.size() <= kLongestValue ? text
                                         : text.substr(0, text.rfind(',', kLongestValue)) + " ...], " +
-                                              std::to_string(entry.count()) + " items, " + Digest(text);
+                                              std::to_string(values.count()) + " items, " + Digest(text);
 }
 
 /// Everything that a boot of the phone did, as text.
@@ -54,10 +53,10 @@ std::string Outcome(const std::string& phoneFile) {
     }
     for (const auto& merge : phone.record().devices) {
         text << "\nDevice 0x" << std::hex << merge.provider << std::dec << "\n";
-        for (const auto& entry : merge.metadata.entries()) {
-            const auto* const tag = tables::FindPublishedTag(entry.tag());
-            text << "  " << (tag == nullptr ? TagText(entry.tag()) : tag->name) << " " << ValueText(entry)
-                 << "\n";
+        for (const record::Tag& entry : merge.metadata) {
+            const auto* const tag = tables::FindPublishedTag(entry.tag);
+            text << "  " << (tag == nullptr ? TagText(entry.tag) : tag->name) << " "
+                 << ValueText(entry.values) << "\n";
         }
     }
     text << "\nThird calibration\n";

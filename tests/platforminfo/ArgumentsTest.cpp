@@ -40,8 +40,8 @@ TEST(Arguments, AnyNumberForARoleASensorOrADevice) {
 
         plugin.MetadataUpdate(NSCam::NSMetadataProviderManager::valueForByDeviceId(0), number);
         std::vector<unsigned> tags;
-        for (const NSCam::IMetadata::IEntry& entry : phone.record().devices.at(0).metadata.entries()) {
-            tags.push_back(entry.tag());
+        for (const record::Tag& tag : phone.record().devices.at(0).metadata) {
+            tags.push_back(tag.tag);
         }
         // The role, none, and what every device gets.
         EXPECT_THAT(tags, ElementsAre(ZELVAN_HDHDR_SUPPORTED, ZELVAN_BEAUTY_MAKEUP, ZELVAN_BEAUTY_VERSION,

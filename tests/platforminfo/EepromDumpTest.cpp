@@ -18,7 +18,7 @@ PhoneBuilder Asked(const std::vector<FittedSensor>& sensors, const std::string& 
 
 std::vector<std::string> ChangedPaths(TestPhone& phone) {
     std::vector<std::string> paths;
-    for (const virtualphone::ChangedFile& file : phone.phone().changedFiles()) {
+    for (const record::ChangedFile& file : phone.phone().changedFiles()) {
         paths.push_back(file.path);
     }
     return paths;

@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "platform/IMetadataProvider.h"
+#include "tests/support/Describe.h"
 #include "tests/support/TestPhone.h"
 #include "tests/support/TestPlugin.h"
 
@@ -113,7 +114,7 @@ TEST(ExposureSequence, WalksLogicalDevicesAndTheSensorsInsideThem) {
                             provider("I physicalUniqueId = 0x25802" + physical, 0x25802),
                             provider("I physicalUniqueId = 0xffffffff" + physical, 0xFFFFFFFF), "I exit"));
     std::vector<std::uint32_t> providers;
-    for (const virtualphone::ProviderMerge& merge : phone.record().devices) {
+    for (const record::ProviderMerge& merge : phone.record().devices) {
         providers.push_back(merge.provider);
     }
     EXPECT_THAT(providers, ElementsAre(0, 1, 2, 0x20001, 0x20308, 0x25802, 0xFFFFFFFF));
@@ -125,7 +126,7 @@ TEST(ExposureSequence, WalksLogicalDevicesAndTheSensorsInsideThem) {
     }
     EXPECT_THAT(instances, ElementsAre("0x0, ", "0x1, ", "0x2, ", "0x0, ", "0x3, ", "0x258, ", "0x9, "));
     // What the provider held is no part of the set that it is given.
-    EXPECT_TRUE(phone.record().devices[1].metadata.entryFor(0x5).isEmpty());
+    EXPECT_FALSE(DescribeAll(phone.record().devices[1].metadata).contains("0x5"));
 }
 
 TEST(ExposureSequence, WalksNoDevices) {

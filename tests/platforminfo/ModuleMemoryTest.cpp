@@ -26,9 +26,7 @@ TEST(ModuleMemory, ReadsAModuleOnceForAllReaders) {
     EXPECT_EQ(plugin.GetLensId(0), 0xC2);
     EXPECT_THAT(phone.log(), SizeIs(2 * firstLog.size() - 1));
     EXPECT_EQ(plugin.GetSensorId(0), 0x80);
-    ASSERT_THAT(phone.record().eepromReads, SizeIs(1));
-    const auto& [sensorId, deviceBit, offset, length] = phone.record().eepromReads.front();
-    EXPECT_THAT((std::vector{sensorId, deviceBit, offset, length}), ElementsAre(1799, 2, 0, 16384));
+    EXPECT_THAT(phone.record().eepromReads, ElementsAre(record::EepromRead{1799, 2, 0, 16384, 16384}));
 }
 
 TEST(ModuleMemory, AFailedReadIsNotRepeated) {

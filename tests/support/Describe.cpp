@@ -5,13 +5,13 @@
 #include <cstdio>
 #include <type_traits>
 
-namespace {
+#include "virtualphone/MetadataValues.h"
 
-using Entry = NSCam::IMetadata::IEntry;
+namespace {
 
 template <typename Item>
 std::string ItemText(const Item& item) {
-    if constexpr (std::is_same_v<Item, NSCam::IMetadata::Memory>) {
+    if constexpr (std::is_same_v<Item, record::Blob>) {
         return std::to_string(item.size()) + " bytes";
     } else if constexpr (std::is_same_v<Item, float>) {
         std::array<char, 32> text;
@@ -21,42 +21,36 @@ std::string ItemText(const Item& item) {
     }
 }
 
-template <typename Item>
-std::string List(const char* type, const Entry& entry) {
-    std::string text = std::string(type) + " [";
-    for (std::size_t i = 0; i < entry.count(); ++i) {
-        text += (i == 0 ? "" : ", ") + ItemText(entry.itemAt<Item>(i));
+}  // namespace
+
+std::string Describe(const record::TagValues& values) {
+    constexpr const char* kTypes[] = {"none", "int32 [", "int64 [", "float [", "byte [", "memory ["};
+    std::string text = kTypes[static_cast<std::size_t>(values.type())];
+    if (values.count() == 0) {
+        return text;
     }
+    values.visit([&text](const auto& items) {
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            text += (i == 0 ? "" : ", ") + ItemText(items[i]);
+        }
+    });
     return text + "]";
 }
 
-}  // namespace
+std::string Describe(const NSCam::IMetadata::IEntry& entry) {
+    return Describe(virtualphone::ValuesOf(entry));
+}
 
-std::string Describe(const Entry& entry) {
-    using Type = NSCam::IMetadata::Type;
-    switch (entry.type()) {
-        case Type::Int32:
-            return List<std::int32_t>("int32", entry);
-        case Type::Int64:
-            return List<std::int64_t>("int64", entry);
-        case Type::Float:
-            return List<float>("float", entry);
-        case Type::Byte:
-            return List<unsigned char>("byte", entry);
-        case Type::Memory:
-            return List<NSCam::IMetadata::Memory>("memory", entry);
-        case Type::None:
-            break;
+Tags DescribeAll(const record::TagSet& metadata) {
+    Tags tags;
+    for (const record::Tag& tag : metadata) {
+        tags[TagText(tag.tag)] = Describe(tag.values);
     }
-    return "none";
+    return tags;
 }
 
 Tags DescribeAll(const NSCam::IMetadata& metadata) {
-    Tags tags;
-    for (const Entry& entry : metadata.entries()) {
-        tags[TagText(entry.tag())] = Describe(entry);
-    }
-    return tags;
+    return DescribeAll(virtualphone::TagsOf(metadata));
 }
 
 std::string TagText(std::uint32_t tag) {

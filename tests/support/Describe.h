@@ -6,15 +6,18 @@
 #include <string>
 
 #include "platform/IMetadata.h"
+#include "record/TagValues.h"
 
 /// A metadata entry as text: "int32 [60, 62]", "float [0.6]", "byte [3]", "memory [4104 bytes]", or "none"
 /// while it is empty.
+std::string Describe(const record::TagValues& values);
 std::string Describe(const NSCam::IMetadata::IEntry& entry);
 
 /// Descriptions by tag, such as {"0x91010021", "int32 [60]"}.
 using Tags = std::map<std::string, std::string>;
 
 Tags DescribeAll(const NSCam::IMetadata& metadata);
+Tags DescribeAll(const record::TagSet& metadata);
 
 /// A tag as `DescribeAll` names it.
 std::string TagText(std::uint32_t tag);

@@ -13,7 +13,7 @@ std::string WithoutThreadId(const std::string& message) {
     return message.starts_with('(') && end != std::string::npos ? message.substr(end + 1) : message;
 }
 
-std::string LineText(const virtualphone::LogLine& line) {
+std::string LineText(const record::LogLine& line) {
     return line.tag == "CameraPlatformInfoZelvan" ? WithoutThreadId(line.message)
                                                   : line.tag + ": " + line.message;
 }
@@ -26,11 +26,29 @@ char PriorityLetter(int priority) {
 
 }  // namespace
 
-TestPhone::TestPhone(const PhoneBuilder& phone) : mPhone(phone.description(), mRoot.path()) {}
+TestPhone::TestPhone(const PhoneBuilder& phone) : mPhone(phone.description(), mRoot.path(), mRecorder) {}
+
+Record TestPhone::record() const {
+    Record record;
+    for (const record::Event& event : mRecorder.events()) {
+        if (const auto* const set = std::get_if<record::PropertySet>(&event)) {
+            record.properties.push_back(*set);
+        } else if (const auto* const merge = std::get_if<record::ProviderMerge>(&event)) {
+            record.devices.push_back(*merge);
+        } else if (const auto* const handOver = std::get_if<record::HandOver>(&event)) {
+            record.thirdCalibration.push_back(handOver->block);
+        } else if (const auto* const read = std::get_if<record::EepromRead>(&event)) {
+            record.eepromReads.push_back(*read);
+        } else if (const auto* const line = std::get_if<record::LogLine>(&event)) {
+            record.log.push_back(*line);
+        }
+    }
+    return record;
+}
 
 std::vector<std::string> TestPhone::log() const {
     std::vector<std::string> lines;
-    for (const virtualphone::LogLine& line : record().log) {
+    for (const record::LogLine& line : record().log) {
         lines.push_back(std::string(1, PriorityLetter(line.priority)) + " " + LineText(line));
     }
     return lines;
@@ -49,7 +67,7 @@ std::vector<std::string> TestPhone::logOf(const std::string& function) const {
 
 std::vector<std::string> TestPhone::errors() const {
     std::vector<std::string> lines;
-    for (const virtualphone::LogLine& line : record().log) {
+    for (const record::LogLine& line : record().log) {
         if (line.priority == ANDROID_LOG_ERROR) {
             lines.push_back(LineText(line));
         }

@@ -22,13 +22,23 @@ std::string PhoneFileErrorOf(const Action& action) {
     return "no error";
 }
 
+/// What happened on a phone, by kind.
+struct Record {
+    std::vector<record::PropertySet> properties;
+    std::vector<record::ProviderMerge> devices;
+    std::vector<record::Blob> thirdCalibration;
+    std::vector<record::EepromRead> eepromReads;
+    std::vector<record::LogLine> log;
+};
+
 /// A phone that is alive in this process under a temporary root.
 class TestPhone {
   public:
     explicit TestPhone(const PhoneBuilder& phone = {});
 
     virtualphone::VirtualPhone& phone() { return mPhone; }
-    const virtualphone::Record& record() const { return mPhone.record(); }
+    /// What happened so far, each kind in the order of the calls.
+    Record record() const;
 
     /// All log lines. Those of the plug-in as "P [Function] message", P being D, I or E and the thread id
     /// left out; those of another tag as "P tag: message".
@@ -47,6 +57,7 @@ class TestPhone {
     void write(const std::string& phonePath, const std::vector<std::uint8_t>& bytes) const;
 
   private:
+    record::Recorder mRecorder;
     virtualphone::TemporaryFolder mRoot;
     virtualphone::VirtualPhone mPhone;
 };

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 /// Changed files as "path mode hex".
 std::vector<std::string> Changes(const virtualphone::VirtualPhone& phone) {
     std::vector<std::string> changes;
-    for (const virtualphone::ChangedFile& file : phone.changedFiles()) {
+    for (const record::ChangedFile& file : phone.changedFiles()) {
         std::array<char, 16> mode;
         std::snprintf(mode.data(), mode.size(), " %04o ", file.mode);
         changes.push_back(file.path + mode.data() + HexText(file.bytes));
@@ -27,6 +27,7 @@ TEST(DeviceFiles, EveryKindOfContent) {
     std::ofstream(side.path() / "side.bin") << "side";
     const mode_t formerMask = umask(077);
     const virtualphone::TemporaryFolder root;
+    record::Recorder recorder;
     const virtualphone::VirtualPhone phone(virtualphone::ParsePhone(R"({ "files": {
             "/vendor/fill": { "fill": "0x5A", "size": 3 },
             "/vendor/hex": { "hex": "0aB c\t" },
@@ -39,7 +40,7 @@ TEST(DeviceFiles, EveryKindOfContent) {
             "/vendor/ois": { "oiscal": { "version": 1, "fuseId": "AABB", "gainX": 9000, "gainY": 9100 } },
             "/vendor/ois0": { "oiscal": { "version": 0 } } } })",
                                                                     side.path(), "p.json"),
-                                           root.path());
+                                           root.path(), recorder);
     umask(formerMask);
     const std::map<std::string, std::string> contents = {
         {"/vendor/fill", "5A5A5A"},
@@ -83,7 +84,9 @@ TEST(DeviceFiles, AnUsedRootKeepsItsFilesAndTakesFreshOnes) {
     const virtualphone::TemporaryFolder root;
     std::ofstream(root.path() / "kept") << "kept";
     fs::create_symlink("elsewhere", root.path() / "a");
-    const virtualphone::VirtualPhone phone(PhoneBuilder().file("/a", {1}).description(), root.path() / "");
+    record::Recorder recorder;
+    const virtualphone::VirtualPhone phone(PhoneBuilder().file("/a", {1}).description(), root.path() / "",
+                                           recorder);
     EXPECT_FALSE(fs::exists(root.path() / "elsewhere"));
     EXPECT_THAT(Changes(phone), testing::IsEmpty());
     EXPECT_EQ(DevicePath("/a"), root.path().string() + "/a");
@@ -95,7 +98,10 @@ TEST(DeviceFiles, WhatCannotBeLaidIsSaid) {
     std::ofstream(root.path() / "file") << "x";
     fs::create_directory(root.path() / "folder");
     const auto errorOf = [](const PhoneBuilder& fitted, const std::string& rootPath) {
-        return PhoneFileErrorOf([&] { virtualphone::VirtualPhone(fitted.description(), rootPath); });
+        return PhoneFileErrorOf([&] {
+            record::Recorder recorder;
+            virtualphone::VirtualPhone(fitted.description(), rootPath, recorder);
+        });
     };
     const std::string noFolder = ": cannot make the folder: Not a directory";
     EXPECT_EQ(errorOf(PhoneBuilder().file("/folder", {}), path),

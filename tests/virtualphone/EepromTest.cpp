@@ -96,13 +96,10 @@ TEST(Eeprom, FailedReadsCountButNullDriversDoNot) {
         EXPECT_EQ(ReadModule(0, 16, 4).returned, 0U);  // is no sensor
         EXPECT_EQ(ReadModule(0, 16, 3).returned, 0U);  // is two devices
         EXPECT_EQ(ReadModule(2, 16, 2).returned, 16U);
-        std::vector<std::vector<std::uint32_t>> reads;
-        for (const auto& [sensorId, deviceBit, offset, length] : phone.record().eepromReads) {
-            reads.push_back({sensorId, deviceBit, offset, length});
-        }
-        const decltype(reads) expected{
-            {1799, 1, 0, 16}, {1799, 4, 0, 16}, {1799, 3, 0, 16}, {1799, 2, 2, 16}};
-        EXPECT_EQ(reads, expected);
+        EXPECT_THAT(phone.record().eepromReads, testing::ElementsAre(record::EepromRead{1799, 1, 0, 16, 0},
+                                                                     record::EepromRead{1799, 4, 0, 16, 0},
+                                                                     record::EepromRead{1799, 3, 0, 16, 0},
+                                                                     record::EepromRead{1799, 2, 2, 16, 16}));
     }
     const TestPhone broken(PhoneOf({{.eeprom = Eeprom()}}).faults({.calibrationDriver = true}));
     EXPECT_EQ(NSCam::CamCalHelper::getInstance(), nullptr);

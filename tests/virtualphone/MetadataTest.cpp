@@ -89,7 +89,7 @@ TEST(Metadata, ProvidersMergeOverWhatTheFileSays) {
     after["0x3"] = "int32 [60]";
     after["0x6"] = "int32 [61]";
     EXPECT_EQ(DescribeAll(phone.phone().staticMetadata(0x40007)), after);
-    const auto& devices = phone.record().devices;
+    const auto devices = phone.record().devices;
     ASSERT_EQ(devices.size(), 2U);
     EXPECT_EQ(devices[0].provider, 0x40007U);
     EXPECT_EQ(DescribeAll(devices[0].metadata), (Tags{{"0x3", "int32 [60]"}, {"0x6", "int32 [61]"}}));

@@ -32,7 +32,7 @@ TEST(Properties, SetByAndroidsRulesAndRecorded) {
     for (const auto& [name, value, stored, now] : kCases) {
         EXPECT_EQ(property_set(name, value.c_str()) == 0, stored) << name;
         EXPECT_EQ(phone.property(name), now) << name;
-        const virtualphone::PropertySet& last = phone.record().properties.back();
+        const record::PropertySet last = phone.record().properties.back();
         EXPECT_EQ(last.name, name);
         EXPECT_EQ(last.value, value);
         EXPECT_EQ(last.stored, stored) << name;

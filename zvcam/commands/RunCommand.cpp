@@ -10,11 +10,11 @@
 #include <system_error>
 #include <vector>
 
+#include "record/Report.h"
 #include "supervisor/Boot.h"
 #include "supervisor/Plugin.h"
 #include "virtualphone/PhoneDescription.h"
 #include "virtualphone/PhoneFile.h"
-#include "zvcam/views/Report.h"
 #include "zvcam/views/Summary.h"
 
 namespace zvcam {
@@ -58,8 +58,8 @@ void WriteTo(std::ostream& out, const std::string& name, const Print& print) {
     }
 }
 
-void WriteReportTo(const std::string& path, const supervisor::BootOutcome& outcome) {
-    const auto print = [&](std::ostream& out) { WriteReport(out, outcome); };
+void WriteReportTo(const std::string& path, const record::BootRecord& boot) {
+    const auto print = [&](std::ostream& out) { record::WriteReport(out, boot); };
     if (path == "-") {
         WriteTo(std::cout, "standard output", print);
         return;
@@ -80,17 +80,17 @@ int Run(const RunOptions& options) {
     }
     const std::filesystem::path library = options.library.empty() ? supervisor::Plugin::DefaultLibrary()
                                                                   : std::filesystem::path(options.library);
-    const supervisor::BootOutcome outcome = supervisor::Boot(std::move(phone), options.root, library);
-    if (outcome.exception) {
-        std::cerr << "zvcam: the run threw: " << *outcome.exception << '\n';
+    const record::BootRecord boot = supervisor::Boot(phone, {.library = library, .root = options.root});
+    if (!boot.ended->returned()) {
+        std::cerr << "zvcam: the run threw: " << boot.ended->what << '\n';
     }
     if (!options.json.empty()) {
-        WriteReportTo(options.json, outcome);
+        WriteReportTo(options.json, boot);
     }
     if (options.json != "-") {
-        WriteTo(std::cout, "standard output", [&](std::ostream& out) { PrintSummary(out, outcome); });
+        WriteTo(std::cout, "standard output", [&](std::ostream& out) { PrintSummary(out, boot); });
     }
-    return outcome.exception ? kExitRunThrew : kExitSuccess;
+    return boot.ended->returned() ? kExitSuccess : kExitRunThrew;
 }
 
 }  // namespace

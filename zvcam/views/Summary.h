@@ -2,11 +2,11 @@
 
 #include <iosfwd>
 
-#include "supervisor/Boot.h"
+#include "record/BootRecord.h"
 
 namespace zvcam {
 
 /// Prints what a boot published for a person at a terminal. Long lists and blobs are shortened, with a count.
-void PrintSummary(std::ostream& out, const supervisor::BootOutcome& outcome);
+void PrintSummary(std::ostream& out, const record::BootRecord& boot);
 
 }  // namespace zvcam

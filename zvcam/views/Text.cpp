@@ -32,10 +32,6 @@ std::string HexBytes(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
-std::string HexBytes(const NSCam::IMetadata::Memory& memory) {
-    return HexBytes(std::span(memory.array(), memory.size()));
-}
-
 std::string ModeText(unsigned mode) {
     std::array<char, 16> text;
     std::snprintf(text.data(), text.size(), "%04o", mode);
@@ -47,8 +43,8 @@ std::string FloatText(float number) {
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
 }
 
-const char* TypeName(NSCam::IMetadata::Type type) {
-    using Type = NSCam::IMetadata::Type;
+const char* TypeName(tables::TagItemType type) {
+    using Type = tables::TagItemType;
     switch (type) {
         case Type::Int32:
             return "int32";

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/IMetadata.h"
+#include "tables/PublishedTags.h"
 
 namespace zvcam {
 
@@ -15,7 +15,6 @@ std::string HexNumber(std::uint32_t number);
 
 /// Bytes as upper-case hexadecimal digits without blanks.
 std::string HexBytes(std::span<const std::uint8_t> bytes);
-std::string HexBytes(const NSCam::IMetadata::Memory& memory);
 
 /// Permission bits in four octal digits: "0644".
 std::string ModeText(unsigned mode);
@@ -24,7 +23,7 @@ std::string ModeText(unsigned mode);
 std::string FloatText(float number);
 
 /// "int32", "int64", "float", "byte", "memory" or "none".
-const char* TypeName(NSCam::IMetadata::Type type);
+const char* TypeName(tables::TagItemType type);
 
 /// The text with control characters written out ("\x1B"), so that it does nothing to a terminal.
 std::string Printable(std::string_view text);

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace record {
+
+/// The members of a JSON object as they stand in the text. A parser's look-up of a member that is there
+/// already would make many members slow: each access by key adds one, so a name may stand twice.
+template <typename Key, typename Value, typename Order = std::less<Key>,
+          typename Allocator = std::allocator<std::pair<const Key, Value>>>
+struct Members : nlohmann::ordered_map<Key, Value, Order, Allocator> {
+    using nlohmann::ordered_map<Key, Value, Order, Allocator>::ordered_map;
+
+    Value& operator[](const Key& key) {
+        this->emplace_back(key, Value());
+        return this->back().second;
+    }
+};
+
+/// Ordered members, and single-precision floats, so that 0.6F prints as 0.6.
+using Json =
+    nlohmann::basic_json<Members, std::vector, std::string, bool, std::int64_t, std::uint64_t, float>;
+
+/// Names of `Query` in a report, in the order of its values.
+inline constexpr const char* kQueryNames[] = {
+    "logicalDeviceList", "deviceCount",       "sensorIds",         "sensorDeviceIndex", "isMultiSensorDevice",
+    "sensorBits",        "deviceName",        "sensorList",        "sensorCount",       "deviceBits",
+    "deviceId",          "staticInfoByBit",   "staticInfoById",    "sensorObject",      "sensorCommand",
+    "sensorDriver",      "calibrationDriver", "calibrationHelper",
+};
+
+/// Names of `tables::TagItemType`, in the order of its values.
+inline constexpr const char* kItemTypeNames[] = {"none", "int32", "int64", "float", "byte", "memory"};
+
+/// Names of `Ended::How`, in the order of its values.
+inline constexpr const char* kEndings[] = {"returned", "threw", "signal", "exited", "timeout"};
+
+/// Deepest nesting of a report: arrays and objects in each other.
+inline constexpr int kDeepestNesting = 64;
+
+}  // namespace record
