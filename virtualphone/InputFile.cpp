@@ -1,43 +1,111 @@
 #include "virtualphone/InputFile.h"
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
-#include <fstream>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace virtualphone {
 
-namespace fs = std::filesystem;
+namespace {
 
-FileContent ReadWholeFile(const fs::path& path, bool regularOnly) {
-    std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    if (!fs::exists(status)) {
-        return {.bytes = {}, .error = error ? error.message() : "No such file or directory"};
-    }
-    if (fs::is_directory(status)) {
-        return {.bytes = {}, .error = "a folder"};
-    }
-    // Opening a pipe could wait for ever.
-    if (regularOnly && !fs::is_regular_file(status)) {
-        return {.bytes = {}, .error = "neither a file nor a folder"};
-    }
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream) {
-        return {.bytes = {}, .error = std::generic_category().message(errno)};
-    }
-    FileContent content;
-    std::array<char, 65536> block;
-    while (stream.read(block.data(), block.size()) || stream.gcount() > 0) {
-        content.bytes.insert(content.bytes.end(), block.data(), block.data() + stream.gcount());
-        if (content.bytes.size() > kLargestFile) {
-            return {.bytes = {}, .error = "more than " + std::to_string(kLargestFile) + " bytes"};
+FileContent Failure(const std::string& error) {
+    return {.bytes = {}, .error = error};
+}
+
+FileContent SystemFailure() {
+    return Failure(std::generic_category().message(errno));
+}
+
+/// An open file, closed at the end.
+class Descriptor {
+  public:
+    explicit Descriptor(int number) : mNumber(number) {}
+    ~Descriptor() {
+        if (mNumber > STDIN_FILENO) {
+            close(mNumber);
         }
     }
-    if (stream.bad()) {
-        return {.bytes = {}, .error = "a read error"};
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int number() const { return mNumber; }
+
+  private:
+    int mNumber;
+};
+
+/// Waits until more can be read or the writers are gone.
+void WaitForMore(int number) {
+    pollfd waiting{.fd = number, .events = POLLIN, .revents = 0};
+    poll(&waiting, 1, -1);
+}
+
+FileContent ReadAll(int number, const struct stat& status) {
+    FileContent content;
+    // One byte more than the file has, so that its end shows without growing.
+    std::size_t room = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) + 1 : 65536;
+    for (std::size_t size = 0;;) {
+        content.bytes.resize(std::min(room, kLargestFile + 1));
+        const ssize_t count = read(number, content.bytes.data() + size, content.bytes.size() - size);
+        if (count > 0) {
+            size += static_cast<std::size_t>(count);
+            room = size == content.bytes.size() ? 2 * size : room;
+            if (size > kLargestFile) {
+                return Failure("more than " + std::to_string(kLargestFile) + " bytes");
+            }
+        } else if (count == 0) {
+            content.bytes.resize(size);
+            return content;
+        } else if (errno == EAGAIN) {
+            WaitForMore(number);
+        } else if (errno != EINTR) {
+            return SystemFailure();
+        }
+    }
+}
+
+FileContent ReadOpened(const Descriptor& file, bool regularOnly) {
+    struct stat status = {};
+    if (file.number() < 0 || fstat(file.number(), &status) != 0) {
+        return SystemFailure();
+    }
+    if (S_ISDIR(status.st_mode)) {
+        return Failure("a folder");
+    }
+    if (regularOnly && !S_ISREG(status.st_mode)) {
+        return Failure("neither a file nor a folder");
+    }
+    if (S_ISREG(status.st_mode) && static_cast<std::size_t>(status.st_size) > kLargestFile) {
+        return Failure("more than " + std::to_string(kLargestFile) + " bytes");
+    }
+    FileContent content = ReadAll(file.number(), status);
+    if (content.error.empty() && content.bytes.empty() && S_ISFIFO(status.st_mode) &&
+        file.number() != STDIN_FILENO) {
+        return Failure("a pipe that nobody writes to");
     }
     return content;
+}
+
+/// Opens without waiting for a writer.
+int Open(const std::filesystem::path& path) {
+    return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+}
+
+}  // namespace
+
+FileContent ReadWholeFile(const std::filesystem::path& path, bool regularOnly) {
+    return ReadOpened(Descriptor(Open(path)), regularOnly);
+}
+
+FileContent ReadInput(const std::filesystem::path& path) {
+    return ReadOpened(Descriptor(path == "-" ? STDIN_FILENO : Open(path)), /*regularOnly=*/false);
+}
+
+std::string InputName(const std::filesystem::path& path) {
+    return path == "-" ? "standard input" : path.string();
 }
 
 }  // namespace virtualphone

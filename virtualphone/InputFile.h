@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "virtualphone/Api.h"
+
 namespace virtualphone {
 
 /// Largest file that is read or made: far beyond any file of a phone, and no threat to memory.
@@ -19,6 +21,13 @@ struct FileContent {
 
 /// Reads a file of at most kLargestFile bytes. Folders are refused, and with `regularOnly` pipes and devices
 /// too.
-FileContent ReadWholeFile(const std::filesystem::path& path, bool regularOnly);
+VIRTUALPHONE_API FileContent ReadWholeFile(const std::filesystem::path& path, bool regularOnly);
+
+/// Reads what a person named as input: a file, a device, a pipe that someone writes to, or "-" for standard
+/// input. A pipe that nobody writes to is refused and never waited for.
+VIRTUALPHONE_API FileContent ReadInput(const std::filesystem::path& path);
+
+/// How messages call an input: the path, or "standard input" for "-".
+VIRTUALPHONE_API std::string InputName(const std::filesystem::path& path);
 
 }  // namespace virtualphone

@@ -51,15 +51,15 @@ class Builder final : public Json::json_sax_t {
     }
 
     bool parse_error(std::size_t position, const std::string& token, const Json::exception& error) override {
-        std::string message = error.what();
+        std::string_view message = error.what();
         for (const std::string_view lead : {"] ", "parse error at "}) {
-            if (const std::size_t start = message.find(lead); start != std::string::npos) {
-                message.erase(0, start + lead.size());
+            if (const std::size_t start = message.find(lead); start < 64) {
+                message.remove_prefix(start + lead.size());
             }
         }
         // The parser tells where a syntax error is, but not where a number is too large.
-        return refuse("JSON",
-                      message.starts_with("line ") ? message : place(position - token.size()) + message);
+        return refuse("JSON", (message.starts_with("line ") ? "" : place(position - token.size())) +
+                                  formats::Shortened(message, PhoneFileError::kLongest));
     }
 
     JsonNode take() { return std::move(mRoot); }
@@ -85,7 +85,7 @@ class Builder final : public Json::json_sax_t {
             if (const auto* const array = std::get_if<JsonNode::Array>(&open.node.value)) {
                 pointer = ExtendPointer(pointer, std::to_string(array->size()));
             } else if (open.key) {
-                pointer = ExtendPointer(pointer, formats::Shortened(*open.key, 300));
+                pointer = ExtendPointer(pointer, *open.key);
             }
         }
         mRefusal = {.pointer = std::move(pointer), .expected = std::move(expected), .got = std::move(got)};
@@ -276,7 +276,7 @@ class Writer {
 
 std::string ExtendPointer(const std::string& pointer, std::string_view token) {
     std::string extended = pointer + "/";
-    for (const char c : token) {
+    for (const char c : formats::Shortened(token, PhoneFileError::kLongest)) {
         if (c == '~') {
             extended += "~0";
         } else if (c == '/') {
@@ -290,8 +290,10 @@ std::string ExtendPointer(const std::string& pointer, std::string_view token) {
 
 void FailAt(const std::string& fileName, const std::string& pointer, const std::string& expected,
             const std::string& got) {
-    using formats::Printable;
-    std::string parts[] = {Printable(pointer), Printable(got), Printable(fileName), Printable(expected)};
+    const auto readable = [](const std::string& part) {
+        return formats::Printable(formats::Shortened(part, PhoneFileError::kLongest));
+    };
+    std::string parts[] = {readable(pointer), readable(got), readable(fileName), readable(expected)};
     const std::string_view joints = ": : expected , got ";
     constexpr std::size_t kShortestPart = 40;
     std::size_t length = joints.size();

@@ -40,7 +40,7 @@ inline constexpr std::size_t kMostElements = 65536;
 /// In the whole text.
 inline constexpr std::size_t kMostValues = std::size_t{1} << 20;
 
-/// A JSON pointer with one more reference token.
+/// A JSON pointer with one more reference token; a long one loses its middle.
 std::string ExtendPointer(const std::string& pointer, std::string_view token);
 
 /// Raises "FILE: /pointer: expected ..., got ..." as a PhoneFileError. Where that is too long for a message,

@@ -58,12 +58,12 @@ PhoneDescription ParsePhone(std::string_view json, const std::filesystem::path& 
 }
 
 PhoneDescription ReadPhoneFile(const std::filesystem::path& path) {
-    const FileContent content = ReadWholeFile(path, /*regularOnly=*/false);
+    const FileContent content = ReadInput(path);
     if (!content.error.empty()) {
-        FailAt(path.string(), "", "a phone file", content.error);
+        FailAt(InputName(path), "", "a phone file", content.error);
     }
     return ParsePhone({reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size()},
-                      path.parent_path(), path.string());
+                      path.parent_path(), InputName(path));
 }
 
 }  // namespace virtualphone
