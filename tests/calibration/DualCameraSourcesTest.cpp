@@ -173,21 +173,6 @@ TEST(DualCameraSources, PersistFolderPassesOverWhatIsNoCalibrationFile) {
     EXPECT_TRUE(plugin.DualCameraDataFromPersist(pair));
 }
 
-TEST(DualCameraSources, NoSourceHasABlockOfNegativeLength) {
-    TestPhone phone(RearPhoneWithFuseIds().file(kGolden, Block(100)));
-    phone.write(kPersist + "x.dcal.bin", DualFile(kWide, kUltra, Block(419)));
-    TestPlugin plugin;
-    DualCameraCalDataInfo pair = Pair(-1, 0);
-    plugin.mCamCalData[21] = MakeCamCalAllData();
-    plugin.mCamCalData[21]->dataSize = 16384;
-    plugin.mCamCalData[21]->data.fill(1);
-    plugin.mCamCalData[21]->data[1] = 2;  // the checksum of no byte but the first
-    EXPECT_FALSE(plugin.DualCameraDataFromEeprom(pair));
-    EXPECT_FALSE(plugin.DualCameraDataFromPersist(pair));
-    EXPECT_FALSE(plugin.DualCameraDataFromGolden(pair));
-    EXPECT_EQ(TakeDump(phone), std::nullopt);
-}
-
 TEST(DualCameraSources, RoleByFuseId) {
     const PhoneBuilder usual = RearPhoneWithFuseIds();
     // Device 4 is the SAT device, which has no fuse id.
