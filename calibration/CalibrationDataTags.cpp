@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/SatPayload.h"
 #include "platform/ILogicalDeviceList.h"
 #include "platform/IMetadata.h"
 #include "platform/ThirdCalibration.h"
@@ -17,19 +18,6 @@ using NSCam::IMetadata;
 namespace camera_role = tables::camera_role;
 
 namespace {
-
-/// What stands before the block in the SAT payload, as the platform's 32-bit integers lie in memory.
-struct SatPayloadHeader {
-    std::uint32_t roles;   ///< slave role in the low half, master role in the high half
-    std::uint32_t length;  ///< of the block, bytes
-};
-static_assert(sizeof(SatPayloadHeader) == 8);
-
-SatPayloadHeader MakeSatPayloadHeader(const DualCameraCalDataInfo& pair) {
-    return {.roles = static_cast<std::uint32_t>(pair.masterCameraRole) << 16 |
-                     (static_cast<std::uint32_t>(pair.slaveCameraRole) & 0xFFFFU),
-            .length = static_cast<std::uint32_t>(pair.length)};
-}
 
 /// Whether the pair is made of these two roles, in either order.
 bool IsPairOf(const DualCameraCalDataInfo& pair, int first, int second) {
@@ -68,7 +56,7 @@ using Block = std::vector<unsigned char>;
 /// @return the result of the update.
 int PublishSatBlock(const Operation& self, IMetadata& meta, const DualCameraCalDataInfo& pair,
                     const Block& block) {
-    const SatPayloadHeader header = MakeSatPayloadHeader(pair);
+    const formats::SatPayloadHeader header = formats::MakeSatPayloadHeader(pair);
     IMetadata::Memory payload(&header, sizeof(header));
     payload.append(IMetadata::Memory(block.data(), block.size()));
     const int error = self.update(meta, MakeEntry<IMetadata::Memory>(ZELVAN_SAT_CALIBRATION_DATA, {payload}));

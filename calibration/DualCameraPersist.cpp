@@ -125,7 +125,7 @@ int CameraPlatformInfoZelvan::GetRoleIdByFuseId(const std::string& fuseIdHex) {
             }
             char value[PROPERTY_VALUE_MAX];
             property_get(descriptor->propName, value, nullptr);
-            const std::optional<FuseIdField> fuseId = TryParseFuseIdText(value);
+            const std::optional<formats::FuseIdField> fuseId = formats::TryParseFuseIdText(value);
             if (!fuseId) {
                 return -1;
             }

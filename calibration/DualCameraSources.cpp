@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <fcntl.h>
 #include <optional>
 #include <unistd.h>

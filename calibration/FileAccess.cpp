@@ -1,9 +1,9 @@
 #include "calibration/FileAccess.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "platforminfo/UniqueFd.h"
 

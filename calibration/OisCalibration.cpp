@@ -5,12 +5,12 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "calibration/FileAccess.h"
 #include "formats/EepromImage.h"
-#include "formats/OisFile.h"
+#include "formats/Hex.h"
+#include "formats/OisCalibrationFile.h"
 #include "platform/Properties.h"
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "platforminfo/DataBins.h"
@@ -71,37 +71,36 @@ const char* CameraPlatformInfoZelvan::GetOisParamFromPersist(int& gainX, int& ga
         LOGE(self, "failed to open file %s", kOisFilePath);
         return kPersistUnusable;
     }
-    const OisFile file(std::move(*bytes));
-    if (file.empty()) {
+    if (bytes->empty()) {
         LOGE(self, "%s is empty", kOisFilePath);
         return kPersistUnusable;
     }
-    if (!file.crcGood()) {
+    const formats::OisCalibrationReading reading = formats::ReadOisCalibrationFile(*bytes);
+    const formats::OisCalibrationFile& file = reading.file;
+    if (!reading.crcGood) {
         LOGE(self, "%s's crc is not match : [0x%x:0x%x]", kOisFilePath,
-             static_cast<unsigned>(file.computedCrc()), static_cast<unsigned>(file.storedCrc()));
+             static_cast<unsigned>(reading.computedCrc), static_cast<unsigned>(reading.storedCrc));
         return kPersistUnusable;
     }
-    if (file.version() != kOisFileVersion) {
+    if (file.version != formats::kOisFileVersion) {
         LOGE(self, "%s is an invalid file", kOisFilePath);
         return kPersistOtherVersion;
     }
-    const std::string fileFuseId = file.fuseIdHex();
-    LOGI(self, "fuseLen = %d, hexFuseId = %s", file.fuseIdLength(), fileFuseId.c_str());
+    const std::string fileFuseId = formats::UpperHex(file.fuseId);
+    LOGI(self, "fuseLen = %d, hexFuseId = %s", static_cast<int>(file.fuseId.size()), fileFuseId.c_str());
     const std::string fittedFuseId = FittedFuseId(*this);
     if (fittedFuseId.empty() || fittedFuseId != fileFuseId) {
         LOGE(self, "OIS cali file fuseid not match : %s:%s", fittedFuseId.c_str(), fileFuseId.c_str());
         return kPersistUnusable;
     }
-    const std::uint32_t fileGainX = file.gainX();
-    const std::uint32_t fileGainY = file.gainY();
-    LOGI(self, "tmpOisGainX = %d, tmpoisGainY = %d", static_cast<int>(fileGainX),
-         static_cast<int>(fileGainY));
-    if (!OisGainsInRange(fileGainX, fileGainY)) {
+    LOGI(self, "tmpOisGainX = %d, tmpoisGainY = %d", static_cast<int>(file.gainX),
+         static_cast<int>(file.gainY));
+    if (!file.gainsInRange()) {
         LOGI(self, "ois gain is not within the reasonable range");
         return kPersistUnusable;
     }
-    gainX = static_cast<int>(fileGainX);
-    gainY = static_cast<int>(fileGainY);
+    gainX = static_cast<int>(file.gainX);
+    gainY = static_cast<int>(file.gainY);
     return kPersistUsed;
 }
 
@@ -121,8 +120,8 @@ void CameraPlatformInfoZelvan::OverriderOisCamCalData() {
     SetAndLog(self, tables::kOisAlgoParamProperty, value);
     property_set(tables::kOisCalStateProperty, state.c_str());
     property_set(tables::kOisHvXyMatchProperty, "1");
-    std::snprintf(value, sizeof(value), "%d,%d", OisSensitivityMillionths(oisAlgoParam[4]),
-                  OisSensitivityMillionths(oisAlgoParam[5]));
+    std::snprintf(value, sizeof(value), "%d,%d", formats::OisSensitivityMillionths(oisAlgoParam[4]),
+                  formats::OisSensitivityMillionths(oisAlgoParam[5]));
     SetAndLog(self, tables::kOisSensitivityProperty, value);
 
     // A file of another version is a calibration that exists; only an unusable one is none.

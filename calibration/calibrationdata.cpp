@@ -1,29 +1,21 @@
 #include "calibration/calibrationdata.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdio>
 #include <optional>
-#include <span>
 #include <utility>
 
 #include <android/log.h>
 
-#include "calibration/Crc16Ccitt.h"
 #include "calibration/FileAccess.h"
-#include "formats/HexText.h"
+#include "formats/Bytes.h"
+#include "formats/DualCalibrationFile.h"
+#include "formats/Hex.h"
 #include "platform/DevicePath.h"
 #include "platforminfo/CFile.h"
 #include "platforminfo/Log.h"
 
 #define CALIBRATION_LOG(priority, ...) __android_log_print(priority, "CalibrationData", __VA_ARGS__)
-
-namespace {
-
-constexpr std::array<std::uint16_t, 3> kDataSizes = {419, 2048, 4096};
-constexpr std::size_t kCrcSize = 2;
-
-}  // namespace
 
 bool CalibrationData::parse(const char* path) {
     std::optional<std::vector<unsigned char>> content = ReadCalibrationFile(path);
@@ -40,52 +32,36 @@ bool CalibrationData::parse(const char* path) {
     mDataSize = 0;
     mHasCrc = false;
 
-    const std::span<const unsigned char> bytes(mContent);
-    const std::size_t size = bytes.size();
-    const std::size_t masterLength = bytes[0];
-    const std::size_t slaveLength = bytes[masterLength + 1];
-    mMasterFuseId += UpperHex(bytes.subspan(1, masterLength));
-    mSlaveFuseId += UpperHex(bytes.subspan(masterLength + 2, slaveLength));
-
-    const std::size_t headerSize = 2 + masterLength + slaveLength;
-    std::size_t checkedSize = 0;
-    for (const std::uint16_t dataSize : kDataSizes) {
-        if (headerSize + dataSize + kCrcSize == size) {
-            mHasCrc = true;
-            checkedSize = size - kCrcSize;
-        } else if (headerSize + dataSize == size) {
-            CALIBRATION_LOG(ANDROID_LOG_DEBUG, "factory source file");
-            checkedSize = size;
-        } else {
-            continue;
-        }
-        mDataSize = dataSize;
-        break;
-    }
-    if (mDataSize == 0) {
-        for (const std::uint16_t dataSize : kDataSizes) {
-            CALIBRATION_LOG(ANDROID_LOG_ERROR, "%s: fileSize(%d) != (1 + %d + 1 + %d + %d)", path,
-                            static_cast<int>(size), static_cast<int>(masterLength),
-                            static_cast<int>(slaveLength), dataSize);
+    using Trouble = formats::DualCalibrationReading::Trouble;
+    const formats::DualCalibrationReading reading = formats::ReadDualCalibrationFile(mContent);
+    const auto& [master, slave, block, hasCrc] = reading.file;
+    const auto size = static_cast<int>(mContent.size());
+    const auto masterLength = static_cast<int>(master.size());
+    const auto slaveLength = static_cast<int>(slave.size());
+    mMasterFuseId += formats::UpperHex(master);
+    mSlaveFuseId += formats::UpperHex(slave);
+    if (reading.trouble == Trouble::BlockSize) {
+        for (const std::uint16_t dataSize : formats::kCalibrationBlockSizes) {
+            CALIBRATION_LOG(ANDROID_LOG_ERROR, "%s: fileSize(%d) != (1 + %d + 1 + %d + %d)", path, size,
+                            masterLength, slaveLength, dataSize);
         }
         return false;
     }
-
-    mCrc = CRC16CCITT(bytes.data(), static_cast<int>(checkedSize)).process();
-    if (mHasCrc) {
-        const auto stored = static_cast<unsigned>(bytes[size - 2] << 8 | bytes[size - 1]);
-        if (stored != mCrc) {
-            CALIBRATION_LOG(ANDROID_LOG_ERROR, "mismatch crc (0x%04X, 0x%04X)", stored,
-                            static_cast<unsigned>(mCrc));
-            return false;
-        }
+    mHasCrc = hasCrc;
+    mDataSize = static_cast<std::uint16_t>(block.size());
+    mCrc = reading.computedCrc;
+    if (!mHasCrc) {
+        CALIBRATION_LOG(ANDROID_LOG_DEBUG, "factory source file");
     }
-    CALIBRATION_LOG(ANDROID_LOG_DEBUG, "file_byte=%d, data_byte=%d, crc=0x%04x\n", static_cast<int>(size),
-                    mDataSize, static_cast<unsigned>(mCrc));
-    CALIBRATION_LOG(ANDROID_LOG_DEBUG, "fuse byte=%d, id=%s\n", static_cast<int>(masterLength),
-                    mMasterFuseId.c_str());
-    CALIBRATION_LOG(ANDROID_LOG_DEBUG, "fuse byte=%d, id=%s\n", static_cast<int>(slaveLength),
-                    mSlaveFuseId.c_str());
+    if (reading.trouble == Trouble::Crc) {
+        CALIBRATION_LOG(ANDROID_LOG_ERROR, "mismatch crc (0x%04X, 0x%04X)",
+                        static_cast<unsigned>(reading.storedCrc), static_cast<unsigned>(mCrc));
+        return false;
+    }
+    CALIBRATION_LOG(ANDROID_LOG_DEBUG, "file_byte=%d, data_byte=%d, crc=0x%04x\n", size, mDataSize,
+                    static_cast<unsigned>(mCrc));
+    CALIBRATION_LOG(ANDROID_LOG_DEBUG, "fuse byte=%d, id=%s\n", masterLength, mMasterFuseId.c_str());
+    CALIBRATION_LOG(ANDROID_LOG_DEBUG, "fuse byte=%d, id=%s\n", slaveLength, mSlaveFuseId.c_str());
     mFilePath = path;
     mValid = true;
     return true;
@@ -129,7 +105,7 @@ bool CalibrationData::getData(std::string& out) const {
     if (!mValid) {
         return false;
     }
-    const std::size_t end = mContent.size() - (mHasCrc ? kCrcSize : 0);
+    const std::size_t end = mContent.size() - (mHasCrc ? formats::kCrcSize : 0);
     out.assign(reinterpret_cast<const char*>(mContent.data()) + end - mDataSize, mDataSize);
     return true;
 }
@@ -148,5 +124,5 @@ void CalibrationData::dump() const {
         std::printf("|1 byte |len byte|1 byte |len byte|%d byte|\n", mDataSize);
         std::printf("|fuselen|fuseId  |fuselen|fuseId  |data     |\n");
     }
-    std::printf("contents:\n%s\n", UpperHex(mContent).c_str());
+    std::printf("contents:\n%s\n", formats::UpperHex(mContent).c_str());
 }

@@ -5,18 +5,10 @@
 #include <vector>
 
 /// One dual-camera calibration file: the fuse ids of a pair's sensors and the stereo calibration block that
-/// was computed for them.
+/// was computed for them. The format stands with
+/// formats::DualCalibrationFile.
 ///
-///     offset        size  field
-///     0             1     L1, bytes of the master fuse id
-///     1             L1    master fuse id
-///     1 + L1        1     L2, bytes of the slave fuse id
-///     2 + L1        L2    slave fuse id
-///     2 + L1 + L2   D     calibration block: 419, 2048 or 4096 bytes
-///     then          2     "maintain" layout only: CRC-16/KERMIT of all bytes before it, high byte first
-///
-/// Factory files have no CRC ("factor" layout); `write` adds it. Neither D nor the layout is stated: both
-/// follow from the file's size. Paths are the phone's. Log lines carry the Android tag "CalibrationData".
+/// Paths are the phone's. Log lines carry the Android tag "CalibrationData".
 class CalibrationData {
   public:
     /// Reads and checks a file. On failure the log says why and `valid` is false, except that a file whose

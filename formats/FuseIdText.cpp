@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "formats/HexText.h"
+#include "formats/Hex.h"
+
+namespace formats {
 
 namespace {
 
@@ -67,3 +69,5 @@ std::optional<FuseIdField> TryParseFuseIdText(const std::string& text) {
     std::strtol(lengthField.c_str(), &end, 10);
     return end == lengthField.c_str() ? std::nullopt : std::optional(ParseFuseIdText(text));
 }
+
+}  // namespace formats

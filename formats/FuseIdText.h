@@ -7,6 +7,8 @@
 
 #include "tables/CameraModules.h"
 
+namespace formats {
+
 /// The value of a fuse id property: 90 characters in fixed fields, filled up with the character "0".
 ///
 /// | position | length | content                                             |
@@ -20,9 +22,9 @@
 /// | 64       | 26     | filler                                              |
 inline constexpr int kFuseIdTextLength = 90;
 inline constexpr int kFuseIdBytes =
-    tables::kLongestFuseId;  ///< bytes of the fuse id that the text has room for
+    tables::kLongestModuleFuseId;  ///< bytes of the fuse id that the text has room for
 inline constexpr int kQRCodeLength =
-    tables::kLongestQRCode;  ///< characters of the QR code that the text has room for
+    tables::kLongestModuleQRCode;  ///< characters of the QR code that the text has room for
 
 /// Composes the text.
 /// @param fuseId the module's fuse id bytes; what is beyond kFuseIdBytes is left out.
@@ -44,3 +46,5 @@ FuseIdField ParseFuseIdText(const std::string& text);
 
 /// The same, with no value for such a text.
 std::optional<FuseIdField> TryParseFuseIdText(const std::string& text);
+
+}  // namespace formats

@@ -5,7 +5,11 @@
 #include <cstdlib>
 #include <string>
 
+#include "formats/Bytes.h"
+
 static_assert(std::endian::native == std::endian::little);
+
+namespace formats {
 
 ZoomScaleRecord MakeZoomScaleRecord(float length, std::istream& ratios, int type) {
     ZoomScaleRecord record{.type = static_cast<std::uint8_t>(type), .count = 0};
@@ -21,3 +25,9 @@ ZoomScaleRecord MakeZoomScaleRecord(float length, std::istream& ratios, int type
     }
     return record;
 }
+
+std::vector<ZoomScaleRecord> ParseZoomScaleRecords(std::span<const std::uint8_t> blob) {
+    return ReadRecords<ZoomScaleRecord>(blob);
+}
+
+}  // namespace formats

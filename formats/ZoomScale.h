@@ -4,6 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <istream>
+#include <span>
+#include <vector>
+
+namespace formats {
 
 inline constexpr std::size_t kZoomScaleCapacity = 10;
 
@@ -28,3 +32,9 @@ static_assert(sizeof(ZoomScaleRecord) == 84);
 /// not a number.
 /// @param type kept in its low 8 bits.
 ZoomScaleRecord MakeZoomScaleRecord(float length, std::istream& ratios, int type);
+
+/// The records of a tag's blob; what is less than a record at its end is left out. `count` may say more than
+/// the record has room for.
+std::vector<ZoomScaleRecord> ParseZoomScaleRecords(std::span<const std::uint8_t> blob);
+
+}  // namespace formats

@@ -1,8 +1,9 @@
-// Any text as a phone file. A phone that reads must start.
+// Any text as a phone file. A phone that reads must be written as a file that reads as the same, and start.
 
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
+#include <cstdlib>
+#include <string>
 #include <utility>
 
 #include "virtualphone/PhoneFile.h"
@@ -14,6 +15,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
             {reinterpret_cast<const char*>(data), size}, root.path() / "none", "fuzz.json");
+        const std::string text = virtualphone::PhoneFileText(phone);
+        if (virtualphone::PhoneFileText(virtualphone::ParsePhone(text, root.path(), "again.json")) != text) {
+            std::abort();
+        }
         const virtualphone::VirtualPhone running(std::move(phone), root.path());
     } catch (const virtualphone::PhoneFileError&) {
         // The one answer to a bad phone file.

@@ -58,12 +58,16 @@ void CameraPlatformInfoZelvan::converter<Item>::copy(const Item& src, const Item
     // The count is asked again for each step: what is appended is visited, and what the platform dropped is
     // not.
     for (std::size_t i = 0; i < entry.count(); i += kTupleSize) {
+        if (entry.itemAt<Item>(i) != src) {
+            continue;
+        }
         // In a list of durations the fourth item is no direction, but no duration is a single nanosecond.
-        if (entry.itemAt<Item>(i) == src && entry.itemAt<Item>(i + 3) != STREAM_INPUT) {
+        const Item last = entry.itemAt<Item>(i + 3);
+        if (last != STREAM_INPUT) {
             entry.push_back(dst);
             entry.push_back(entry.itemAt<Item>(i + 1));
             entry.push_back(entry.itemAt<Item>(i + 2));
-            entry.push_back(entry.itemAt<Item>(i + 3));
+            entry.push_back(last);
         }
     }
 }
@@ -107,7 +111,8 @@ void CameraPlatformInfoZelvan::updateStreamConfiguration(IMetadata& meta) {
     IMetadata::IEntry stallDurations(ANDROID_SCALER_AVAILABLE_STALL_DURATIONS);
 
     const IMetadata::IEntry source = meta.entryFor(SCALER_STREAM_CONFIGURATIONS_WITH_DURATIONS);
-    for (std::size_t i = 0; i < source.count(); i += kDurationTupleSize) {
+    const std::size_t count = source.count();
+    for (std::size_t i = 0; i < count; i += kDurationTupleSize) {
         const auto format = source.itemAt<std::int64_t>(i);
         const auto width = source.itemAt<std::int64_t>(i + 1);
         const auto height = source.itemAt<std::int64_t>(i + 2);

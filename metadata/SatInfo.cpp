@@ -29,7 +29,7 @@ int CameraPlatformInfoZelvan::MetedataUpdateSatInfo(IMetadata& meta, int instanc
     std::istringstream videoRatios("0.6:1:2:5:10:15");
     std::istringstream secondSatRatios("0.6:0.8:1:2");
     const std::function convert = [](const float& length, std::istream& ratios, int type) {
-        const ZoomScaleRecord record = MakeZoomScaleRecord(length, ratios, type);
+        const formats::ZoomScaleRecord record = formats::MakeZoomScaleRecord(length, ratios, type);
         return IMetadata::Memory(&record, sizeof(record));
     };
     const auto store = [&meta](const IMetadata::Memory& records) {

@@ -1,6 +1,5 @@
 #include <array>
 #include <bit>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -16,6 +15,7 @@
 #include "platforminfo/RoleResolution.h"
 #include "tables/PublishedTags.h"
 
+using formats::FakeSatSize;
 using NSCam::IMetadata;
 namespace camera_role = tables::camera_role;
 
@@ -41,6 +41,18 @@ static_assert(std::bit_cast<std::uint32_t>(kSmartFOVZoomRatios[1].ratios[3]) == 
 static_assert(std::bit_cast<std::uint32_t>(kSmartFOVZoomRatios[1].ratios[5]) == 0x3F4CCCCD);
 static_assert(std::bit_cast<std::uint32_t>(kSmartFOVZoomRatios[1].ratios[6]) == 0x3F91E54B);
 static_assert(std::bit_cast<std::uint32_t>(kSmartFOVZoomRatios[1].ratios[8]) == 0x3FB3DF3B);
+
+constexpr std::array<FakeSatSize, 9> kFakeSatSizes = {{
+    {.zoomStart = 2.0F, .zoomStop = 10.0F, .type = 1, .width = 4000, .height = 3000},
+    {.zoomStart = 2.0F, .zoomStop = 10.0F, .type = 1, .width = 3968, .height = 2232},
+    {.zoomStart = 2.0F, .zoomStop = 10.0F, .type = 1, .width = 4000, .height = 1800},
+    {.zoomStart = 2.0F, .zoomStop = 10.0F, .type = 2, .width = 4000, .height = 3000},
+    {.zoomStart = 2.0F, .zoomStop = 10.0F, .type = 2, .width = 3968, .height = 2232},
+    {.zoomStart = 2.0F, .zoomStop = 10.0F, .type = 2, .width = 4000, .height = 1800},
+    {.zoomStart = 2.0F, .zoomStop = 10.0F, .type = 3, .width = 4000, .height = 3000},
+    {.zoomStart = 2.0F, .zoomStop = 10.0F, .type = 3, .width = 3968, .height = 2232},
+    {.zoomStart = 2.0F, .zoomStop = 10.0F, .type = 3, .width = 4000, .height = 1800},
+}};
 
 bool HasFakeSatSizes(int roleId) {
     return roleId == camera_role::kBackMain || roleId == camera_role::kSat ||

@@ -13,8 +13,8 @@ namespace {
 
 std::string AFInfoOf(const CamCal3ARecord& record) {
     const auto& [first, second] = record.afPoints;
-    return MakeAFInfoText({.distance = first.distance, .lensPosition = first.lensPosition},
-                          {.distance = second.distance, .lensPosition = second.lensPosition});
+    return formats::MakeAFInfoText({.distance = first.distance, .lensPosition = first.lensPosition},
+                                   {.distance = second.distance, .lensPosition = second.lensPosition});
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "platforminfo/CameraRoleTables.h"
 
+#include <span>
+
 #include "platforminfo/CameraPlatformInfoZelvan.h"
 #include "tables/CameraDevices.h"
 #include "tables/CameraModules.h"

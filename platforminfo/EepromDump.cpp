@@ -1,6 +1,5 @@
 #include <cstdint>
 #include <cstdio>
-#include <string>
 
 #include "platform/IHalSensorList.h"
 #include "platform/Properties.h"

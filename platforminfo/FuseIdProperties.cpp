@@ -60,7 +60,7 @@ int CameraPlatformInfoZelvan::SetFuseIdProp() {
             LOGI(self, "[QRCODE] QRCode data for roleId %d is not valid", roleId);
         }
 
-        const std::string value = MakeFuseIdText(maker->second, fuseId, validQRCode);
+        const std::string value = formats::MakeFuseIdText(maker->second, fuseId, validQRCode);
         property_set(descriptor->propNameLong, value.c_str());
         property_set(descriptor->propName, value.c_str());
         LOGI(self, "[FUSEID] set propertyname[%s] = %s", descriptor->propName, value.c_str());
@@ -78,7 +78,7 @@ std::string CameraPlatformInfoZelvan::getPropertyFuseid(int roleId) {
     char value[PROPERTY_VALUE_MAX];
     property_get(descriptor->second.propName, value, nullptr);
     LOGI(self, "proertyId:%s \n", value);
-    const FuseIdField fuseId = ParseFuseIdText(value);
+    const formats::FuseIdField fuseId = formats::ParseFuseIdText(value);
     LOGI(self, "fuseLen: %d, fuseId:%s \n", fuseId.length, fuseId.hex.c_str());
     return fuseId.hex;
 }

@@ -18,7 +18,7 @@ int CameraPlatformInfoZelvan::SetSensorInfoProp() {
         const int vendorId = GetVendorId(roleId);
         const int lensId = GetLensId(roleId);
         const int sensorId = GetSensorId(roleId);
-        const std::string value = MakeSensorInfoText(vendorId, lensId, sensorId);
+        const std::string value = formats::MakeSensorInfoText(vendorId, lensId, sensorId);
         LOGI(self, "[SensorInfo] vendorId = 0x%02x lensId = 0x%02x, sensorId = 0x%02x",
              static_cast<unsigned>(vendorId), static_cast<unsigned>(lensId), static_cast<unsigned>(sensorId));
         const char* const* const propName = self.find(mZVSensorInfoProp, roleId);

@@ -11,7 +11,7 @@
 /// Where a module keeps its sensor's fuse id, and which properties receive it.
 struct FuseIdDescriptor {
     int fuseIdOffset;  ///< in the EEPROM image, bytes
-    int fuseIdLength;  ///< bytes, at most tables::kLongestFuseId
+    int fuseIdLength;  ///< bytes, at most tables::kLongestModuleFuseId
     const char* propName;
     const char* propNameLong;
 };
@@ -19,15 +19,15 @@ struct FuseIdDescriptor {
 /// Where a module of one maker keeps its QR code. A row that a map subscript made is all zeros.
 struct QRCodeDescriptor {
     int qrCodeOffset;  ///< in the EEPROM image, bytes
-    int qrCodeLength;  ///< bytes, at most tables::kLongestQRCode
+    int qrCodeLength;  ///< bytes, at most tables::kLongestModuleQRCode
     int flagOffset;    ///< the byte before the code; 1: the code is valid
 };
 
 namespace tables {
 
-/// Bytes of the longest fuse id and of the longest QR code, for which readers and texts have room.
-inline constexpr int kLongestFuseId = 16;
-inline constexpr int kLongestQRCode = 14;
+/// Bytes of the longest fuse id and of the longest QR code that a fuse id property has room for.
+inline constexpr int kLongestModuleFuseId = 16;
+inline constexpr int kLongestModuleQRCode = 14;
 
 /// A role that a module can have: its name, and the properties that its identity and its focus points go to.
 struct ModuleRole {
@@ -90,13 +90,13 @@ inline constexpr std::array<QRCodeOfRole, 4> kQRCodes = {{
     {camera_role::kBackUltra, maker::kOfilm, {.qrCodeOffset = 8082, .qrCodeLength = 14, .flagOffset = 8081}},
 }};
 
-// Fuse ids and QR codes are read into buffers of the longest length, without a further check.
+// The fuse id property shows both whole.
 static_assert(std::all_of(kFuseIds.begin(), kFuseIds.end(), [](const FuseIdOfRole& row) {
-    return row.fuseId.fuseIdLength >= 0 && row.fuseId.fuseIdLength <= kLongestFuseId &&
+    return row.fuseId.fuseIdLength >= 0 && row.fuseId.fuseIdLength <= kLongestModuleFuseId &&
            IsInImage(row.fuseId.fuseIdOffset, row.fuseId.fuseIdLength);
 }));
 static_assert(std::all_of(kQRCodes.begin(), kQRCodes.end(), [](const QRCodeOfRole& row) {
-    return row.qrCode.qrCodeLength >= 0 && row.qrCode.qrCodeLength <= kLongestQRCode &&
+    return row.qrCode.qrCodeLength >= 0 && row.qrCode.qrCodeLength <= kLongestModuleQRCode &&
            IsInImage(row.qrCode.qrCodeOffset, row.qrCode.qrCodeLength) && IsInImage(row.qrCode.flagOffset, 1);
 }));
 

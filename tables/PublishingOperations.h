@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 namespace tables {
 
 /// An operation of the plug-in that stores something for others to read.
@@ -16,5 +18,8 @@ namespace operation {
 #undef OPERATION
 
 }  // namespace operation
+
+/// All of them, in the order in which the sequence and the walk run them.
+std::span<const PublishingOperation> PublishingOperations();
 
 }  // namespace tables

@@ -6,6 +6,8 @@
 
 #include "formats/FuseIdText.h"
 
+namespace formats {
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -52,7 +54,7 @@ TEST(FuseIdText, ReadsTheFuseIdBack) {
         EXPECT_EQ(fuseId.length, length) << text;
         EXPECT_EQ(fuseId.hex, hex) << text;
     }
-    for (const char* malformed : {"", "semc002", "semcxyz", "semcx0240102", "semc    0102"}) {
+    for (const char* malformed : {"", "semc002", "semcxyz", "semcx0240102", "semcA0240102", "semc    0102"}) {
         EXPECT_FALSE(TryParseFuseIdText(malformed)) << malformed;
     }
     EXPECT_THROW(ParseFuseIdText("semcxyz"), std::out_of_range);
@@ -60,3 +62,5 @@ TEST(FuseIdText, ReadsTheFuseIdBack) {
 }
 
 }  // namespace
+
+}  // namespace formats

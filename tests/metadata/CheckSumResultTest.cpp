@@ -9,7 +9,7 @@ PhoneBuilder Phone(const std::map<std::size_t, std::string>& bytes = {}) {
         .devices({{}, multiSensor, {}, {}, multiSensor, {}, multiSensor, {}, multiSensor});
 }
 
-TEST(RoleIdAndCheckSumResult, OfAnInstance) {
+TEST(CheckSumResult, AndRoleIdOfAnInstance) {
     const std::string noSensor = "[GetCamCalAllData] GetSensorIdxByRoleId";
     const struct {
         int instanceId, result;
@@ -37,7 +37,7 @@ TEST(RoleIdAndCheckSumResult, OfAnInstance) {
     }
 }
 
-TEST(RoleIdAndCheckSumResult, NoDeviceListOrNoStore) {
+TEST(CheckSumResult, AndRoleIdWithNoDeviceListOrNoStore) {
     const auto errorsOf = [](const Faults& faults, int result) {
         Updating device(Phone().faults(faults));
         EXPECT_EQ(device.plugin.MetadataUpdateRoleId(device.meta, 4), result);

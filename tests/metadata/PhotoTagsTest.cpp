@@ -3,7 +3,7 @@
 
 namespace {
 
-TEST(BeautyTags, StoredOrLogged) {
+TEST(PhotoTags, BeautyStoredOrLogged) {
     const Refusals refusals = {{"I HALCYRION Beauty VERSION tag", ZELVAN_BEAUTY_VERSION},
                                {"I HALCYRION Beauty optionconfig tag", ZELVAN_BEAUTY_OPTIONCONFIG},
                                {"", ZELVAN_BEAUTY_MAKEUP}};
@@ -22,7 +22,7 @@ TEST(BeautyTags, StoredOrLogged) {
               (Lines{lines[0] + ".", lines[1] + ".", "I HALCYRION Beauty Makeup tag:-1862205426 err:-3."}));
 }
 
-TEST(FocalLength, IsThePlatformsOrZero) {
+TEST(PhotoTags, FocalLengthIsThePlatformsOrZero) {
     const Refusals refusals = {{"E ZV IMetadata::update(), tag", ZELVAN_FOCAL_LENGTH_35MM}};
     const auto expect = [](const PhoneBuilder& fitted, const Tags& tags, const Lines& lines) {
         Updating device(fitted);
@@ -37,7 +37,7 @@ TEST(FocalLength, IsThePlatformsOrZero) {
     expect(PhoneBuilder().faults(FaultsOf(refusals)), {}, {"I enter", RefusalLines(refusals)[0], "I exit"});
 }
 
-TEST(PhotoStyle, FollowsTheTheme) {
+TEST(PhotoTags, StyleFollowsTheTheme) {
     const std::string lead = "E ZV IMetadata::update,tag ZELVAN_";
     const Refusals refusals = {{lead + "CUSTOM_QUALITY_SUPPORTED", ZELVAN_CUSTOM_QUALITY_SUPPORTED},
                                {lead + "CAMERA_CIQLUT_CONFIG_MAKS", ZELVAN_CAMERA_CIQLUT_CONFIG_MAKS}};

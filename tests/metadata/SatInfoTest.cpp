@@ -31,11 +31,11 @@ std::string RecordText(const IMetadata::Memory& blob, std::size_t offset) {
 
 std::string ScaleText(float length, const std::string& ratios, int type) {
     std::istringstream stream(ratios);
-    const ZoomScaleRecord record = MakeZoomScaleRecord(length, stream, type);
+    const formats::ZoomScaleRecord record = formats::MakeZoomScaleRecord(length, stream, type);
     return RecordText(IMetadata::Memory(&record, sizeof(record)), 0);
 }
 
-TEST(ZoomScale, Records) {
+TEST(SatInfo, ZoomScaleRecords) {
     EXPECT_EQ(ScaleText(100, "1:10:100", 0x203), "03030A01: 1.000 10.000 100.000: 0.000 50.000 100.000");
     EXPECT_EQ(ScaleText(100, "", 1), "01000A01::");
     // Ten ratios fit.

@@ -14,6 +14,24 @@ PhoneBuilder Phone(const FittedSensor& sensor, const Faults& faults = {}) {
     return PhoneOf({{31}, sensor, {30}}).devices({{}, {}, {.sensorBits = 6}, {}}).faults(faults);
 }
 
+/// Whether the list of sizes was last asked to take 8K. None of its sizes depends on that at present, so that
+/// the call itself is listened to.
+bool tookEightK = false;
+
+}  // namespace
+
+// The linker binds the plug-in's calls of updateStreamConfigurationWithDuration to the first of these.
+#define WITH_DURATION(lead) \
+    lead##_ZN24CameraPlatformInfoZelvan37updateStreamConfigurationWithDurationERN5NSCam9IMetadataEiii
+extern "C" void WITH_DURATION(__real_)(CameraPlatformInfoZelvan*, IMetadata&, int, int, int);
+extern "C" void WITH_DURATION(__wrap_)(CameraPlatformInfoZelvan* self, IMetadata& meta, int width, int height,
+                                       int allow8k) {
+    tookEightK = allow8k != 0;
+    WITH_DURATION(__real_)(self, meta, width, height, allow8k);
+}
+
+namespace {
+
 TEST(ZelvanScaler, WhatDependsOnTheDevice) {
     // `main` and `mode8K` are empty where there is no super resolution and no 8K mode.
     const auto expect = [](const FittedSensor& sensor, const std::string& role, const std::string& binning,
@@ -39,6 +57,7 @@ TEST(ZelvanScaler, WhatDependsOnTheDevice) {
             expected["0x9101001C"] = "byte [" + main + "]";
         }
         EXPECT_EQ(tags, expected);
+        EXPECT_EQ(tookEightK, !mode8K.empty());
         Lines lines = {"I enter",
                        "I deviceID = 0x" + std::to_string(*sensor.deviceId) + ", instanceId = 0x2, ",
                        "I MetadataUpdateScaler roleId = " + role, "I exit"};

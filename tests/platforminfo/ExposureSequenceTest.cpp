@@ -90,7 +90,7 @@ TEST(ExposureSequence, EveryFaultLeavesItRunningToItsEnd) {
     }
 }
 
-TEST(DeviceWalk, LogicalDevicesAndTheSensorsInsideThem) {
+TEST(ExposureSequence, WalksLogicalDevicesAndTheSensorsInsideThem) {
     const TestPhone phone(PhoneBuilder()
                               .devices({{{1}}, {}, {.sensorIds = {0, 3, 600, 9}, .multiSensor = true}})
                               .deviceIndex(0, 1)
@@ -128,13 +128,13 @@ TEST(DeviceWalk, LogicalDevicesAndTheSensorsInsideThem) {
     EXPECT_TRUE(phone.record().devices[1].metadata.entryFor(0x5).isEmpty());
 }
 
-TEST(DeviceWalk, NoDevices) {
+TEST(ExposureSequence, WalksNoDevices) {
     const TestPhone phone;
     TestPlugin().MetadataUpdate();
     EXPECT_THAT(phone.log(), ElementsAre("I [MetadataUpdate] enter", "I [MetadataUpdate] exit"));
 }
 
-TEST(DeviceWalk, UpdatersRunInOrderAndNoneGatesAnother) {
+TEST(ExposureSequence, UpdatersRunInOrderAndNoneGatesAnother) {
     // Without a device list and a row in any table, and with refused tags, all speak but one: the SAT info.
     const TestPhone phone(PhoneBuilder().faults(
         {.moduleFactory = true, .metadataUpdate = {{0x9101004A, -1}, {0x91010003, -1}, {0x9101000E, -1}}}));

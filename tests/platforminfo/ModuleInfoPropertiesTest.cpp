@@ -39,6 +39,12 @@ TEST(ModuleInfoProperties, ARoleWithoutANameEndsIt) {
         EXPECT_THAT(phone.logOf("SetModuleInfoProp"), ElementsAre("I enter", error));
         EXPECT_THAT(phone.record().properties, testing::IsEmpty());
     }
+    // A device of such a role ends it as well, fitted or not.
+    const TestPhone phone;
+    TestPlugin plugin;
+    plugin.DeviceId2RoleId[9].roleId = 2;
+    EXPECT_EQ(plugin.SetModuleInfoProp(), -1);
+    EXPECT_THAT(phone.errors(), ElementsAre("[SetModuleInfoProp] find mRoleId2ModuleName[2] error!"));
 }
 
 }  // namespace

@@ -7,7 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(SensorInfoProperties, AnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
+TEST(SensorProperties, SensorInfoOfAnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
     const Bytes eeprom = Eeprom({{1, "03"}, {8, "1A"}, {12, "07"}});
     const TestPhone phone(PhoneOf({{7, eeprom}, {1}, {99}, {3, eeprom}}));
     EXPECT_EQ(TestPlugin().SetSensorInfoProp(), -1);
@@ -21,7 +21,7 @@ TEST(SensorInfoProperties, AnUnreadableModuleIsFFAnUnknownRoleEndsIt) {
                             "E find mZVSensorInfoProp[-1] error!"));
 }
 
-TEST(AFInfoProperties, EverySensorIsTriedOnItsOwn) {
+TEST(SensorProperties, AFInfoOfEverySensorOnItsOwn) {
     const auto focus = [](int deviceId, bool capable, const std::array<virtualphone::FocusPoint, 2>& points) {
         return FittedSensor{.deviceId = deviceId, .autofocus = {{.capable = capable, .points = points}}};
     };
@@ -43,7 +43,21 @@ TEST(AFInfoProperties, EverySensorIsTriedOnItsOwn) {
                             "I [AFINFO] fail to read cam cal for roleID(60)"));
 }
 
-TEST(DataBinProperty, DecimalMaskAndWhetherItWasRefused) {
+TEST(SensorProperties, NamesOfEveryRole) {
+    const std::pair<int, std::string> kRoles[] = {{0, "w"},    {1, "f"},    {20, "t"}, {21, "u"},   {22, "m"},
+                                                  {23, "t4x"}, {24, "m2x"}, {25, "d"}, {40, "faux"}};
+    for (const auto& [roleId, name] : kRoles) {
+        const TestPhone phone(PhoneBuilder().sensors({{.autofocus = {{.capable = true, .points = {}}}}}));
+        TestPlugin plugin;
+        plugin.DeviceId2RoleId[0].roleId = roleId;
+        plugin.SetSensorInfoProp();
+        plugin.SetAFInfoProp();
+        EXPECT_EQ(phone.property("vendor.camera.sensor." + name + ".sensorInfo"), "FF, FF, FF");
+        EXPECT_EQ(phone.property("persist.vendor.camera.sensor." + name + ".afInfo"), "0:0,0:0,");
+    }
+}
+
+TEST(SensorProperties, DataBinsAsDecimalMaskAndWhetherItWasRefused) {
     const std::string name = "vendor.camera.sensor.zv.databin.existmask";
     for (const bool refused : {false, true}) {
         const TestPhone phone(PhoneBuilder().faults({.propertySet = {refused ? name : "other"}}));
@@ -56,7 +70,7 @@ TEST(DataBinProperty, DecimalMaskAndWhetherItWasRefused) {
     }
 }
 
-TEST(SensorList, Missing) {
+TEST(SensorProperties, MissingSensorList) {
     const TestPhone phone(PhoneBuilder().faults({.sensorList = true}));
     TestPlugin plugin;
     EXPECT_EQ(plugin.GetRoleIdBySensorIdx(0), -1);
@@ -73,10 +87,12 @@ TEST(SensorList, Missing) {
                             "E [SetAFInfoProp] MAKE_HalSensorList is NULL!"));
 }
 
-TEST(SensorList, Empty) {
+TEST(SensorProperties, EmptySensorList) {
     const TestPhone phone;
     TestPlugin plugin;
-    EXPECT_EQ(plugin.SetFuseIdProp() + plugin.SetSensorInfoProp() + plugin.SetAFInfoProp(), 0);
+    EXPECT_EQ(plugin.SetFuseIdProp(), 0);
+    EXPECT_EQ(plugin.SetSensorInfoProp(), 0);
+    EXPECT_EQ(plugin.SetAFInfoProp(), 0);
     EXPECT_THAT(phone.log(), ElementsAre("I [SetFuseIdProp] enter", "I [SetFuseIdProp] exit"));
 }
 

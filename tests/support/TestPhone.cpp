@@ -28,9 +28,6 @@ char PriorityLetter(int priority) {
 
 TestPhone::TestPhone(const PhoneBuilder& phone) : mPhone(phone.description(), mRoot.path()) {}
 
-TestPhone::TestPhone(const std::string& json)
-    : mPhone(virtualphone::ParsePhone(json, std::filesystem::path(), "phone.json"), mRoot.path()) {}
-
 std::vector<std::string> TestPhone::log() const {
     std::vector<std::string> lines;
     for (const virtualphone::LogLine& line : record().log) {

@@ -26,7 +26,6 @@ std::string PhoneFileErrorOf(const Action& action) {
 class TestPhone {
   public:
     explicit TestPhone(const PhoneBuilder& phone = {});
-    explicit TestPhone(const std::string& json);
 
     virtualphone::VirtualPhone& phone() { return mPhone; }
     const virtualphone::Record& record() const { return mPhone.record(); }

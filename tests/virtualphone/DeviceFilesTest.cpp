@@ -63,8 +63,7 @@ TEST(DeviceFiles, EveryKindOfContent) {
 }
 
 TEST(DeviceFiles, ChangesInContentOrMode) {
-    TestPhone phone(
-        R"({"files": {"/a": {"text": "1"}, "/b": {"text": "1"}, "/c": {"text": "1"}, "/d": {}}})");
+    TestPhone phone(PhoneBuilder().file("/a", {'1'}).file("/b", {'1'}).file("/c", {'1'}).file("/d", {}));
     EXPECT_THAT(Changes(phone.phone()), testing::IsEmpty());
     phone.write("/a", {'1'});
     phone.write("/b", {'2'});
@@ -84,8 +83,7 @@ TEST(DeviceFiles, AnUsedRootKeepsItsFilesAndTakesFreshOnes) {
     const virtualphone::TemporaryFolder root;
     std::ofstream(root.path() / "kept") << "kept";
     fs::create_symlink("elsewhere", root.path() / "a");
-    const virtualphone::VirtualPhone phone(
-        virtualphone::ParsePhone(R"({"files": {"/a": {"text": "laid"}}})", "", "p.json"), root.path() / "");
+    const virtualphone::VirtualPhone phone(PhoneBuilder().file("/a", {1}).description(), root.path() / "");
     EXPECT_FALSE(fs::exists(root.path() / "elsewhere"));
     EXPECT_THAT(Changes(phone), testing::IsEmpty());
     EXPECT_EQ(DevicePath("/a"), root.path().string() + "/a");
@@ -96,16 +94,16 @@ TEST(DeviceFiles, WhatCannotBeLaidIsSaid) {
     const std::string path = root.path().string();
     std::ofstream(root.path() / "file") << "x";
     fs::create_directory(root.path() / "folder");
-    const auto errorOf = [](const char* json, const std::string& rootPath) {
-        return PhoneFileErrorOf(
-            [&] { virtualphone::VirtualPhone(virtualphone::ParsePhone(json, "", "p.json"), rootPath); });
+    const auto errorOf = [](const PhoneBuilder& fitted, const std::string& rootPath) {
+        return PhoneFileErrorOf([&] { virtualphone::VirtualPhone(fitted.description(), rootPath); });
     };
     const std::string noFolder = ": cannot make the folder: Not a directory";
-    EXPECT_EQ(errorOf(R"({"files": {"/folder": {}}})", path),
+    EXPECT_EQ(errorOf(PhoneBuilder().file("/folder", {}), path),
               path + "/folder: cannot lay the file: a folder of that name is there");
-    EXPECT_EQ(errorOf(R"({"files": {"/file/x": {}}})", path), path + "/file" + noFolder);
-    EXPECT_EQ(errorOf("{}", path + "/file"), path + "/file/data/vendor/camera" + noFolder);
-    EXPECT_EQ(errorOf("{}", "/"), "/: cannot use the folder as a phone's root: it is this machine's own");
+    EXPECT_EQ(errorOf(PhoneBuilder().file("/file/x", {}), path), path + "/file" + noFolder);
+    EXPECT_EQ(errorOf(PhoneBuilder().file("/x", {}).file("/x/y/z", {}), path), path + "/x/y" + noFolder);
+    EXPECT_EQ(errorOf({}, path + "/file"), path + "/file/data/vendor/camera" + noFolder);
+    EXPECT_EQ(errorOf({}, "/"), "/: cannot use the folder as a phone's root: it is this machine's own");
     // None of the failures leaves a phone behind.
     EXPECT_EQ(DevicePath("/x"), "/x");
 }

@@ -41,8 +41,10 @@ std::string PhoneWithEeprom(const std::string& eeprom) {
 }
 
 TEST(Eeprom, FillThenBytesThenChecksums) {
-    const TestPhone phone(PhoneWithEeprom(R"({ "fill": 1, "bytes": { "8": "C28E 3D04", "0x43": "FF" },
-                                              "checksums": "halcyrion_semco_wide_imx707_eeprom" })"));
+    const TestPhone phone(PhoneBuilder(
+        virtualphone::ParsePhone(PhoneWithEeprom(R"({ "fill": 1, "bytes": { "8": "C28E 3D04", "0x43": "FF" },
+                                              "checksums": "halcyrion_semco_wide_imx707_eeprom" })"),
+                                 "", "p.json")));
     const Read read = ReadModule();
     EXPECT_EQ(read.returned, kImageSize);
     // A range of n ones has checksum n % 255 + 1; the header stays as it was written.
@@ -74,28 +76,28 @@ TEST(Eeprom, FileIsRawOrDumpTextAndTakesBytes) {
 
 TEST(Eeprom, ReadsStayInsideImageAndBuffer) {
     const struct {
-        std::string keys;
+        std::optional<std::uint32_t> readReturns;
         std::uint32_t offset, length, returned, copied;
     } kCases[] = {
-        {"", 16380, 4, 4, 4},
-        {"", 16380, 8, 4, 4},
-        {"", 0xFFFFFFFF, 8, 0, 0},
-        {R"(, "readReturns": 100)", 0, 16384, 100, 100},
-        {R"(, "readReturns": 4294967295)", 0, 8, 4294967295, 8},
+        {{}, 16380, 4, 4, 4},
+        {{}, 16380, 8, 4, 4},
+        {{}, 0xFFFFFFFF, 8, 0, 0},
+        {100, 0, 16384, 100, 100},
+        {4294967295, 0, 8, 4294967295, 8},
     };
-    for (const auto& [keys, offset, length, returned, copied] : kCases) {
-        const TestPhone phone(PhoneWithEeprom(R"({"fill": 7)" + keys + "}"));
+    for (const auto& [readReturns, offset, length, returned, copied] : kCases) {
+        const TestPhone phone(PhoneOf({{.eeprom = Eeprom({}, 7), .readReturns = readReturns}}));
         const Read read = ReadModule(offset, length);
         Bytes expected(length, kUntouched);
         std::fill_n(expected.begin(), copied, std::uint8_t{7});
-        EXPECT_EQ(read.returned, returned) << keys << offset;
-        EXPECT_EQ(read.bytes, expected) << keys << offset;
+        EXPECT_EQ(read.returned, returned) << offset;
+        EXPECT_EQ(read.bytes, expected) << offset;
     }
 }
 
 TEST(Eeprom, FailedReadsCountButNullDriversDoNot) {
     {
-        TestPhone phone(R"({"sensors": [{}, {"eeprom": {}}]})");
+        TestPhone phone(PhoneOf({{}, {.eeprom = Eeprom()}}));
         EXPECT_EQ(ReadModule(0, 16, 1).returned, 0U);  // has no memory
         EXPECT_EQ(ReadModule(0, 16, 4).returned, 0U);  // is no sensor
         EXPECT_EQ(ReadModule(0, 16, 3).returned, 0U);  // is two devices
@@ -108,14 +110,15 @@ TEST(Eeprom, FailedReadsCountButNullDriversDoNot) {
             {1799, 1, 0, 16}, {1799, 4, 0, 16}, {1799, 3, 0, 16}, {1799, 2, 2, 16}};
         EXPECT_EQ(reads, expected);
     }
-    const TestPhone broken(R"({"sensors": [{"eeprom": {}}], "faults": {"calibrationDriver": true}})");
+    const TestPhone broken(PhoneOf({{.eeprom = Eeprom()}}).faults({.calibrationDriver = true}));
     EXPECT_EQ(NSCam::CamCalHelper::getInstance(), nullptr);
     EXPECT_EQ(CamCalDrvBase::createInstance(), nullptr);
 }
 
 TEST(Eeprom, AutofocusRecordByDeviceBit) {
-    const TestPhone phone(R"({"sensors": [
-        {}, {"af": {"points": [[-5, 6]]}}, {"af": {"capable": true, "points": [[3000, 123], [100, 456]]}} ]})");
+    const TestPhone phone(PhoneOf({{},
+                                   {.autofocus = {{.points = {{{-5, 6}}}}}},
+                                   {.autofocus = {{true, {{{3000, 123}, {100, 456}}}}}}}));
     // "result capability distance,position distance,position"; the record starts out with marks of its own.
     const auto read = [](unsigned deviceBit, CamCalRecordKind kind) {
         CamCal3ARecord record{.capability = 99, .afPoints = {{{1, 1}, {1, 1}}}};

@@ -1,3 +1,6 @@
+#include <cmath>
+#include <cstdint>
+
 #include "platform/IMetadataProvider.h"
 #include "tests/support/Describe.h"
 #include "tests/support/TestPhone.h"
@@ -22,7 +25,7 @@ IMetadata::IEntry Entry(std::uint32_t tag, std::initializer_list<Item> items) {
 }
 
 TEST(Metadata, FirstItemDecidesTheType) {
-    TestPhone phone("{}");
+    TestPhone phone;
     IMetadata::IEntry entry(0x10);
     entry.reserve<float>(8);
     EXPECT_EQ(Describe(entry), "none");
@@ -60,12 +63,12 @@ TEST(Metadata, MemoryGrowsWithZerosAndTakesItself) {
 }
 
 TEST(Metadata, ProvidersMergeOverWhatTheFileSays) {
-    TestPhone phone(R"({"staticMetadata": { "0x40007": {
-        "1": {"type": "float", "values": [24.0, "NaN", "-Infinity"]},
-        "0x2": {"type": "int64", "values": [-1, 9223372036854775807]},
-        "3": {"type": "byte", "values": ["0xFF"]},
-        "4": {"type": "memory", "values": ["0102", ""]},
-        "5": {"type": "none"} }}})");
+    TestPhone phone(PhoneBuilder()
+                        .holds(0x40007, 1, std::vector{24.0F, std::nanf(""), -HUGE_VALF})
+                        .holds<std::int64_t>(0x40007, 2, {-1, INT64_MAX})
+                        .holds<std::uint8_t>(0x40007, 3, {0xFF})
+                        .holds<record::Blob>(0x40007, 4, {{1, 2}, {}})
+                        .holds(0x40007, 5, {}));
     const Tags before{{"0x1", "float [24, nan, -inf]"},
                       {"0x2", "int64 [-1, 9223372036854775807]"},
                       {"0x3", "byte [255]"},
@@ -95,8 +98,7 @@ TEST(Metadata, ProvidersMergeOverWhatTheFileSays) {
 }
 
 TEST(Metadata, UpdateFaultStoresNothingButKeepsThePast) {
-    TestPhone phone(R"({"staticMetadata": {"0": {"7": {"type": "int32", "values": [1]}}},
-                        "faults": {"metadataUpdate": {"0x7": -5}}})");
+    TestPhone phone(PhoneBuilder().holds(0, 7, {1}).faults({.metadataUpdate = {{7, -5}}}));
     IMetadata metadata;
     EXPECT_EQ(metadata.update(7, Entry(7, {2})), -5);
     EXPECT_EQ(metadata.update(8, Entry(8, {2})), 0);

@@ -16,7 +16,7 @@ std::string Get(const char* key, const char* fallback) {
 
 TEST(Properties, SetByAndroidsRulesAndRecorded) {
     TestPhone phone(
-        R"({"properties": {"ro.set": "1", "plain": "old"}, "faults": {"propertySet": ["broken"]}})");
+        PhoneBuilder().property("ro.set", "1").property("plain", "old").faults({.propertySet = {"broken"}}));
     const std::string longest(91, 'x');
     const struct {
         const char* name;
@@ -42,7 +42,7 @@ TEST(Properties, SetByAndroidsRulesAndRecorded) {
 }
 
 TEST(Properties, GetFallsBackToTheDefault) {
-    const TestPhone phone(R"({"properties": {"set": "value", "empty": ""}})");
+    const TestPhone phone(PhoneBuilder().property("set", "value").property("empty", ""));
     EXPECT_EQ(Get("set", "other"), "value");
     EXPECT_EQ(Get("empty", "other"), "");
     EXPECT_EQ(Get("unset", "other"), "other");
@@ -51,7 +51,7 @@ TEST(Properties, GetFallsBackToTheDefault) {
 }
 
 TEST(Properties, NumbersAsAndroidReadsThem) {
-    const TestPhone phone("{}");
+    const TestPhone phone;
     const struct {
         const char* text;
         std::int32_t number;

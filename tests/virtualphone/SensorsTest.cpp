@@ -11,17 +11,23 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* kPhone = R"({
-    "sensors": [
-        { "deviceBits": "0x11", "deviceId": 7, "sensorId": 1799, "pixelArray": [8192, 6144],
-          "captureSize": [4096, 3072], "modes": [[4096, 3072], [65535, 1]], "inSensorZoom": [1, 2] },
-        {},
-        { "deviceId": 7, "sensorId": 2 }
-    ],
-    "sensorAliases": { "4": { "deviceBits": 128, "deviceId": 9 }, "-1": {}, "31": { "deviceId": -3 } },
-    "logicalDevices": [ { "name": "BACK", "multiSensor": true, "sensorIds": [2, 0], "sensorBits": 5 }, {} ],
-    "sensorDeviceIndexes": { "2": 8 }
-})";
+PhoneBuilder Phone() {
+    return PhoneBuilder()
+        .sensors({{.deviceId = 7,
+                   .deviceBits = 0x11,
+                   .sensorId = 1799,
+                   .pixelArray = {8192, 6144},
+                   .captureSize = {4096, 3072},
+                   .modes = {{0, {4096, 3072}}, {1, {65535, 1}}},
+                   .inSensorZoom = {1, 2}},
+                  {},
+                  {.deviceId = 7, .sensorId = 2}})
+        .alias(4, 128, 9)
+        .alias(-1, 0, -1)
+        .alias(31, 1U << 31, -3)
+        .devices({{.sensorIds = {2, 0}, .multiSensor = true, .sensorBits = 5, .name = "BACK"}, {}})
+        .deviceIndex(2, 8);
+}
 
 /// "sensorId type order array capture".
 std::string InfoText(const NSCam::SensorStaticInfo& info) {
@@ -32,7 +38,7 @@ std::string InfoText(const NSCam::SensorStaticInfo& info) {
 }
 
 TEST(Sensors, IndicesDeviceBitsAndIds) {
-    const TestPhone phone(kPhone);
+    const TestPhone phone(Phone());
     const NSCam::IHalSensorList& list = *NSCam::IHalSensorList::get();
     EXPECT_EQ(list.sensorCount(), 3);
     using BitsAndId = std::pair<unsigned, int>;
@@ -45,7 +51,7 @@ TEST(Sensors, IndicesDeviceBitsAndIds) {
 }
 
 TEST(Sensors, StaticInformationByBitAndById) {
-    const TestPhone phone(kPhone);
+    const TestPhone phone(Phone());
     const NSCam::IHalSensorList& list = *NSCam::IHalSensorList::get();
     const auto infoOf = [&list](unsigned deviceBit) {
         NSCam::SensorStaticInfo info;
@@ -63,7 +69,7 @@ TEST(Sensors, StaticInformationByBitAndById) {
 }
 
 TEST(Sensors, DriversAndObjects) {
-    const TestPhone phone(kPhone);
+    const TestPhone phone(Phone());
     const auto driver = [](int index) {
         return ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(index));
     };
@@ -90,7 +96,7 @@ TEST(Sensors, DriversAndObjects) {
 }
 
 TEST(Sensors, LogicalDevices) {
-    const TestPhone phone(kPhone);
+    const TestPhone phone(Phone());
     EXPECT_EQ(getMtkcamModuleFactory(0x30000), nullptr);
     const NSCam::ILogicalDeviceList& list = *getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST)();
     EXPECT_EQ(list.deviceCount(), 2);
@@ -110,14 +116,14 @@ TEST(Sensors, LogicalDevices) {
 }
 
 TEST(Sensors, Faults) {
-    const std::string sensors = R"("sensors": [{"deviceId": 7}, {}], "logicalDevices": [{}])";
+    PhoneBuilder fitted = PhoneBuilder().sensors({{7}, {}}).devices({{}});
     {
-        const TestPhone phone("{" + sensors + R"(, "faults": {"moduleFactory": true, "sensorList": true}})");
+        const TestPhone phone(fitted.faults({.moduleFactory = true, .sensorList = true}));
         EXPECT_EQ(getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST), nullptr);
         EXPECT_EQ(NSCam::IHalSensorList::get(), nullptr);
     }
-    const TestPhone phone("{" + sensors + R"(, "faults": {"logicalDeviceList": true, "sensorList": false,
-        "sensorDrivers": [0], "sensorObjects": [1], "staticInfo": [7]}})");
+    const TestPhone phone(fitted.faults(
+        {.logicalDeviceList = true, .sensorDrivers = {0}, .sensorObjects = {1}, .staticInfo = {7}}));
     EXPECT_EQ(getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST)(), nullptr);
     EXPECT_EQ(ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(0)), nullptr);
     EXPECT_NE(ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(1)), nullptr);

@@ -18,7 +18,7 @@ namespace {
 using testing::ElementsAre;
 
 TEST(VirtualPhone, WithoutOneThePlatformIsEmpty) {
-    { const TestPhone phone(R"({"properties": {"a": "1"}, "sensors": [{}], "logicalDevices": [{}]})"); }
+    { const TestPhone phone(PhoneOf({{}}).devices({{}}).property("a", "1")); }
     EXPECT_EQ(getMtkcamModuleFactory(MTKCAM_MODULE_LOGICAL_DEVICE_LIST), nullptr);
     EXPECT_EQ(NSCam::IHalSensorList::get(), nullptr);
     EXPECT_EQ(ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(0)), nullptr);
@@ -33,8 +33,8 @@ TEST(VirtualPhone, WithoutOneThePlatformIsEmpty) {
 }
 
 TEST(VirtualPhone, OneAtATime) {
-    TestPhone first(R"({"name": "first"})");
-    EXPECT_THROW(TestPhone("{}"), std::logic_error);
+    TestPhone first;
+    EXPECT_THROW(TestPhone(), std::logic_error);
     // The refused one takes neither the place nor the log of the first.
     __android_log_print(ANDROID_LOG_ERROR, "Tag", "still here");
     EXPECT_THAT(first.errors(), ElementsAre("Tag: still here"));
@@ -44,7 +44,7 @@ TEST(VirtualPhone, OneAtATime) {
 TEST(VirtualPhone, RecordsLogAndThirdCalibration) {
     const int formerPriority = __android_log_get_minimum_priority();
     {
-        TestPhone phone("{}");
+        TestPhone phone;
         __android_log_print(ANDROID_LOG_VERBOSE, "Other", "%s", "v");
         __android_log_print(ANDROID_LOG_DEBUG, "CameraPlatformInfoZelvan", "(%d)[%s] a (b)", 12, "Run");
         __android_log_print(ANDROID_LOG_ERROR, "CameraPlatformInfoZelvan", "(%d)[%s] c", 12, "Run");

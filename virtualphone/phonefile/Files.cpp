@@ -4,7 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "formats/CalibrationFiles.h"
+#include "formats/DualCalibrationFile.h"
+#include "formats/OisCalibrationFile.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/phonefile/Sections.h"
 

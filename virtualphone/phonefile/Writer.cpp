@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "formats/HexText.h"
+#include "formats/Hex.h"
 #include "formats/PrintableText.h"
 #include "tables/EepromLayouts.h"
 #include "virtualphone/PhoneFile.h"
@@ -110,7 +110,7 @@ JsonNode::Object Differences(Bytes bytes, std::uint8_t fill) {
             next = std::find_if(end, bytes.end(), differs);
         } while (next != bytes.end() && static_cast<std::size_t>(next - end) <= kLongestGap);
         const Bytes run(start, end);
-        runs.push_back({std::to_string(start - bytes.begin()), Text(UpperHex(run))});
+        runs.push_back({std::to_string(start - bytes.begin()), Text(formats::UpperHex(run))});
         start = next;
     }
     return runs;
@@ -144,7 +144,7 @@ JsonNode Content(const std::vector<std::uint8_t>& bytes) {
         return ObjectOf().set("text", Text(std::string(text))).node();
     }
     if (2 * bytes.size() <= filledLength) {
-        return ObjectOf().set("hex", Text(UpperHex(bytes))).node();
+        return ObjectOf().set("hex", Text(formats::UpperHex(bytes))).node();
     }
     ObjectOf filled;
     filled.set("fill", Integer(fill)).set("size", Integer(bytes.size()));
@@ -262,7 +262,7 @@ JsonNode Values(const record::TagValues& values) {
         }
         object.set("values", ArrayOf(items, [](const Item& item) {
                        if constexpr (std::is_same_v<Item, record::Blob>) {
-                           return Text(UpperHex(item));
+                           return Text(formats::UpperHex(item));
                        } else if constexpr (std::is_same_v<Item, float>) {
                            return Float(item);
                        } else {

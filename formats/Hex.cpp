@@ -1,0 +1,51 @@
+#include "formats/Hex.h"
+
+#include <cstddef>
+
+namespace formats {
+
+namespace {
+
+constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+/// The value of a digit, or -1.
+constexpr int DigitValue(char c) {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    if (c >= 'a' && c <= 'f') {
+        return c - 'a' + 10;
+    }
+    return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+}
+
+}  // namespace
+
+std::string UpperHex(std::span<const std::uint8_t> bytes) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string text;
+    text.reserve(2 * bytes.size());
+    for (const std::uint8_t byte : bytes) {
+        text += kDigits[byte >> 4];
+        text += kDigits[byte & 0xF];
+    }
+    return text;
+}
+
+std::optional<std::vector<std::uint8_t>> ParseHex(std::string_view text) {
+    std::vector<std::uint8_t> bytes;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (kWhiteSpace.find(text[i]) != std::string_view::npos) {
+            continue;
+        }
+        const int high = DigitValue(text[i]);
+        const int low = ++i < text.size() ? DigitValue(text[i]) : -1;
+        if (high < 0 || low < 0) {
+            return std::nullopt;
+        }
+        bytes.push_back(static_cast<std::uint8_t>(high << 4 | low));
+    }
+    return bytes;
+}
+
+}  // namespace formats

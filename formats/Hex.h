@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace formats {
+
+/// Upper-case hexadecimal, two characters a byte, nothing between.
+std::string UpperHex(std::span<const std::uint8_t> bytes);
+
+/// The bytes of hexadecimal text in either case. White space may stand between bytes, not inside one.
+/// @return no value for any other character, or for half a byte.
+std::optional<std::vector<std::uint8_t>> ParseHex(std::string_view text);
+
+}  // namespace formats
