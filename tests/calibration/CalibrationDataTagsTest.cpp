@@ -1,5 +1,6 @@
 #include <map>
 
+#include "tables/CameraPairs.h"
 #include "tables/PublishedTags.h"
 #include "tests/calibration/CalibrationBytes.h"
 
@@ -61,6 +62,9 @@ TEST(CalibrationDataTags, ShortDumpReadsAsZerosAndFrontBokehStaysAtHome) {
     phone.write(kWideUltra, {0xF5, 0x02});
     TestPlugin plugin;
     plugin.DeviceId2RoleId[8] = {.roleId = 81, .sensorNames = "ov13b10;imx707", .drvName = "A_FRONT_BOKEH"};
+    DualCameraCalDataInfo pair{};
+    EXPECT_EQ(plugin.GetDualCameraCalDataInfo(plugin.DeviceId2RoleId[8], pair), 0);
+    EXPECT_EQ(pair.dataCamera, 21);
     IMetadata meta;
     EXPECT_EQ(plugin.MetedataUpdateCalibData(meta, 8), 0);
     EXPECT_EQ(Blocks(meta)["0x91010005"], (Bytes{0xF5, 0x02} + Bytes(4094, 0)));

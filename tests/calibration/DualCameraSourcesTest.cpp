@@ -47,6 +47,7 @@ TEST(DualCameraSources, EepromBlockUnderItsChecksum) {
     } kCases[] = {
         {0, 8, 0, 9, 9, true},
         {0, 8, 0, 8, 9, false},
+        {0, 0, 0, 1, 1, true},
         {4, 8, 4, 9, 9, true},  // neither end moves with the offset
         {20, 8, 0, 0, 9, true},
         {0, 16382, 0, 16383, 16383, true},

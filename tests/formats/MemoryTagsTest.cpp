@@ -51,13 +51,15 @@ TEST(MemoryTags, FakeSatSizesReadBack) {
 }
 
 TEST(MemoryTags, SatPayloadHeaderReadsBack) {
-    const SatPayloadHeader made = MakeSatPayloadHeader(tables::kDualCameraPairs[1]);
+    DualCameraCalDataInfo pair = tables::kDualCameraPairs[1];
+    pair.masterCameraRole = 3;
+    const SatPayloadHeader made = MakeSatPayloadHeader(pair);
     auto payload = BytesOf<SatPayloadHeader>({made});
-    EXPECT_EQ(UpperHex(payload), "1400000000100000");
+    EXPECT_EQ(UpperHex(payload), "1400030000100000");
     payload.push_back(0xEE);
     const auto header = ParseSatPayloadHeader(payload);
     ASSERT_TRUE(header);
-    EXPECT_EQ(header->masterRole(), 0);
+    EXPECT_EQ(header->masterRole(), 3);
     EXPECT_EQ(header->slaveRole(), 20);
     EXPECT_EQ(header->length, 4096U);
     EXPECT_FALSE(ParseSatPayloadHeader(std::span(payload).first(7)));

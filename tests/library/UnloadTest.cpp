@@ -2,11 +2,13 @@
 
 #include <cstddef>
 #include <dlfcn.h>
+#include <pthread.h>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 
+#include "tests/support/PhoneBuilder.h"
 #include "virtualphone/TemporaryFolder.h"
 #include "virtualphone/VirtualPhone.h"
 
@@ -39,30 +41,31 @@ CALLS_BY_LINKER_NAME const void* BootOnce() {
     return instance;
 }
 
-virtualphone::SensorDescription Sensor(int index, int deviceId) {
-    virtualphone::SensorDescription sensor;
-    sensor.deviceBits = tables::DeviceBits{1U << index};
-    sensor.deviceId = tables::DeviceId{deviceId};
-    sensor.eeprom.emplace();
-    sensor.eeprom->image.resize(16384, 3);
-    return sensor;
+/// The key that a thread's next value of its own would have: the lowest free one.
+pthread_key_t NextKey() {
+    pthread_key_t key{};
+    EXPECT_EQ(pthread_key_create(&key, nullptr), 0);
+    pthread_key_delete(key);
+    return key;
 }
 
 TEST(Unload, EachLoadStartsAfreshAndNothingStays) {
-    virtualphone::PhoneDescription description;
-    description.sensors = {Sensor(0, 7), Sensor(1, 1)};
-    description.sensorAliases[tables::SensorIndex{7}] = {.deviceBits = tables::DeviceBits{1},
-                                                         .deviceId = tables::DeviceId{7}};
     const virtualphone::TemporaryFolder root;
-    const virtualphone::VirtualPhone phone(std::move(description), root.path());
+    record::Recorder recorder;
+    const virtualphone::VirtualPhone phone(PhoneOf({{7, Eeprom({}, 3)}, {1, Eeprom({}, 3)}}).description(),
+                                           root.path(), recorder);
+    const pthread_key_t freeKey = NextKey();
     std::size_t lines = 0;
     for (std::size_t boot = 1; boot <= 3; ++boot) {
         ASSERT_NE(BootOnce(), nullptr);
         EXPECT_EQ(dlopen(PLUGIN, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded after boot " << boot;
+        EXPECT_EQ(NextKey(), freeKey);
         // Each boot reads both modules once, and says as much as the one before.
-        EXPECT_EQ(phone.record().eepromReads.size(), 2 * boot);
-        lines = boot == 1 ? phone.record().log.size() : lines;
-        EXPECT_EQ(phone.record().log.size(), lines * boot);
+        const std::vector<record::Event> events = recorder.events();
+        EXPECT_EQ(record::EventsOf<record::EepromRead>(events).size(), 2 * boot);
+        const std::size_t logged = record::EventsOf<record::LogLine>(events).size();
+        lines = boot == 1 ? logged : lines;
+        EXPECT_EQ(logged, lines * boot);
     }
 }
 

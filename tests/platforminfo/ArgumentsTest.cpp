@@ -135,6 +135,7 @@ TEST(Arguments, NegativeLengthsAndCounts) {
         EXPECT_FALSE(std::filesystem::exists(phone.phone().root().string() + pair.dumpPath));
         pair.length = 0;
         EXPECT_TRUE(plugin.MatchDualCameraPersistFile(path, pair));
+        EXPECT_TRUE(plugin.DualCameraDataFromGolden(pair));
         EXPECT_TRUE(std::filesystem::remove(phone.phone().root().string() + pair.dumpPath));
     }
     unsigned char byte = 9;
