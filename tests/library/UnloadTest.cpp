@@ -41,8 +41,8 @@ CALLS_BY_LINKER_NAME const void* BootOnce() {
 
 virtualphone::SensorDescription Sensor(int index, int deviceId) {
     virtualphone::SensorDescription sensor;
-    sensor.deviceBits = 1U << index;
-    sensor.deviceId = deviceId;
+    sensor.deviceBits = tables::DeviceBits{1U << index};
+    sensor.deviceId = tables::DeviceId{deviceId};
     sensor.eeprom.emplace();
     sensor.eeprom->image.resize(16384, 3);
     return sensor;
@@ -51,7 +51,8 @@ virtualphone::SensorDescription Sensor(int index, int deviceId) {
 TEST(Unload, EachLoadStartsAfreshAndNothingStays) {
     virtualphone::PhoneDescription description;
     description.sensors = {Sensor(0, 7), Sensor(1, 1)};
-    description.sensorAliases[7] = {.deviceBits = 1, .deviceId = 7};
+    description.sensorAliases[tables::SensorIndex{7}] = {.deviceBits = tables::DeviceBits{1},
+                                                         .deviceId = tables::DeviceId{7}};
     const virtualphone::TemporaryFolder root;
     const virtualphone::VirtualPhone phone(std::move(description), root.path());
     std::size_t lines = 0;

@@ -20,7 +20,10 @@ TEST(PublishedTags, AreWhatTheUpdatersStore) {
         plugin.DeviceId2RoleId[instanceId] = {
             .roleId = role, .sensorNames = "imx707;ov13b10", .drvName = "SENSOR_FURTHER_DEVICE"};
         description.logicalDevices.push_back(
-            {.name = "SENSOR_FURTHER_DEVICE", .multiSensor = true, .sensorIds = {0, 3}, .sensorBits = 9});
+            {.name = "SENSOR_FURTHER_DEVICE",
+             .multiSensor = true,
+             .members = {tables::MemberSensorId{0}, tables::MemberSensorId{3}},
+             .sensorBits = tables::DeviceBits{9}});
     }
     const virtualphone::TemporaryFolder root;
     const virtualphone::VirtualPhone phone(description, root.path());
