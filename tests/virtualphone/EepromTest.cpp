@@ -1,16 +1,16 @@
 #include <algorithm>
 #include <fstream>
 
+#include "formats/EepromDump.h"
 #include "platform/CamCalDrv.h"
 #include "tests/support/Describe.h"
+#include "tests/support/PhoneBuilder.h"
 #include "tests/support/TestPhone.h"
 
 namespace {
 
 constexpr std::uint32_t kImageSize = 16384;
 constexpr std::uint8_t kUntouched = 0xEE;
-
-using Bytes = std::vector<std::uint8_t>;
 
 struct Read {
     std::uint32_t returned;
@@ -51,10 +51,16 @@ TEST(Eeprom, FillThenBytesThenChecksums) {
     EXPECT_EQ(Others(read.bytes, 1), "8=C2 9=8E 10=3D 11=04 67=1C 1892=14 3800=58 8395=E9 8505=4B ");
 }
 
+TEST(Eeprom, NamedChecksumsAreBroken) {
+    const TestPhone phone(PhoneWithEeprom(R"({ "fill": 1, "checksums": "halcyrion_semco_wide_imx707_eeprom",
+                                              "breakChecksums": ["LSC", "AF"] })"));
+    EXPECT_EQ(Others(ReadModule().bytes, 1), "67=1D 1892=14 3800=59 8395=E9 8505=4B ");
+}
+
 TEST(Eeprom, FileIsRawOrDumpTextAndTakesBytes) {
     const virtualphone::TemporaryFolder folder;
     std::ofstream(folder.path() / "raw") << "\x02\x03";
-    std::ofstream(folder.path() / "dump") << "0x0001 = 0xa5\r\n0x3fff = 0x5A\n";
+    std::ofstream(folder.path() / "dump") << formats::EepromDumpText(Eeprom({{1, "A5"}, {16383, "5A"}}));
     std::ofstream(folder.path() / "full") << std::string(kImageSize, '\x07');
     const auto othersOf = [&folder](const std::string& eeprom, std::uint8_t fill) {
         const virtualphone::PhoneDescription phone =

@@ -21,6 +21,7 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
         ": expected an absolute path as the key, without \".\", \"..\" or empty parts, got another path";
     const std::pair<std::string, std::string> kCases[] = {
         // The document.
+        {R"({"$schema": 1})", "/$schema: expected a text, got 1"},
         {"[]", "expected an object, got an array"},
         {R"({"a~/b": 1})",
          "/a~0~1b: expected one of the keys $schema, name, properties, files, sensors, sensorAliases, "
@@ -65,6 +66,16 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
          "\"oiscal\", got 2 of them"},
         {R"({"files": {"/a": {"dualcal": {"slave": ")" + std::string(512, '0') + "\"}}}}",
          "/files/~1a/dualcal/slave: expected a fuse id of at most 255 bytes, got 256"},
+        {R"({"files": {"/a\u0000b": {}}})",
+         R"(/files/~1a\x00b: expected an absolute path as the key, got a key with a zero byte)"},
+        {R"({"files": {"/a/b/c": {}, "/a": {}}})",
+         "/files/~1a~1b~1c: expected a path through folders, got one through the file /a"},
+        {R"({"files": {"/data/vendor": {}}})",
+         "/files/~1data~1vendor: expected the path of a file, got a folder that the phone has"},
+        {R"({"files": {"/a": {"bytes": {"0": "00"}}}})",
+         "/files/~1a: expected \"fill\" and \"size\" together, got neither"},
+        {R"({"files": {"/a": {"fill": 0, "size": 2, "bytes": {"1": "0102"}}}})",
+         "/files/~1a/bytes/1: expected at most 1 bytes at this offset, got 2"},
         // EEPROM images.
         {R"({"sensors": [{"eeprom": {"fill": 1, "file": "x"}}]})",
          R"(/sensors/0/eeprom: expected either "file" or "fill", got both)"},
@@ -76,7 +87,13 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
          "/sensors/0/eeprom/checksums: expected an EEPROM layout, one of halcyrion_semco_wide_imx707_eeprom, "
          "halcyrion_sunny_tele_ov50d_eeprom, halcyrion_aac_front_imx596_eeprom, "
          "halcyrion_ofilm_uw_ov13b_eeprom, got \"imx707\""},
+        {R"({"sensors": [{"eeprom": {"breakChecksums": []}}]})",
+         "/sensors/0/eeprom/breakChecksums: expected \"checksums\" beside it, got none"},
+        {R"({"sensors": [{"eeprom": {"checksums": "halcyrion_ofilm_uw_ov13b_eeprom", "breakChecksums": ["OIS"]}}]})",
+         "/sensors/0/eeprom/breakChecksums/0: expected a range of that layout, one of AWB, LSC, got \"OIS\""},
         // Static metadata.
+        {R"({"staticMetadata": {"0": {"1": {}}}})",
+         "/staticMetadata/0/1: expected a \"type\", got an entry without"},
         {R"({"staticMetadata": {"0": {"1": {"type": "double"}}}})",
          "/staticMetadata/0/1/type: expected one of the types none, int32, int64, float, byte, memory, got "
          "\"double\""},
@@ -87,6 +104,45 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
     for (const auto& [json, error] : kCases) {
         EXPECT_EQ(ErrorOf(json), error) << json;
     }
+}
+
+/// `text`, `count` times.
+std::string Times(std::size_t count, const std::string& text) {
+    std::string all;
+    for (; count > 0; --count) {
+        all += text;
+    }
+    return all;
+}
+
+TEST(PhoneFileErrors, LongMessagesLoseTheirMiddle) {
+    const std::string error = ErrorOf(R"({"files": {"/)" + std::string(256, 'n') + R"(/a": {}}})");
+    EXPECT_THAT(error,
+                testing::MatchesRegex(
+                    "/files/~1n+\\.\\.\\.n+~1a: expected names of at most 255 bytes in the path, got 256"));
+    EXPECT_EQ(error.size() + std::string_view("p.json: ").size(), virtualphone::PhoneFileError::kLongest);
+    const std::string path = "/" + Times(2000, "a/") + "b";
+    EXPECT_THAT(ErrorOf(R"({"files": {")" + path + R"(": {}}})"),
+                testing::EndsWith(": expected a path of at most 3839 bytes, got 4002"));
+}
+
+TEST(PhoneFileErrors, ParsingStopsAtTheLimits) {
+    const std::string levels = ": expected at most 64 levels of objects and arrays, got more";
+    EXPECT_THAT(ErrorOf(Times(65, "[")), testing::EndsWith(levels));
+    EXPECT_THAT(ErrorOf(Times(400, R"({"sensors":)")), testing::EndsWith(levels));
+    EXPECT_EQ(ErrorOf(Times(64, "[") + Times(64, "]")), "expected an object, got an array");
+    EXPECT_EQ(ErrorOf(R"({"logicalDevices": [)" + Times(65536, "{},") + "{"),
+              "/logicalDevices/65536: expected at most 65536 elements in an array, got more");
+    std::string properties;
+    for (int i = 0; i < 65536; ++i) {
+        properties += "\"p" + std::to_string(i) + "\": \"\",";
+    }
+    EXPECT_EQ(ErrorOf(R"({"properties": {)" + properties + R"("last": "")"),
+              "/properties/last: expected at most 65536 members in an object, got more");
+    EXPECT_EQ(ErrorOf(R"({"properties": {)" + properties + R"("p9": "")"),
+              "/properties/p9: expected each key once, got it a second time");
+    const std::string row = "[" + Times(65535, "0,") + "0],";
+    EXPECT_EQ(ErrorOf("[" + Times(16, row)), "/15/65519: expected at most 1048576 values in all, got more");
 }
 
 TEST(PhoneFileErrors, SyntaxErrorsTellThePlace) {
@@ -113,9 +169,7 @@ TEST(PhoneFileErrors, SideFilesAreReadBeforeAnythingRuns) {
         {"folder", unreadable + "/folder: a folder"},
         {"pipe", unreadable + "/pipe: neither a file nor a folder"},
         {"large", "a file of at most 16384 bytes, or the text of a dump, got 16385 bytes"},
-        {"dump",
-         "an EEPROM dump of lines like \"0x0010 = 0xa5\" with offsets below 16384, got something else "
-         "in line 2 of the file"}};
+        {"dump", "the dump of a whole EEPROM with offset 0x0001 in line 2 of the file, got offset 0x4000"}};
     for (const auto& [file, expectation] : expectations) {
         EXPECT_EQ(ErrorOf(R"({"sensors": [{"eeprom": {"file": ")" + file + "\"}}]}", folder.path()),
                   "/sensors/0/eeprom/file: expected " + expectation);

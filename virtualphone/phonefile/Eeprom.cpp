@@ -1,10 +1,12 @@
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <system_error>
+#include <string_view>
+#include <utility>
+#include <variant>
 
+#include "formats/EepromDump.h"
 #include "formats/EepromImage.h"
 #include "tables/EepromLayouts.h"
 #include "virtualphone/phonefile/Sections.h"
@@ -13,74 +15,18 @@ namespace virtualphone {
 
 namespace {
 
-struct DumpLine {
-    std::size_t offset;
-    std::uint8_t byte;
-};
-
-/// Takes a hexadecimal number off the front of `text`.
-std::optional<unsigned> TakeHexadecimal(std::string_view& text) {
-    if (text.substr(0, 2) != "0x") {
-        return std::nullopt;
-    }
-    unsigned number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data() + 2, end, number, 16);
-    if (error != std::errc()) {
-        return std::nullopt;
-    }
-    text.remove_prefix(static_cast<std::size_t>(stop - text.data()));
-    return number;
-}
-
-/// One line of an EEPROM dump: "0x0010 = 0xa5".
-std::optional<DumpLine> ParseDumpLine(std::string_view line) {
-    constexpr std::string_view kSeparator = " = ";
-    const std::optional<unsigned> offset = TakeHexadecimal(line);
-    if (!offset || *offset >= tables::kEepromImageSize || line.substr(0, kSeparator.size()) != kSeparator) {
-        return std::nullopt;
-    }
-    line.remove_prefix(kSeparator.size());
-    const std::optional<unsigned> byte = TakeHexadecimal(line);
-    if (!byte || *byte > 0xFF || !line.empty()) {
-        return std::nullopt;
-    }
-    return DumpLine{*offset, static_cast<std::uint8_t>(*byte)};
-}
-
-/// Splits the next line off `text`, without its line end.
-std::string_view TakeLine(std::string_view& text) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    std::string_view line = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-    if (line.ends_with('\r')) {
-        line.remove_suffix(1);
-    }
-    return line;
-}
-
-std::vector<std::uint8_t> ParseDump(const JsonValue& value, std::string_view text) {
-    std::vector<std::uint8_t> image(tables::kEepromImageSize);
-    for (int number = 1; !text.empty(); ++number) {
-        const std::string_view line = TakeLine(text);
-        const std::optional<DumpLine> parsed = ParseDumpLine(line);
-        if (!parsed) {
-            value.fail("an EEPROM dump of lines like \"0x0010 = 0xa5\" with offsets below " +
-                           std::to_string(tables::kEepromImageSize),
-                       "something else in line " + std::to_string(number) + " of the file");
-        }
-        image[parsed->offset] = parsed->byte;
-    }
-    return image;
-}
-
-/// An image from its raw bytes or from the text of a dump, which is told by its first line.
+/// An image from its raw bytes or from the text of a dump.
 std::vector<std::uint8_t> ReadImageFile(const JsonValue& value, const std::filesystem::path& folder) {
     std::vector<std::uint8_t> bytes = ReadSideFile(value, folder);
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    std::string_view rest = text;
-    if (ParseDumpLine(TakeLine(rest))) {
-        return ParseDump(value, text);
+    if (formats::IsEepromDump(text)) {
+        formats::EepromDump dump = formats::ReadEepromDump(text);
+        if (const auto* const error = std::get_if<formats::EepromDumpError>(&dump)) {
+            value.fail("the dump of a whole EEPROM with " + error->expected + " in line " +
+                           std::to_string(error->line) + " of the file",
+                       error->found);
+        }
+        return std::get<std::vector<std::uint8_t>>(std::move(dump));
     }
     if (bytes.size() > tables::kEepromImageSize) {
         value.fail(
@@ -103,6 +49,26 @@ const EepromCheckSumDesc& LayoutNamed(const JsonValue& value) {
     return *layout;
 }
 
+/// Makes the checksums of the ranges that are named bad.
+void BreakCheckSums(const JsonValue& value, const EepromCheckSumDesc& layout,
+                    std::vector<std::uint8_t>& image) {
+    const auto ranges = tables::RangesOf(layout);
+    for (const JsonValue& name : value.elements()) {
+        const auto range = std::find_if(ranges.begin(), ranges.end(), [&](const SubModuleCheckSumDesc& each) {
+            return name.text() == each.name;
+        });
+        if (range == ranges.end()) {
+            std::string known;
+            for (const SubModuleCheckSumDesc& each : ranges) {
+                known += (known.empty() ? "" : ", ") + std::string(each.name);
+            }
+            name.fail("a range of that layout, one of " + known);
+        }
+        const std::uint8_t good = formats::CheckRange(image, *range).computed;
+        image[range->checkSumAddr] = static_cast<std::uint8_t>(good == 255 ? good - 1 : good + 1);
+    }
+}
+
 }  // namespace
 
 void ReadBytesByOffset(const JsonValue& value, std::vector<std::uint8_t>& image) {
@@ -121,6 +87,7 @@ EepromDescription ReadEeprom(const JsonValue& value, const std::filesystem::path
     std::optional<JsonValue> file;
     std::optional<JsonValue> fill;
     std::optional<JsonValue> bytes;
+    std::optional<JsonValue> broken;
     const EepromCheckSumDesc* layout = nullptr;
     EepromDescription eeprom;
     value.readKeys({
@@ -128,6 +95,7 @@ EepromDescription ReadEeprom(const JsonValue& value, const std::filesystem::path
         {"fill", [&](const JsonValue& v) { fill = v; }},
         {"bytes", [&](const JsonValue& v) { bytes = v; }},
         {"checksums", [&](const JsonValue& v) { layout = &LayoutNamed(v); }},
+        {"breakChecksums", [&](const JsonValue& v) { broken = v; }},
         {"readReturns", [&](const JsonValue& v) { eeprom.readReturns = v.integer<std::uint32_t>(); }},
     });
     if (file && fill) {
@@ -143,6 +111,12 @@ EepromDescription ReadEeprom(const JsonValue& value, const std::filesystem::path
     }
     if (layout != nullptr) {
         formats::StoreCheckSums(*layout, eeprom.image);
+    }
+    if (broken) {
+        if (layout == nullptr) {
+            broken->fail("\"checksums\" beside it", "none");
+        }
+        BreakCheckSums(*broken, *layout, eeprom.image);
     }
     return eeprom;
 }

@@ -13,6 +13,9 @@ namespace virtualphone {
 
 namespace {
 
+/// The folder of the camera stack's own files, which a phone has at start.
+constexpr std::string_view kPhoneFolder = "/data/vendor/camera";
+
 using Bytes = std::vector<std::uint8_t>;
 
 /// Bytes that a phone file writes down: one byte repeated ("fill", "size"), over which others may lie by
@@ -134,8 +137,45 @@ Bytes ReadContent(const JsonValue& value, const std::filesystem::path& folder) {
 /// Whether a path is absolute and names one file in one way only.
 bool IsPhonePath(std::string_view path) {
     const std::filesystem::path parsed(path);
-    return path.starts_with('/') && !path.ends_with('/') && path.find("//") == std::string::npos &&
+    return path.starts_with('/') && !path.ends_with('/') && path.find("//") == std::string_view::npos &&
            parsed == parsed.lexically_normal();
+}
+
+/// Fails for a key that is no path of a file.
+void CheckPath(const JsonValue& content, std::string_view path) {
+    // What a file system takes; a root folder has its own share of a whole path.
+    constexpr std::size_t kLongestName = 255;
+    constexpr std::size_t kLongestPath = 4095 - 256;
+    if (path.find('\0') != std::string_view::npos) {
+        content.fail("an absolute path as the key", "a key with a zero byte");
+    }
+    if (!IsPhonePath(path)) {
+        content.fail(R"(an absolute path as the key, without ".", ".." or empty parts)", "another path");
+    }
+    if (path.size() > kLongestPath) {
+        content.fail("a path of at most " + std::to_string(kLongestPath) + " bytes",
+                     std::to_string(path.size()));
+    }
+    for (const std::filesystem::path& name : std::filesystem::path(path)) {
+        if (name.native().size() > kLongestName) {
+            content.fail("names of at most " + std::to_string(kLongestName) + " bytes in the path",
+                         std::to_string(name.native().size()));
+        }
+    }
+    if (kPhoneFolder.starts_with(path) &&
+        (kPhoneFolder.size() == path.size() || kPhoneFolder[path.size()] == '/')) {
+        content.fail("the path of a file", "a folder that the phone has");
+    }
+}
+
+/// Fails for a file that stands where the path to another one needs a folder.
+void CheckFolders(const JsonValue& content, std::string_view path, const PhoneDescription& phone) {
+    for (std::size_t end = path.rfind('/'); end > 0; end = path.rfind('/', end - 1)) {
+        const std::string folder(path.substr(0, end));
+        if (phone.files.contains(folder)) {
+            content.fail("a path through folders", "one through the file " + folder);
+        }
+    }
 }
 
 }  // namespace
@@ -152,18 +192,16 @@ std::vector<std::uint8_t> ReadSideFile(const JsonValue& name, const std::filesys
 void ReadFiles(const JsonValue& value, const std::filesystem::path& folder, PhoneDescription& phone) {
     std::size_t total = 0;
     for (const auto& [path, content] : value.members()) {
-        if (path.find('\0') != std::string_view::npos) {
-            content.fail("an absolute path as the key", "a key with a zero byte");
-        }
-        if (!IsPhonePath(path)) {
-            content.fail(R"(an absolute path as the key, without ".", ".." or empty parts)", "another path");
-        }
+        CheckPath(content, path);
         Bytes& bytes = phone.files[std::string(path)] = ReadContent(content, folder);
         total += bytes.size();
         if (total > kLargestFile) {
             content.fail("at most " + std::to_string(kLargestFile) + " bytes in all files up to this one",
                          std::to_string(total));
         }
+    }
+    for (const auto& [path, content] : value.members()) {
+        CheckFolders(content, path, phone);
     }
 }
 
