@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cxxabi.h>
 #include <dlfcn.h>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <link.h>
@@ -22,7 +23,8 @@ class Library {
   public:
     explicit Library(const char* path) {
         std::ifstream file(path, std::ios::binary);
-        mBytes.assign(std::istreambuf_iterator<char>(file), {});
+        mBytes.resize(std::filesystem::file_size(path));
+        file.read(mBytes.data(), std::ssize(mBytes));
         const auto* const header = at<ElfW(Ehdr)>(0);
         const auto* const segments = at<ElfW(Phdr)>(header->e_phoff);
         mHasThreadLocals = std::any_of(segments, segments + header->e_phnum,
