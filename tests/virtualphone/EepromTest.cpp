@@ -52,9 +52,11 @@ TEST(Eeprom, FillThenBytesThenChecksums) {
 }
 
 TEST(Eeprom, NamedChecksumsAreBroken) {
-    const TestPhone phone(PhoneWithEeprom(R"({ "fill": 1, "checksums": "halcyrion_semco_wide_imx707_eeprom",
-                                              "breakChecksums": ["LSC", "AF"] })"));
-    EXPECT_EQ(Others(ReadModule().bytes, 1), "67=1D 1892=14 3800=59 8395=E9 8505=4B ");
+    const virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
+        PhoneWithEeprom(R"({ "fill": 1, "checksums": "halcyrion_semco_wide_imx707_eeprom",
+                             "breakChecksums": ["LSC", "AF"] })"),
+        "", "p.json");
+    EXPECT_EQ(Others(phone.sensors.at(0).eeprom.value().image, 1), "67=1D 1892=14 3800=59 8395=E9 8505=4B ");
 }
 
 TEST(Eeprom, FileIsRawOrDumpTextAndTakesBytes) {
