@@ -41,6 +41,17 @@ TEST(FileBuffer, WholeFileAndExtraZeros) {
     }
 }
 
+TEST(FileBuffer, AsLargeAsItsSizeCanSay) {
+    const TestPhone phone;
+    phone.write("/data/beauty", {7});
+    unsigned char* buf = nullptr;
+    int size = 0;
+    // Memory that nobody writes to takes no room.
+    EXPECT_EQ(TestPlugin().allocBufAndReadFromFile("/data/beauty", &buf, &size, INT_MAX - 1), 0);
+    std::free(buf);
+    EXPECT_EQ(size, INT_MAX);
+}
+
 TEST(FileBuffer, FailuresLeaveTheOutputsAlone) {
     TestPhone phone;
     const std::string root = phone.phone().root();
