@@ -40,7 +40,8 @@ TEST(Arguments, AnyNumberForARoleASensorOrADevice) {
 
         plugin.MetadataUpdate(NSCam::NSMetadataProviderManager::valueForByDeviceId(0), number);
         std::vector<unsigned> tags;
-        for (const record::Tag& tag : phone.record().devices.at(0).metadata) {
+        const Record record = phone.record();
+        for (const record::Tag& tag : record.devices.at(0).metadata) {
             tags.push_back(tag.tag);
         }
         // The role, none, and what every device gets.
