@@ -181,7 +181,7 @@ class Reader {
     template <typename Item>
     bool getValuesOf(TagValues& values) {
         std::vector<Item> items;
-        if (!getItems(items)) {
+        if (!getItems(items) || items.empty()) {
             return false;
         }
         values = TagValues(std::move(items));

@@ -2,7 +2,9 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -18,7 +20,14 @@ namespace {
 /// Nobody else gives a folder such a name.
 constexpr const char* kPrefix = "virtualphone-temporary-";
 
+/// Once for each parent, which may hold very many other things.
 void RemoveOrphans(const fs::path& parent) {
+    static std::mutex mutex;
+    static std::set<fs::path> done;
+    const std::lock_guard guard(mutex);
+    if (!done.insert(parent).second) {
+        return;
+    }
     std::error_code error;
     for (fs::directory_iterator entry(parent, error); !error && entry != fs::directory_iterator();
          entry.increment(error)) {
@@ -47,7 +56,7 @@ TemporaryFolder::TemporaryFolder() {
         const char* const named = std::getenv("TMPDIR");
         Fail(named == nullptr ? "/tmp" : named, missing.value());
     }
-    [[maybe_unused]] static const bool cleaned = (RemoveOrphans(parent), true);
+    RemoveOrphans(parent);
     while (mLock == nullptr) {
         std::string made = (parent / kPrefix).string() + "XXXXXX";
         if (mkdtemp(made.data()) == nullptr) {
