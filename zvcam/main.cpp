@@ -1,31 +1,95 @@
+#include <algorithm>
 #include <exception>
 #include <functional>
 #include <iostream>
+#include <new>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
+#include "analysis/Why.h"
+#include "formats/PrintableText.h"
 #include "supervisor/EndOnSignal.h"
-#include "zvcam/commands/RunCommand.h"
+#include "zvcam/commands/Boots.h"
+#include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Output.h"
+
+namespace {
+
+/// Longest message, in bytes.
+constexpr std::size_t kLongestMessage = 300;
+
+/// One line on standard error, printable and of bounded length.
+int Complain(std::string_view message) {
+    std::cerr << formats::Shortened("zvcam: " + formats::Printable(message), kLongestMessage) << '\n';
+    return zvcam::kExitUnusable;
+}
+
+/// Prints help, version or a complaint about the command line.
+int ExitOfParser(const CLI::App& app, const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) {
+        app.exit(error, std::cout, std::cerr);
+        return zvcam::kExitUnusable;
+    }
+    zvcam::PrintOut([&](std::ostream& out) { app.exit(error, out, std::cerr); });
+    return zvcam::kExitSuccess;
+}
+
+std::vector<std::string> CommandNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* const command : app.get_subcommands([](const CLI::App*) { return true; })) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
+/// What is wrong with the first argument where it should name a command; empty where it does.
+std::string UnknownCommand(const CLI::App& app, std::string_view first) {
+    const std::vector<std::string> names = CommandNames(app);
+    if (first.empty() || first.starts_with('-') ||
+        std::find(names.begin(), names.end(), first) != names.end()) {
+        return {};
+    }
+    return "no command is called \"" + std::string(first) + "\"; the nearest is \"" +
+           analysis::NearestOf(names, first, 1).front() + "\"";
+}
+
+int Main(int argc, char** argv) {
+    CLI::App app("Boots virtual phones with the camera platform-information plug-in, and explains them.",
+                 "zvcam");
+    app.footer(
+        "Exit status: 0; 1 the boot did not return, or what was compared differs; 2 wrong usage, an input\n"
+        "that cannot be used, or an output that cannot be written.");
+    app.set_version_flag("--version", "zvcam " ZVCAM_VERSION);
+    app.require_subcommand(1);
+    std::function<int()> chosen;
+    for (const auto& add :
+         {zvcam::AddRunCommand, zvcam::AddGetpropCommand, zvcam::AddDumpsysCommand, zvcam::AddLogcatCommand,
+          zvcam::AddStreamsCommand, zvcam::AddWhyCommand, zvcam::AddDiffCommand}) {
+        add(app, chosen);
+    }
+    if (const std::string wrong = UnknownCommand(app, argc > 1 ? argv[1] : ""); !wrong.empty()) {
+        return Complain(wrong);
+    }
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return ExitOfParser(app, error);
+    }
+    return chosen();
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
     try {
         const supervisor::EndOnSignal endOnSignal;
-        CLI::App app("Boots virtual phones with the camera platform-information plug-in.", "zvcam");
-        app.footer(
-            "Exit codes: 0 success; 1 the plug-in threw; 2 wrong usage, a phone file or plug-in that cannot\n"
-            "be used, or an output that cannot be written.");
-        app.set_version_flag("--version", "zvcam " ZVCAM_VERSION);
-        app.require_subcommand(1);
-        std::function<int()> chosen;
-        zvcam::AddRunCommand(app, chosen);
-        try {
-            app.parse(argc, argv);
-        } catch (const CLI::ParseError& error) {
-            return app.exit(error) == 0 ? zvcam::kExitSuccess : zvcam::kExitUnusable;
-        }
-        return chosen();
+        return Main(argc, argv);
+    } catch (const std::bad_alloc&) {
+        return Complain("there is not enough memory");
     } catch (const std::exception& error) {
-        std::cerr << "zvcam: " << error.what() << '\n';
-        return zvcam::kExitUnusable;
+        return Complain(error.what());
     }
 }

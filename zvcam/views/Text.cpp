@@ -1,18 +1,38 @@
 #include "zvcam/views/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <ostream>
+
+#include "analysis/TagContents.h"
+#include "tables/PublishedTags.h"
 
 namespace zvcam {
 
 namespace {
 
 constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+/// Bytes of a blob that are shown.
+constexpr std::size_t kShownBytes = 16;
 
 void AppendHex(std::string& text, std::uint8_t byte) {
     text += kHexDigits[byte >> 4];
     text += kHexDigits[byte & 0xF];
+}
+
+/// Columns that a text takes on a terminal: colour takes none, nor do the later bytes of a UTF-8 character.
+std::size_t Width(std::string_view text) {
+    std::size_t width = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\x1B') {
+            i = std::min(text.find('m', i), text.size());
+        } else if ((static_cast<std::uint8_t>(text[i]) & 0xC0U) != 0x80U) {
+            ++width;
+        }
+    }
+    return width;
 }
 
 }  // namespace
@@ -21,15 +41,6 @@ std::string HexNumber(std::uint32_t number) {
     std::array<char, 16> text;
     std::snprintf(text.data(), text.size(), "0x%X", number);
     return text.data();
-}
-
-std::string HexBytes(std::span<const std::uint8_t> bytes) {
-    std::string text;
-    text.reserve(2 * bytes.size());
-    for (const std::uint8_t byte : bytes) {
-        AppendHex(text, byte);
-    }
-    return text;
 }
 
 std::string ModeText(unsigned mode) {
@@ -44,36 +55,59 @@ std::string FloatText(float number) {
 }
 
 const char* TypeName(tables::TagItemType type) {
-    using Type = tables::TagItemType;
-    switch (type) {
-        case Type::Int32:
-            return "int32";
-        case Type::Int64:
-            return "int64";
-        case Type::Float:
-            return "float";
-        case Type::Byte:
-            return "byte";
-        case Type::Memory:
-            return "memory";
-        case Type::None:
-            break;
-    }
-    return "none";
+    constexpr std::array<const char*, 6> kNames = {"none", "int32", "int64", "float", "byte", "memory"};
+    return kNames[static_cast<std::size_t>(type)];
 }
 
-std::string Printable(std::string_view text) {
-    std::string printable;
-    for (const char c : text) {
-        const auto byte = static_cast<std::uint8_t>(c);
-        if (byte < 0x20 || byte == 0x7F) {
-            printable += "\\x";
-            AppendHex(printable, byte);
-        } else {
-            printable += c;
+std::string TagName(std::uint32_t tag) {
+    const tables::PublishedTag* const row = tables::FindPublishedTag(tag);
+    return row == nullptr ? HexNumber(tag) : row->name;
+}
+
+std::string Counted(std::size_t count, std::string_view noun) {
+    return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
+}
+
+std::string BlobText(std::span<const std::uint8_t> bytes) {
+    std::string text = Counted(bytes.size(), "byte");
+    const analysis::BlockContent content = analysis::ContentOf(bytes);
+    if (content.filledWith && bytes.size() > kShownBytes) {
+        return text + " of " + HexNumber(*content.filledWith);
+    }
+    const std::size_t shown = std::min(bytes.size(), kShownBytes);
+    for (std::size_t i = 0; i < shown; ++i) {
+        text += i == 0 ? ": " : " ";
+        AppendHex(text, bytes[i]);
+    }
+    return shown < bytes.size() ? text + " and " + std::to_string(bytes.size() - shown) + " more" : text;
+}
+
+std::string Milliseconds(std::int64_t nanoseconds) {
+    std::array<char, 40> text;
+    std::snprintf(text.data(), text.size(), "%.3f", static_cast<double>(nanoseconds) / 1e6);
+    return text.data();
+}
+
+void Table::print(std::ostream& out, std::size_t indent) const {
+    std::vector<std::size_t> widths;
+    for (const std::vector<std::string>& row : mRows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        // What stands last in a row widens no column.
+        for (std::size_t i = 0; i + 1 < row.size(); ++i) {
+            widths[i] = std::max(widths[i], Width(row[i]));
         }
     }
-    return printable;
+    for (const std::vector<std::string>& row : mRows) {
+        std::string line(indent, ' ');
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            line += row[i];
+            if (i + 1 < row.size()) {
+                line.append(widths[i] - Width(row[i]) + 2, ' ');
+            }
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        out << line << '\n';
+    }
 }
 
 }  // namespace zvcam

@@ -2,19 +2,19 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iosfwd>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "tables/PublishedTags.h"
+#include "formats/PrintableText.h"
+#include "record/TagValues.h"
 
 namespace zvcam {
 
 /// A number as people write ids: "0x91010021".
 std::string HexNumber(std::uint32_t number);
-
-/// Bytes as upper-case hexadecimal digits without blanks.
-std::string HexBytes(std::span<const std::uint8_t> bytes);
 
 /// Permission bits in four octal digits: "0644".
 std::string ModeText(unsigned mode);
@@ -25,7 +25,47 @@ std::string FloatText(float number);
 /// "int32", "int64", "float", "byte", "memory" or "none".
 const char* TypeName(tables::TagItemType type);
 
-/// The text with control characters written out ("\x1B"), so that it does nothing to a terminal.
-std::string Printable(std::string_view text);
+/// The name of a published tag, else its number.
+std::string TagName(std::uint32_t tag);
+
+using formats::Printable;
+
+/// "1 byte", "2 bytes".
+std::string Counted(std::size_t count, std::string_view noun);
+
+/// What a blob is at a glance: "4096 bytes of 0x15", "216 bytes: 00 00 00 40 ... and 200 more".
+std::string BlobText(std::span<const std::uint8_t> bytes);
+
+/// Nanoseconds as milliseconds: "33.333".
+std::string Milliseconds(std::int64_t nanoseconds);
+
+/// What a terminal can show.
+struct Style {
+    bool colour = false;
+
+    std::string bad(std::string_view text) const { return painted("31", text); }
+    std::string doubtful(std::string_view text) const { return painted("33", text); }
+    std::string good(std::string_view text) const { return painted("32", text); }
+    std::string bold(std::string_view text) const { return painted("1", text); }
+
+  private:
+    std::string painted(const char* code, std::string_view text) const {
+        return colour ? "\x1B[" + std::string(code) + "m" + std::string(text) + "\x1B[0m" : std::string(text);
+    }
+};
+
+/// Rows whose columns line up, each as wide as its widest text; the last one stays ragged.
+class Table {
+  public:
+    /// @return the row, which may grow until the next one.
+    std::vector<std::string>& row(std::vector<std::string> cells) {
+        return mRows.emplace_back(std::move(cells));
+    }
+    /// Prints the rows behind so many blanks, the columns two blanks apart.
+    void print(std::ostream& out, std::size_t indent) const;
+
+  private:
+    std::vector<std::vector<std::string>> mRows;
+};
 
 }  // namespace zvcam

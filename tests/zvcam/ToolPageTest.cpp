@@ -1,0 +1,46 @@
+#include <regex>
+#include <sstream>
+#include <vector>
+
+#include "tests/zvcam/Zvcam.h"
+
+namespace {
+
+const std::string kIndent = "    ";
+
+/// What the page shows of a command's output: indented, every thread with the id 1234.
+std::string Shown(const std::string& output) {
+    const std::regex thread("\\( *[0-9]+\\): \\([0-9]+\\)\\[");
+    std::istringstream lines(std::regex_replace(output, thread, "( 1234): (1234)["));
+    std::string shown;
+    for (std::string line; std::getline(lines, line);) {
+        shown += (line.empty() ? "" : kIndent + line) + "\n";
+    }
+    return shown;
+}
+
+TEST_F(Zvcam, ToolPageShowsWhatTheProgramPrints) {
+    const std::string page = SOURCE "/docs/tool.md";
+    const std::string text = ReadText(page);
+    const std::string prompt = kIndent + "$ zvcam ";
+    std::istringstream lines(text);
+    std::string renewed;
+    bool inSample = false;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(prompt)) {
+            const Result result = zvcam(line.substr(prompt.size()), SOURCE);
+            EXPECT_THAT(result.error, testing::IsEmpty()) << line;
+            renewed += (inSample ? "\n" : "") + line + "\n" + Shown(result.out);
+            inSample = true;
+        } else if (!inSample || !(line.starts_with(kIndent) || line.empty())) {
+            renewed += (inSample ? "\n" : "") + line + "\n";
+            inSample = false;
+        }
+    }
+    if (std::getenv("ZELVAN_RENEW_GOLDEN") != nullptr) {
+        std::ofstream(page) << renewed;
+    }
+    EXPECT_EQ(renewed, text) << "scripts/renew-golden writes the page anew.";
+}
+
+}  // namespace

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <sys/wait.h>
+
+#include <gmock/gmock.h>
+
+#include "virtualphone/TemporaryFolder.h"
+
+// ZVCAM, FAKE_PLUGIN and NO_PLUGIN are file names, PHONES and SOURCE folders; the build defines them.
+
+struct Result {
+    int exitCode;
+    std::string out;
+    std::string error;
+};
+
+inline std::string ReadText(const std::filesystem::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    EXPECT_TRUE(stream) << path << " is missing";
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Runs zvcam in a folder of its own, beside the phone files of the test.
+class Zvcam : public testing::Test {
+  protected:
+    Zvcam() {
+        std::filesystem::create_directory(mFolder.path() / "tmp");
+        write("phone.json", R"({"name": "small", "faults": {"propertySet": ["refused"]}})");
+    }
+
+    /// Whatever happens, no temporary folder is left.
+    ~Zvcam() override { EXPECT_TRUE(std::filesystem::is_empty(mFolder.path() / "tmp")); }
+
+    Result zvcam(const std::string& arguments, const std::filesystem::path& folder = {}) const {
+        const std::string command = "cd '" + (folder.empty() ? mFolder.path() : folder).string() +
+                                    "' && umask 022 && TMPDIR='" + file("tmp").string() + "' '" ZVCAM "' >'" +
+                                    file("out").string() + "' 2>'" + file("error").string() + "' " +
+                                    arguments;
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(file("out")), ReadText(file("error"))};
+    }
+
+    std::filesystem::path file(const std::string& name) const { return mFolder.path() / name; }
+    void write(const std::string& name, const std::string& text) const { std::ofstream(file(name)) << text; }
+
+  private:
+    virtualphone::TemporaryFolder mFolder;
+};

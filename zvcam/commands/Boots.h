@@ -1,0 +1,55 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "analysis/Boot.h"
+#include "analysis/Devices.h"
+
+namespace zvcam {
+
+/// Exit statuses of every command.
+inline constexpr int kExitSuccess = 0;
+inline constexpr int kExitBad = 1;  ///< the boot did not return, or what was compared differs
+inline constexpr int kExitUnusable =
+    2;  ///< usage, an input that cannot be used, an output that cannot be written
+
+/// The boot that a command looks at, and how it comes to be.
+struct BootOptions {
+    std::string source;  ///< a phone file, a report, or "-" for either on standard input
+    std::string root;
+    bool cleanRoot = false;
+    std::string library;
+    std::vector<std::string> properties;  ///< NAME=VALUE
+    double timeout = 60;                  ///< seconds
+};
+
+/// Adds the options that `options` holds, and the positional P for its source.
+void AddBootOptions(CLI::App& command, BootOptions& options);
+/// The options alone, for a command whose sources are named by other positionals.
+void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options);
+
+/// Boots the phone, or reads the report.
+/// @throws std::exception for what cannot be used.
+analysis::Boot Obtain(const BootOptions& options);
+
+/// Every file that `Obtain` reads: the source, its side files, the plug-in. What cannot be read names none.
+std::vector<std::filesystem::path> InputsOf(const BootOptions& options);
+
+/// Says on standard error how the boot ended, unless it returned.
+/// @return the exit status of a command that has done its work on it.
+int ExitStatusOf(const analysis::Boot& boot);
+
+/// Position of the device update that a person names: "4" for logical device 4, "4/3" for its member with
+/// sensor id 3.
+/// @throws std::runtime_error for a text that names none.
+std::size_t DeviceNamed(const std::string& text, const std::vector<analysis::Device>& devices);
+
+/// Refuses an empty name: what an unset variable of a shell leaves would pass for no option at all.
+std::string CheckNotEmpty(const std::string& text);
+
+}  // namespace zvcam

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+
+#include <CLI/CLI.hpp>
+
+namespace zvcam {
+
+// Each adds its command. `chosen` receives the command's action when it is the one that the user gave; the
+// action returns the exit status.
+
+/// Boots a phone and tells what its modules, calibration and devices are, the worst first.
+void AddRunCommand(CLI::App& app, std::function<int()>& chosen);
+void AddGetpropCommand(CLI::App& app, std::function<int()>& chosen);
+void AddDumpsysCommand(CLI::App& app, std::function<int()>& chosen);
+void AddLogcatCommand(CLI::App& app, std::function<int()>& chosen);
+void AddStreamsCommand(CLI::App& app, std::function<int()>& chosen);
+/// Explains where a published item comes from, or why it is missing.
+void AddWhyCommand(CLI::App& app, std::function<int()>& chosen);
+/// Compares two boots.
+void AddDiffCommand(CLI::App& app, std::function<int()>& chosen);
+
+}  // namespace zvcam

@@ -1,0 +1,60 @@
+#include <map>
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include "zvcam/commands/Boots.h"
+#include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Output.h"
+
+namespace zvcam {
+
+namespace {
+
+struct GetpropOptions {
+    BootOptions boot;
+    std::string name;
+};
+
+/// Every property after the boot: those that the phone started with, and those that were set.
+std::map<std::string, std::string> PropertiesAfter(const analysis::Boot& boot) {
+    std::map<std::string, std::string> properties;
+    if (boot.phone) {
+        properties = boot.phone->properties;
+    }
+    for (const record::PropertySet* const set : record::EventsOf<record::PropertySet>(boot.record)) {
+        if (set->stored) {
+            properties[set->name] = set->value;
+        }
+    }
+    return properties;
+}
+
+int Run(const GetpropOptions& options) {
+    const analysis::Boot boot = Obtain(options.boot);
+    const std::map<std::string, std::string> properties = PropertiesAfter(boot);
+    PrintOut([&](std::ostream& out) {
+        if (!options.name.empty()) {
+            const auto found = properties.find(options.name);
+            out << (found == properties.end() ? "" : Printable(found->second)) << '\n';
+            return;
+        }
+        for (const auto& [name, value] : properties) {
+            out << '[' << Printable(name) << "]: [" << Printable(value) << "]\n";
+        }
+    });
+    return ExitStatusOf(boot);
+}
+
+}  // namespace
+
+void AddGetpropCommand(CLI::App& app, std::function<int()>& chosen) {
+    const auto options = std::make_shared<GetpropOptions>();
+    CLI::App* const command = app.add_subcommand("getprop", "Print the system properties after the boot");
+    AddBootOptions(*command, options->boot);
+    command->add_option("NAME", options->name, "Print the value of this property alone")
+        ->check(CheckNotEmpty);
+    command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
+}
+
+}  // namespace zvcam

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cerrno>
+#include <filesystem>
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "zvcam/views/Text.h"
+
+namespace zvcam {
+
+using Print = std::function<void(std::ostream&)>;
+
+/// Prints to standard output, and makes sure that all of it arrived.
+/// @throws std::runtime_error when it did not.
+void PrintOut(const Print& print);
+
+/// Writes a file as a whole or not at all: it takes its place when it is complete. A file that is no regular
+/// one, a pipe or a device, is written as it stands. "-" is standard output.
+/// @throws std::runtime_error when it cannot be written.
+void WriteFile(const std::string& path, const Print& print);
+
+/// Refuses to write over an input.
+/// @param inputs the files that were read; empty names are passed over.
+/// @throws std::runtime_error when `path` leads to one of them.
+void CheckIsNoInput(const std::string& path, const std::vector<std::filesystem::path>& inputs);
+
+/// What standard output can show: colour on a terminal, unless NO_COLOR asks for none.
+Style OutputStyle();
+
+}  // namespace zvcam

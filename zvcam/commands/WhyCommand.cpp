@@ -1,0 +1,107 @@
+#include <algorithm>
+#include <memory>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "analysis/Why.h"
+#include "zvcam/commands/Boots.h"
+#include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Output.h"
+#include "zvcam/views/WhyView.h"
+
+namespace zvcam {
+
+namespace {
+
+struct WhyOptions {
+    BootOptions boot;
+    std::string item;
+    std::string device;
+};
+
+std::string Listed(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    return text;
+}
+
+/// The one thing that a text names. Of the two numbers of a bokeh tag, that of the device's role.
+analysis::Item ItemNamed(const std::string& text, const analysis::Device* device) {
+    std::vector<analysis::Item> items = analysis::ItemsNamed(text);
+    if (items.empty()) {
+        throw std::runtime_error("nothing that is published is called \"" + Printable(text) +
+                                 "\"; similar: " + Listed(analysis::NamesLike(text)));
+    }
+    if (items.size() == 2 && items[0].name == items[1].name) {
+        return device != nullptr && analysis::AppliesTo(items[1].tag, *device) ? items[1] : items[0];
+    }
+    if (items.size() > 1) {
+        std::vector<std::string> names;
+        for (const analysis::Item& item : items) {
+            names.push_back(item.name);
+        }
+        throw std::runtime_error("\"" + Printable(text) + "\" may be " + Listed(names));
+    }
+    return items[0];
+}
+
+/// The device whose tag is asked about: the one that the user names, else the first logical device that has
+/// it, else the first that it applies to.
+std::size_t DeviceOf(const WhyOptions& options, const std::vector<analysis::Device>& devices) {
+    if (!options.device.empty()) {
+        return DeviceNamed(options.device, devices);
+    }
+    const auto first = [&](const auto& wanted) {
+        return static_cast<std::size_t>(std::find_if(devices.begin(), devices.end(), wanted) -
+                                        devices.begin());
+    };
+    const std::uint32_t tag = ItemNamed(options.item, nullptr).tag;
+    const std::size_t with = first([=](const analysis::Device& device) {
+        return device.metadata != nullptr && analysis::FindTag(*device.metadata, tag) != nullptr;
+    });
+    const std::size_t meant =
+        first([=](const analysis::Device& device) { return analysis::AppliesTo(tag, device); });
+    return with < devices.size() ? with : meant < devices.size() ? meant : 0;
+}
+
+int Run(const WhyOptions& options) {
+    const bool isTag = ItemNamed(options.item, nullptr).kind == analysis::Item::Kind::Tag;
+    const analysis::Boot boot = Obtain(options.boot);
+    const analysis::Course course = analysis::CourseOf(boot.record);
+    const std::vector<analysis::Device> devices = analysis::DevicesOf(boot, course);
+    if (isTag && devices.empty()) {
+        throw std::runtime_error("the boot came to no device");
+    }
+    const std::size_t device = isTag ? DeviceOf(options, devices) : 0;
+    const analysis::Item item = ItemNamed(options.item, isTag ? &devices[device] : nullptr);
+    const analysis::Reason reason = analysis::WhyOf(boot, course, devices, item, device);
+    PrintOut([&](std::ostream& out) { PrintReason(out, reason, boot.record.ordered, OutputStyle()); });
+    return ExitStatusOf(boot);
+}
+
+}  // namespace
+
+void AddWhyCommand(CLI::App& app, std::function<int()>& chosen) {
+    const auto options = std::make_shared<WhyOptions>();
+    CLI::App* const command =
+        app.add_subcommand("why", "Explain who published a property, file or tag, or why nobody did");
+    AddBootOptions(*command, options->boot);
+    command
+        ->add_option(
+            "ITEM", options->item,
+            "A property, a path, a tag by name or number; the end of a name does where it is the only one")
+        ->required()
+        ->check(CheckNotEmpty);
+    command
+        ->add_option("--device", options->device,
+                     "The device whose tag is meant, or its member M; without it the first that has it")
+        ->type_name("N[/M]")
+        ->check(CheckNotEmpty);
+    command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
+}
+
+}  // namespace zvcam
