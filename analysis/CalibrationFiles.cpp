@@ -222,4 +222,15 @@ bool CalibrationFolder::stabiliserTaken(const FuseIdOwners& owners) const {
            IsForStabiliser(stabiliser->content.ois->reading.file, owners);
 }
 
+bool CalibrationFolder::good(const FuseIdOwners* owners) const {
+    const bool sound = (stabiliser || !considered.empty()) &&
+                       (!stabiliser || stabiliser->content.oisTrouble().empty()) &&
+                       std::all_of(considered.begin(), considered.end(),
+                                   [](const File& file) { return file.content.dualTrouble().empty(); });
+    return sound && (owners == nullptr ||
+                     (stabiliserTaken(*owners) &&
+                      std::all_of(tables::kDualCameraPairs.begin(), tables::kDualCameraPairs.end(),
+                                  [&](const auto& pair) { return takenFor(pair, *owners) != nullptr; })));
+}
+
 }  // namespace analysis

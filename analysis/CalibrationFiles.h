@@ -80,6 +80,9 @@ struct CalibrationFolder {
     /// The file that a pair's block is taken from; null: none.
     const File* takenFor(const DualCameraCalDataInfo& pair, const FuseIdOwners& owners) const;
     bool stabiliserTaken(const FuseIdOwners& owners) const;
+    /// Whether there is something, all of it sound, and for a phone every place filled that can be.
+    /// @param owners null where nobody says.
+    bool good(const FuseIdOwners* owners) const;
 };
 
 }  // namespace analysis

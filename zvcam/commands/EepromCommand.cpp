@@ -81,15 +81,13 @@ std::string CheckLayout(const std::string& name) {
 }
 
 formats::EepromFile Read(const std::string& file) {
-    const virtualphone::FileContent content = virtualphone::ReadInput(file);
-    formats::EepromFile eeprom = formats::ReadEepromFile(content.bytes);
-    if (!content.error.empty() || eeprom.size == 0) {
+    constexpr std::string_view kExpected = "an EEPROM image or its dump";
+    formats::EepromFile eeprom = formats::ReadEepromFile(ReadFile(file, kExpected));
+    if (eeprom.size == 0) {
+        const bool empty = eeprom.expected.empty();
         throw std::runtime_error(virtualphone::InputName(file) + ": expected " +
-                                 (eeprom.expected.empty() ? "an EEPROM image or its dump" : eeprom.expected) +
-                                 ", got " +
-                                 (!content.error.empty() ? content.error
-                                  : eeprom.found.empty() ? "an empty file"
-                                                         : eeprom.found));
+                                 (empty ? std::string(kExpected) : eeprom.expected) + ", got " +
+                                 (empty ? "an empty file" : eeprom.found));
     }
     return eeprom;
 }

@@ -5,10 +5,11 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
-#include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "formats/PrintableText.h"
+#include "virtualphone/InputFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Output.h"
 
@@ -20,6 +21,15 @@ void Complain(std::string_view message) {
     /// Longest line, in bytes.
     constexpr std::size_t kLongest = 300;
     std::cerr << formats::Shortened("zvcam: " + formats::Printable(message), kLongest) << '\n';
+}
+
+std::vector<std::uint8_t> ReadFile(const std::string& file, std::string_view expected) {
+    virtualphone::FileContent content = virtualphone::ReadInput(file);
+    if (!content.error.empty()) {
+        throw std::runtime_error(virtualphone::InputName(file) + ": expected " + std::string(expected) +
+                                 ", got " + content.error);
+    }
+    return std::move(content.bytes);
 }
 
 int ForEachFile(const std::vector<std::string>& files,

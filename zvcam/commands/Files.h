@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -9,6 +10,11 @@ namespace zvcam {
 
 /// Prints one line on standard error, printable and of bounded length.
 void Complain(std::string_view message);
+
+/// The bytes of a file, or of "-".
+/// @param expected what it should be, for the message.
+/// @throws std::runtime_error for one that cannot be read.
+std::vector<std::uint8_t> ReadFile(const std::string& file, std::string_view expected);
 
 /// Does the work on each of several files, and complains of those that cannot be used.
 /// @param isGood does the work on one; throws std::exception for a file that cannot be used.
