@@ -123,7 +123,11 @@ TEST_F(Zvcam, ReportIsCompleteAndExact) {
     {"eepromRead": 0},
     {"log": 0},
     {"log": 1}
-  ]
+  ],
+  "description": {
+    "name": "small",
+    "faults": {"propertySet": ["refused"]}
+  }
 }
 )";
     const Result printed = zvcam(kFake + "--json -");
@@ -204,14 +208,14 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
          "--set: expected a value of at most 91 characters, got 92" + hint},
         {"run none.json", "zvcam: none.json: expected a phone file, got No such file or directory\n"},
         {"run bad.json --root made",
-         "zvcam: bad.json: /sensor: expected one of the keys name, properties, files, sensors, "
+         "zvcam: bad.json: /sensor: expected one of the keys $schema, name, properties, files, sensors, "
          "sensorAliases, logicalDevices, sensorDeviceIndexes, staticMetadata, faults, got an unknown key\n"},
         {"run phone.json --library none.so",
          "zvcam: " + folder + "/none.so: cannot open shared object file: No such file or directory\n"},
         {"run phone.json --library '" NO_PLUGIN "'",
          "zvcam: " NO_PLUGIN ": undefined symbol: _ZN24CameraPlatformInfoZelvan14CreateInstanceEv\n"},
         {"run phone.json --root phone.json",
-         "zvcam: " + folder + "/phone.json/data/vendor/camera: cannot make the folder: Not a directory\n"},
+         "zvcam: " + folder + "/phone.json: cannot use the folder as a phone's root: Not a directory\n"},
         {kFake + "--json none/report", "zvcam: cannot write none/report: No such file or directory\n"},
         {kFake + "--json /dev/full", "zvcam: cannot write /dev/full: No space left on device\n"},
         {kFake + ">/dev/full", "zvcam: cannot write standard output: No space left on device\n"},
