@@ -1,6 +1,8 @@
 #include "record/BootRecord.h"
 
+#include <array>
 #include <cstddef>
+#include <cstdio>
 #include <cstring>
 
 namespace record {
@@ -32,6 +34,26 @@ LineParts Split(std::string_view message) {
 std::string SignalName(int signal) {
     const char* const name = sigabbrev_np(signal);
     return name == nullptr ? "signal " + std::to_string(signal) : std::string("SIG") + name;
+}
+
+std::string EndText(const Ended& ended) {
+    const std::string step = ended.step.empty() ? "" : " in " + ended.step;
+    switch (ended.how) {
+        case Ended::How::Threw:
+            return "threw: " + ended.what;
+        case Ended::How::Signal:
+            return "was ended by " + SignalName(ended.signal) + step;
+        case Ended::How::Exited:
+            return "exited with status " + std::to_string(ended.exitStatus) + step;
+        case Ended::How::Timeout: {
+            std::array<char, 32> seconds;
+            std::snprintf(seconds.data(), seconds.size(), "%g", ended.seconds);
+            return std::string("did not return within ") + seconds.data() + " seconds" + step;
+        }
+        case Ended::How::Returned:
+            break;
+    }
+    return "returned";
 }
 
 std::string_view OperationOf(const LogLine& line) {

@@ -36,6 +36,10 @@ struct Ended {
 /// "SIGSEGV" of 11; "signal 34" of one that has no name.
 std::string SignalName(int signal);
 
+/// "threw: off the end", "was ended by SIGSEGV in OverriderDualCamCalData", "exited with status 0 ...", "did not
+/// return within 60 seconds ..."; "returned".
+std::string EndText(const Ended& ended);
+
 /// The build of the plug-in that was booted.
 struct PluginIdentity {
     std::string path;
@@ -50,6 +54,8 @@ struct BootRecord {
     std::optional<PluginIdentity> plugin;
     std::vector<Event> events;
     std::vector<ChangedFile> files;  ///< by ascending path
+    /// Files that lay in a kept root already and that the phone did not lay.
+    std::uint64_t foreignFiles = 0;
     /// What could not be found out after the run, a line each: a file that cannot be read, events that were
     /// lost.
     std::vector<std::string> troubles;

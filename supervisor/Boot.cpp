@@ -1,38 +1,385 @@
 #include "supervisor/Boot.h"
 
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <fcntl.h>
+#include <iostream>
+#include <mutex>
 #include <optional>
+#include <poll.h>
+#include <pthread.h>
+#include <string>
+#include <string_view>
+#include <sys/epoll.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/timerfd.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
 #include <utility>
+#include <vector>
 
+#include "record/EventFrames.h"
 #include "record/Recorder.h"
+#include "supervisor/EndOnSignal.h"
 #include "supervisor/Plugin.h"
+#include "supervisor/SharedLog.h"
+#include "virtualphone/DeviceFiles.h"
+#include "virtualphone/PhoneFile.h"
 #include "virtualphone/TemporaryFolder.h"
 #include "virtualphone/VirtualPhone.h"
 
 namespace supervisor {
 
-record::BootRecord Boot(const virtualphone::PhoneDescription& description, const BootOptions& options) {
-    std::optional<virtualphone::TemporaryFolder> temporary;
-    if (options.root.empty()) {
-        temporary.emplace();
+namespace {
+
+using record::Ended;
+
+/// What a message of the child is; its first byte.
+enum class Message : std::uint8_t {
+    Event,      ///< an event's bytes
+    Library,    ///< the absolute path of the loaded library
+    BuildId,    ///< its build id
+    NoPlugin,   ///< why the library cannot be used
+    Threw,      ///< what the plug-in threw
+    Completed,  ///< ran and unloaded: the child is about to leave
+};
+
+/// Room that events leave to the other messages, and the longest text of these.
+constexpr std::size_t kSpare = std::size_t{64} << 10;
+constexpr std::size_t kLongestText = std::size_t{8} << 10;
+
+/// Whether this process is the one that boots the phone, and no fork of it: their events would mix.
+std::atomic<bool> gIsPhone = false;
+
+/// The child's end of the log.
+class Reporter final : public record::EventSink {
+  public:
+    explicit Reporter(SharedLog& log) : mLog(log) {}
+
+    void take(record::Event event) override {
+        if (!gIsPhone) {
+            return;
+        }
+        const std::lock_guard lock(mMutex);
+        mBytes.assign(1, static_cast<std::uint8_t>(Message::Event));
+        record::AppendEvent(mBytes, event);
+        mLog.append(mBytes, kSpare);
     }
-    record::BootRecord boot;
-    boot.phone = description.name;
-    record::Recorder recorder;
-    const virtualphone::VirtualPhone phone(description, temporary ? temporary->path() : options.root,
-                                           recorder);
+
+    void say(Message message, std::string_view text = {}) {
+        const std::lock_guard lock(mMutex);
+        mBytes.assign(1, static_cast<std::uint8_t>(message));
+        text = text.substr(0, kLongestText);
+        mBytes.insert(mBytes.end(), text.begin(), text.end());
+        mLog.append(mBytes, 0);
+    }
+
+  private:
+    SharedLog& mLog;
+    std::mutex mMutex;
+    std::vector<std::uint8_t> mBytes;
+};
+
+std::system_error Failure(const char* action) {
+    return {errno, std::generic_category(), action};
+}
+
+class File {
+  public:
+    File(int file, const char* action) : mFile(file) {
+        if (file < 0) {
+            throw Failure(action);
+        }
+    }
+    ~File() { close(mFile); }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    int get() const { return mFile; }
+
+  private:
+    int mFile;
+};
+
+/// Makes the fork a process of its own: what this program has set up for itself must not act twice.
+void LeaveTheProgram(pid_t program) {
+    setpgid(0, 0);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != program) {
+        _exit(1);
+    }
+    for (const int signal :
+         {SIGINT, SIGTERM, SIGHUP, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGSYS, SIGTRAP}) {
+        std::signal(signal, SIG_DFL);
+    }
+    const int nothing = open("/dev/null", O_RDWR);
+    dup2(nothing, STDIN_FILENO);
+    if (fcntl(STDERR_FILENO, F_GETFD) < 0) {
+        dup2(nothing, STDERR_FILENO);
+    }
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+    if (nothing > STDERR_FILENO) {
+        close(nothing);
+    }
+    gIsPhone = true;
+    pthread_atfork(nullptr, nullptr, [] { gIsPhone = false; });
+}
+
+/// All that the child does.
+void Run(virtualphone::PhoneDescription description, const virtualphone::DeviceFiles& files,
+         const std::filesystem::path& library, Reporter& reporter) {
+    const virtualphone::VirtualPhone phone(std::move(description), files, reporter);
     // After the phone, which the library's initialisers and finalisers may use.
-    const Plugin plugin(options.library);
-    boot.plugin = plugin.identity();
-    std::optional<std::string> exception = plugin.run();
-    boot.events = recorder.events();
-    boot.ended.emplace();
-    if (exception) {
-        boot.ended = {.how = record::Ended::How::Threw,
-                      .what = std::move(*exception),
-                      .step = record::LastOperation(boot.events)};
+    const Plugin plugin(library);
+    const record::PluginIdentity identity = plugin.identity();
+    reporter.say(Message::Library, identity.path);
+    reporter.say(Message::BuildId, identity.buildId);
+    if (const std::optional<std::string> exception = plugin.run()) {
+        reporter.say(Message::Threw, *exception);
     }
-    boot.files = phone.changedFiles();
+}
+
+[[noreturn]] void RunAndLeave(virtualphone::PhoneDescription description,
+                              const virtualphone::DeviceFiles& files, const std::filesystem::path& library,
+                              SharedLog& log) {
+    Reporter reporter(log);
+    try {
+        Run(std::move(description), files, library, reporter);
+    } catch (const std::exception& error) {
+        reporter.say(Message::NoPlugin, error.what());
+    }
+    std::cout.flush();
+    std::fflush(nullptr);
+    reporter.say(Message::Completed);
+    _exit(0);
+}
+
+/// Forks while no signal is handled, so that no handler of this program acts in the child.
+pid_t Fork() {
+    // What this program has still to write is its own to write.
+    std::cout.flush();
+    std::fflush(stdout);
+    sigset_t all;
+    sigset_t former;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &former);
+    const pid_t program = getpid();
+    const pid_t child = fork();
+    if (child == 0) {
+        LeaveTheProgram(program);
+    }
+    const int error = errno;
+    pthread_sigmask(SIG_SETMASK, &former, nullptr);
+    errno = error;
+    if (child < 0) {
+        throw Failure("cannot start a process");
+    }
+    return child;
+}
+
+/// A process that this one forked, and what it leaves.
+class Child {
+  public:
+    explicit Child(pid_t id = -1) : mId(id) {}
+    ~Child() { end(); }
+    Child& operator=(Child&& other) noexcept {
+        std::swap(mId, other.mId);
+        return *this;
+    }
+
+    pid_t id() const { return mId; }
+
+    /// Ends what still runs.
+    /// @return the wait status, once.
+    int end() {
+        int status = 0;
+        if (mId > 0) {
+            kill(mId, SIGKILL);
+            // Until it has been waited for, its number is that of its group, with all that it left.
+            siginfo_t info;
+            while (waitid(P_PID, static_cast<id_t>(mId), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
+            }
+            kill(-mId, SIGKILL);
+            while (waitpid(mId, &status, 0) < 0 && errno == EINTR) {
+            }
+            mId = -1;
+        }
+        return status;
+    }
+
+  private:
+    pid_t mId;
+};
+
+/// What the child said.
+struct Told {
+    bool completed = false;
+    std::optional<std::string> threw;
+    std::optional<std::string> noPlugin;
+};
+
+Told TakeMessages(const SharedLog& log, record::BootRecord& boot) {
+    Told told;
+    SharedLog::Contents contents = log.read();
+    for (const std::span<const std::uint8_t> message : contents.messages) {
+        const auto kind = message.empty() ? Message{0xFF} : static_cast<Message>(message[0]);
+        const auto body = message.empty() ? message : message.subspan(1);
+        const std::string text = kind == Message::Event ? "" : std::string(body.begin(), body.end());
+        std::optional<record::Event> event;
+        switch (kind) {
+            case Message::Event:
+                event = record::ReadEvent(body);
+                if (event) {
+                    boot.events.push_back(std::move(*event));
+                } else {
+                    contents.damaged = true;
+                }
+                break;
+            case Message::Library:
+                boot.plugin = {.path = text, .buildId = ""};
+                break;
+            case Message::BuildId:
+                if (boot.plugin) {
+                    boot.plugin->buildId = text;
+                }
+                break;
+            case Message::NoPlugin:
+                told.noPlugin = text;
+                break;
+            case Message::Threw:
+                told.threw = text;
+                break;
+            case Message::Completed:
+                told.completed = true;
+                break;
+            default:
+                contents.damaged = true;
+        }
+    }
+    if (contents.lost > 0) {
+        boot.troubles.push_back("the record is full: " + std::to_string(contents.lost) +
+                                " later events are lost");
+    }
+    if (contents.damaged) {
+        boot.troubles.push_back("the record is damaged: the plug-in has written into it");
+    }
+    return told;
+}
+
+}  // namespace
+
+struct RunningBoot::State {
+    State(virtualphone::PhoneDescription phone, const BootOptions& options)
+        : name(phone.name),
+          timeout(options.timeout),
+          description(virtualphone::PhoneFileText(phone)),
+          files(options.root.empty() ? temporary.emplace().path() : options.root, phone.files,
+                options.cleanRoot),
+          log(options.recordLimit),
+          timer(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC), "cannot make a timer"),
+          events(epoll_create1(EPOLL_CLOEXEC), "cannot make a poll") {
+        // Made here: the path may depend on this program's working folder.
+        const std::filesystem::path library = std::filesystem::absolute(options.library);
+        child = Child(Fork());
+        if (child.id() == 0) {
+            sigset_t none;
+            sigemptyset(&none);
+            pthread_sigmask(SIG_SETMASK, &none, nullptr);
+            RunAndLeave(std::move(phone), files, library, log);
+        }
+        watch();
+    }
+
+    void watch() {
+        process.emplace(static_cast<int>(syscall(SYS_pidfd_open, child.id(), 0)), "cannot watch a process");
+        const auto whole = std::chrono::duration_cast<std::chrono::seconds>(timeout);
+        itimerspec limit{};
+        limit.it_value.tv_sec = whole.count();
+        // A limit of nothing would mean none.
+        limit.it_value.tv_nsec =
+            std::chrono::nanoseconds(timeout - whole).count() + (timeout.count() == 0 ? 1 : 0);
+        timerfd_settime(timer.get(), 0, &limit, nullptr);
+        for (const int file : {process->get(), timer.get(), EndingWaits::pollFd()}) {
+            epoll_event event{.events = EPOLLIN, .data = {}};
+            if (file >= 0 && epoll_ctl(events.get(), EPOLL_CTL_ADD, file, &event) != 0) {
+                throw Failure("cannot watch a process");
+            }
+        }
+    }
+
+    bool readable(int file) const {
+        pollfd poll{.fd = file, .events = POLLIN, .revents = 0};
+        return ::poll(&poll, 1, 0) == 1;
+    }
+
+    EndingWaits endingWaits;  ///< first to come and last to go
+    std::string name;
+    std::chrono::milliseconds timeout;
+    std::string description;
+    std::optional<virtualphone::TemporaryFolder> temporary;
+    virtualphone::DeviceFiles files;
+    SharedLog log;
+    File timer;
+    File events;
+    std::optional<File> process;
+    Child child;
+};
+
+RunningBoot::RunningBoot(virtualphone::PhoneDescription phone, const BootOptions& options)
+    : mState(std::make_unique<State>(std::move(phone), options)) {}
+
+RunningBoot::~RunningBoot() = default;
+RunningBoot::RunningBoot(RunningBoot&&) noexcept = default;
+RunningBoot& RunningBoot::operator=(RunningBoot&&) noexcept = default;
+
+int RunningBoot::pollFd() const {
+    return mState->events.get();
+}
+
+record::BootRecord RunningBoot::finish() {
+    const std::unique_ptr<State> state = std::move(mState);
+    pollfd poll{.fd = state->events.get(), .events = POLLIN, .revents = 0};
+    while (::poll(&poll, 1, -1) < 0 && errno == EINTR) {
+    }
+    const bool timeOver = !state->readable(state->process->get()) && state->readable(state->timer.get());
+    const int status = state->child.end();
+    record::BootRecord boot;
+    boot.phone = state->name;
+    boot.description = std::move(state->description);
+    boot.foreignFiles = state->files.foreignFiles();
+    const Told told = TakeMessages(state->log, boot);
+    if (told.noPlugin) {
+        throw PluginError(*told.noPlugin);
+    }
+    Ended& ended = boot.ended.emplace();
+    if (timeOver) {
+        ended.how = Ended::How::Timeout;
+        ended.seconds = std::chrono::duration<double>(state->timeout).count();
+    } else if (WIFSIGNALED(status)) {
+        ended.how = Ended::How::Signal;
+        ended.signal = WTERMSIG(status);
+    } else if (!told.completed) {
+        ended.how = Ended::How::Exited;
+        ended.exitStatus = WEXITSTATUS(status);
+    } else if (told.threw) {
+        ended.how = Ended::How::Threw;
+        ended.what = *told.threw;
+    }
+    if (!ended.returned()) {
+        ended.step = record::LastOperation(boot.events);
+    }
+    boot.files = state->files.changed(boot.troubles);
     return boot;
+}
+
+record::BootRecord Boot(virtualphone::PhoneDescription phone, const BootOptions& options) {
+    return RunningBoot(std::move(phone), options).finish();
 }
 
 }  // namespace supervisor

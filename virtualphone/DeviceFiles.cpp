@@ -1,10 +1,13 @@
 #include "virtualphone/DeviceFiles.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <system_error>
+#include <utility>
 
 #include "platform/DevicePath.h"
+#include "virtualphone/FolderLock.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
 #include "virtualphone/PhoneState.h"
@@ -25,43 +28,83 @@ constexpr fs::perms kLaidMode =
     throw PhoneFileError(path + ": cannot " + action + ": " + reason);
 }
 
-void MakeFolders(const std::string& folder) {
+[[noreturn]] void FailRoot(const fs::path& root, const std::string& reason) {
+    Fail(root.string(), "use the folder as a phone's root", reason);
+}
+
+/// The root as an absolute path without a slash at its end; "/", or what leads to it, is none.
+fs::path UsableRoot(const fs::path& root) {
     std::error_code error;
-    fs::create_directories(folder, error);
+    fs::path absolute = fs::absolute(root, error).lexically_normal();
     if (error) {
-        Fail(folder, "make the folder", error.message());
+        FailRoot(root, error.message());
     }
+    if (!absolute.has_filename()) {
+        absolute = absolute.parent_path();
+    }
+    fs::create_directories(absolute, error);
+    if (error) {
+        FailRoot(absolute, error.message());
+    }
+    if (fs::equivalent(absolute, absolute.root_path(), error)) {
+        FailRoot(absolute, "it is this machine's own");
+    }
+    return absolute;
 }
 
 }  // namespace
 
-DeviceFiles::DeviceFiles(const fs::path& root,
-                         const std::map<std::string, std::vector<std::uint8_t>>& files) {
-    std::error_code error;
-    mRoot = fs::absolute(root, error).lexically_normal();
-    if (error) {
-        Fail(root.string(), "use the folder as a phone's root", error.message());
+DeviceFiles::DeviceFiles(const fs::path& root, const std::map<std::string, std::vector<std::uint8_t>>& files,
+                         bool clean)
+    : mRoot(UsableRoot(root)), mPrefix(mRoot.string()) {
+    auto lock = FolderLock::Take(mRoot, FolderLock::OtherOwner::Refuse);
+    if (!lock) {
+        FailRoot(mRoot,
+                 errno == EWOULDBLOCK ? "another phone has it" : std::generic_category().message(errno));
     }
-    if (!mRoot.has_filename()) {
-        mRoot = mRoot.parent_path();
+    mLock = std::make_unique<FolderLock>(std::move(*lock));
+    if (clean) {
+        std::error_code error;
+        for (fs::directory_iterator entry(mRoot, error); !error && entry != fs::directory_iterator();
+             entry.increment(error)) {
+            fs::remove_all(entry->path(), error);
+            if (error) {
+                break;
+            }
+        }
+        if (error) {
+            FailRoot(mRoot, "it cannot be emptied: " + error.message());
+        }
     }
-    if (mRoot == mRoot.root_path()) {
-        Fail(mRoot.string(), "use the folder as a phone's root", "it is this machine's own");
-    }
-    mPrefix = mRoot.string();
-    MakeFolders(locate(kCameraDataFolder));
+    makeFolders(kCameraDataFolder);
     for (const auto& [path, bytes] : files) {
         lay(path, bytes);
     }
-    mAtStart = readTree();
+    // What cannot be read is foreign, and said after the run only if it changed.
+    std::vector<std::string> ignored;
+    mAtStart = readTree(ignored);
+    mForeignFiles =
+        static_cast<std::size_t>(std::count_if(mAtStart.begin(), mAtStart.end(), [&files](const auto& file) {
+            return !files.contains(file.first);
+        }));
+}
+
+DeviceFiles::~DeviceFiles() = default;
+
+void DeviceFiles::makeFolders(const fs::path& phonePath) const {
+    std::error_code error;
+    fs::create_directories(locate(phonePath.c_str()), error);
+    if (error) {
+        Fail(phonePath.string(), "make the folder", error.message());
+    }
 }
 
 void DeviceFiles::lay(const std::string& phonePath, const std::vector<std::uint8_t>& bytes) const {
     const fs::path path = locate(phonePath.c_str());
-    MakeFolders(path.parent_path().string());
+    makeFolders(fs::path(phonePath).parent_path());
     std::error_code error;
     if (fs::is_directory(fs::symlink_status(path, error))) {
-        Fail(path.string(), "lay the file", "a folder of that name is there");
+        Fail(phonePath, "lay the file", "a folder of that name is there");
     }
     // A fresh file: a link would lead elsewhere, opening a pipe could wait for ever.
     fs::remove(path, error);
@@ -69,45 +112,59 @@ void DeviceFiles::lay(const std::string& phonePath, const std::vector<std::uint8
     stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     stream.close();
     if (!stream) {
-        Fail(path.string(), "lay the file", std::generic_category().message(errno));
+        Fail(phonePath, "lay the file", std::generic_category().message(errno));
     }
     fs::permissions(path, kLaidMode, error);
     if (error) {
-        Fail(path.string(), "set the file's mode", error.message());
+        Fail(phonePath, "set the file's mode", error.message());
     }
 }
 
-DeviceFiles::Tree DeviceFiles::readTree() const {
+DeviceFiles::Tree DeviceFiles::readTree(std::vector<std::string>& troubles) const {
     Tree tree;
-    std::error_code error;
-    fs::recursive_directory_iterator entry(mRoot, error);
-    while (!error && entry != fs::recursive_directory_iterator()) {
-        const std::string path = entry->path().string();
-        const fs::file_status status = entry->symlink_status(error);
-        if (!error && fs::is_regular_file(status)) {
-            FileContent content = ReadWholeFile(path, /*regularOnly=*/true);
-            if (!content.error.empty()) {
-                Fail(path, "read the file", content.error);
+    std::vector<fs::path> folders{mRoot};
+    while (!folders.empty()) {
+        const fs::path folder = std::move(folders.back());
+        folders.pop_back();
+        std::error_code error;
+        for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
+             entry.increment(error)) {
+            std::error_code gone;
+            const fs::file_status status = entry->symlink_status(gone);
+            if (fs::is_directory(status)) {
+                folders.push_back(entry->path());
+            } else if (fs::is_regular_file(status)) {
+                const std::string path = entry->path().string();
+                FileContent content = ReadWholeFile(path, /*regularOnly=*/true);
+                FileState& state = tree[path.substr(mPrefix.size())];
+                state = {.mode = static_cast<unsigned>(status.permissions()),
+                         .bytes = std::move(content.bytes),
+                         .error = std::move(content.error)};
+                if (!state.error.empty()) {
+                    state.size = entry->file_size(gone);
+                    state.written = entry->last_write_time(gone);
+                }
             }
-            tree[path.substr(mPrefix.size())] = {.mode = static_cast<unsigned>(status.permissions()),
-                                                 .bytes = std::move(content.bytes)};
         }
-        if (!error) {
-            entry.increment(error);
+        if (error) {
+            troubles.push_back(folder.string().substr(mPrefix.size()) +
+                               "/: cannot be listed: " + error.message());
         }
-    }
-    if (error) {
-        Fail(mPrefix, "list the phone's files", error.message());
     }
     return tree;
 }
 
-std::vector<record::ChangedFile> DeviceFiles::changed() const {
+std::vector<record::ChangedFile> DeviceFiles::changed(std::vector<std::string>& troubles) const {
     std::vector<record::ChangedFile> changed;
-    for (auto& [path, state] : readTree()) {
+    for (auto& [path, state] : readTree(troubles)) {
         const auto before = mAtStart.find(path);
-        if (before == mAtStart.end() || before->second != state) {
+        if (before != mAtStart.end() && before->second == state) {
+            continue;
+        }
+        if (state.error.empty()) {
             changed.push_back({.path = path, .mode = state.mode, .bytes = state.bytes});
+        } else {
+            troubles.push_back(path + ": changed, and cannot be read: " + state.error);
         }
     }
     return changed;

@@ -1,45 +1,68 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "record/BootRecord.h"
+#include "virtualphone/Api.h"
 
 namespace virtualphone {
 
+class FolderLock;
+
 /// The phone's file system under its root folder.
-class DeviceFiles {
+class VIRTUALPHONE_API DeviceFiles {
   public:
     /// Makes the root and the camera's data folder, and lays `files` (content by phone path) with mode 0644.
-    /// @throws PhoneFileError when that fails.
+    /// @param clean removes first whatever lies under the root. Links are removed, not followed.
+    /// @throws PhoneFileError when that fails, or another phone has the root; of what lies under the root it
+    /// names the phone's path.
     DeviceFiles(const std::filesystem::path& root,
-                const std::map<std::string, std::vector<std::uint8_t>>& files);
+                const std::map<std::string, std::vector<std::uint8_t>>& files, bool clean = false);
 
-    /// Regular files that are not as they were after laying, by ascending path.
-    std::vector<record::ChangedFile> changed() const;
+    /// Regular files that are not as they were after laying, by ascending path. Symbolic links are not
+    /// followed.
+    /// @param troubles gets a line for each file or folder that cannot be read.
+    std::vector<record::ChangedFile> changed(std::vector<std::string>& troubles) const;
+
+    /// Number of regular files that lay under the root already, laid files aside.
+    std::size_t foreignFiles() const { return mForeignFiles; }
 
     /// Where a phone path lies.
     std::string locate(const char* phonePath) const { return mPrefix + phonePath; }
     const std::filesystem::path& root() const { return mRoot; }
 
+    ~DeviceFiles();
+    DeviceFiles(const DeviceFiles&) = delete;
+    DeviceFiles& operator=(const DeviceFiles&) = delete;
+
   private:
+    /// A file that cannot be read is told from its like by what the folder says of it.
     struct FileState {
         unsigned mode = 0;
         std::vector<std::uint8_t> bytes;
+        std::string error;  ///< why it cannot be read
+        std::uintmax_t size = 0;
+        std::filesystem::file_time_type written = {};
         bool operator==(const FileState&) const = default;
     };
     using Tree = std::map<std::string, FileState>;
 
     void lay(const std::string& phonePath, const std::vector<std::uint8_t>& bytes) const;
+    void makeFolders(const std::filesystem::path& phonePath) const;
     /// All regular files by phone path.
-    Tree readTree() const;
+    Tree readTree(std::vector<std::string>& troubles) const;
 
     std::filesystem::path mRoot;
     std::string mPrefix;
+    std::unique_ptr<FolderLock> mLock;
     Tree mAtStart;
+    std::size_t mForeignFiles = 0;
 };
 
 }  // namespace virtualphone

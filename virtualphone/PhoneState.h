@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <map>
 #include <string>
 
@@ -19,14 +18,14 @@ namespace virtualphone {
 
 /// All of a phone that is switched on. Its parts borrow the description and the sink.
 struct PhoneState final : MetadataWatch {
-    PhoneState(PhoneDescription phone, const std::filesystem::path& rootFolder, record::EventSink& events);
+    PhoneState(PhoneDescription phone, const DeviceFiles& laid, record::EventSink& events);
 
     int update(NSCam::IMetadata::Tag_t tag, const NSCam::IMetadata::IEntry& entry) override;
 
     PhoneDescription description;
     record::EventSink& sink;
     std::map<std::string, std::string> properties;
-    DeviceFiles files;
+    const DeviceFiles& files;
     SensorList sensorList;
     SensorDrivers sensorDrivers;
     LogicalDeviceList logicalDevices;

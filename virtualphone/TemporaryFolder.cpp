@@ -2,23 +2,84 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <mutex>
+#include <optional>
+#include <set>
 #include <string>
 #include <system_error>
+#include <utility>
+
+#include "virtualphone/FolderLock.h"
 
 namespace virtualphone {
 
-TemporaryFolder::TemporaryFolder() {
-    std::string path = (std::filesystem::temp_directory_path() / "virtualphone-XXXXXX").string();
-    if (mkdtemp(path.data()) == nullptr) {
-        throw std::filesystem::filesystem_error("cannot make a temporary folder", path,
-                                                std::error_code(errno, std::generic_category()));
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Nobody else gives a folder such a name.
+constexpr const char* kPrefix = "virtualphone-temporary-";
+
+/// Once for each parent, which may hold very many other things.
+void RemoveOrphans(const fs::path& parent) {
+    static std::mutex mutex;
+    static std::set<fs::path> done;
+    const std::lock_guard guard(mutex);
+    if (!done.insert(parent).second) {
+        return;
     }
-    mPath = path;
+    std::error_code error;
+    for (fs::directory_iterator entry(parent, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        std::error_code ignored;
+        if (!entry->path().filename().string().starts_with(kPrefix) || entry->is_symlink(ignored)) {
+            continue;
+        }
+        const auto lock = FolderLock::Take(entry->path(), FolderLock::OtherOwner::Refuse);
+        if (lock && lock->valid()) {
+            fs::remove_all(entry->path(), ignored);
+        }
+    }
+}
+
+[[noreturn]] void Fail(const fs::path& path, int error) {
+    throw fs::filesystem_error("cannot make a temporary folder", path,
+                               std::error_code(error, std::generic_category()));
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() {
+    std::error_code missing;
+    const fs::path parent = fs::temp_directory_path(missing);
+    if (missing) {
+        const char* const named = std::getenv("TMPDIR");
+        Fail(named == nullptr ? "/tmp" : named, missing.value());
+    }
+    RemoveOrphans(parent);
+    while (mLock == nullptr) {
+        std::string made = (parent / kPrefix).string() + "XXXXXX";
+        if (mkdtemp(made.data()) == nullptr) {
+            Fail(made, errno);
+        }
+        // Another program may take it for an orphan before it is locked. Then the lock is that of nothing.
+        auto lock = FolderLock::Take(made, FolderLock::OtherOwner::WaitFor);
+        if (!lock && errno != ENOENT) {
+            Fail(made, errno);
+        }
+        if (lock && lock->valid()) {
+            mLock = std::make_unique<FolderLock>(std::move(*lock));
+            mPath = fs::path(made) / "root";
+        }
+    }
+    if (std::error_code error; !fs::create_directory(mPath, error)) {
+        Fail(mPath, error.value());
+    }
 }
 
 TemporaryFolder::~TemporaryFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(mPath, ignored);
+    fs::remove_all(mPath.parent_path(), ignored);
 }
 
 }  // namespace virtualphone

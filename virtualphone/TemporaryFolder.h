@@ -1,12 +1,18 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 
 #include "virtualphone/Api.h"
 
 namespace virtualphone {
 
+class FolderLock;
+
 /// A fresh folder under the system's temporary folder, removed with all that lies in it.
+///
+/// It lies in a folder that its owner has locked. The first one of a program removes those whose owner is
+/// gone: what a killed program left.
 class VIRTUALPHONE_API TemporaryFolder {
   public:
     /// @throws std::filesystem::filesystem_error when it cannot be made.
@@ -19,6 +25,7 @@ class VIRTUALPHONE_API TemporaryFolder {
 
   private:
     std::filesystem::path mPath;
+    std::unique_ptr<FolderLock> mLock;
 };
 
 }  // namespace virtualphone

@@ -12,18 +12,23 @@ namespace {
 
 std::atomic<PhoneState*> gCurrentPhone = nullptr;
 
+void RefuseSecond() {
+    if (gCurrentPhone != nullptr) {
+        throw std::logic_error("this process has a virtual phone already");
+    }
+}
+
 }  // namespace
 
 PhoneState* CurrentPhone() {
     return gCurrentPhone;
 }
 
-PhoneState::PhoneState(PhoneDescription phone, const std::filesystem::path& rootFolder,
-                       record::EventSink& events)
+PhoneState::PhoneState(PhoneDescription phone, const DeviceFiles& laid, record::EventSink& events)
     : description(std::move(phone)),
       sink(events),
       properties(description.properties),
-      files(rootFolder, description.files),
+      files(laid),
       sensorList(description, sink),
       sensorDrivers(description),
       logicalDevices(description, sink),
@@ -41,10 +46,20 @@ int PhoneState::update(NSCam::IMetadata::Tag_t tag, const NSCam::IMetadata::IEnt
 
 VirtualPhone::VirtualPhone(PhoneDescription description, const std::filesystem::path& root,
                            record::EventSink& events) {
-    if (gCurrentPhone != nullptr) {
-        throw std::logic_error("this process has a virtual phone already");
-    }
-    mState = std::make_unique<PhoneState>(std::move(description), root, events);
+    RefuseSecond();
+    mOwnFiles = std::make_unique<DeviceFiles>(root, description.files);
+    switchOn(std::move(description), *mOwnFiles, events);
+}
+
+VirtualPhone::VirtualPhone(PhoneDescription description, const DeviceFiles& files,
+                           record::EventSink& events) {
+    RefuseSecond();
+    switchOn(std::move(description), files, events);
+}
+
+void VirtualPhone::switchOn(PhoneDescription description, const DeviceFiles& files,
+                            record::EventSink& events) {
+    mState = std::make_unique<PhoneState>(std::move(description), files, events);
     gCurrentPhone = mState.get();
 }
 
@@ -53,7 +68,8 @@ VirtualPhone::~VirtualPhone() {
 }
 
 std::vector<record::ChangedFile> VirtualPhone::changedFiles() const {
-    return mState->files.changed();
+    std::vector<std::string> troubles;
+    return mState->files.changed(troubles);
 }
 
 std::optional<std::string> VirtualPhone::property(const std::string& name) const {

@@ -11,6 +11,7 @@
 #include "record/BootRecord.h"
 #include "record/Recorder.h"
 #include "virtualphone/Api.h"
+#include "virtualphone/DeviceFiles.h"
 #include "virtualphone/PhoneDescription.h"
 
 namespace virtualphone {
@@ -36,14 +37,15 @@ class VIRTUALPHONE_API VirtualPhone {
     /// @throws std::logic_error when this process has a phone already.
     /// @param events takes every use of the platform, in order; outlives the phone.
     VirtualPhone(PhoneDescription description, const std::filesystem::path& root, record::EventSink& events);
+    /// The same with files that are laid already; they outlive the phone.
+    VirtualPhone(PhoneDescription description, const DeviceFiles& files, record::EventSink& events);
     /// Switches off. The files stay.
     ~VirtualPhone();
     VirtualPhone(const VirtualPhone&) = delete;
     VirtualPhone& operator=(const VirtualPhone&) = delete;
 
     /// Regular files whose content or permissions differ from those at start-up, by ascending path.
-    /// Symbolic links are not followed.
-    /// @throws PhoneFileError when a file cannot be read.
+    /// Symbolic links are not followed, and what cannot be read is passed over.
     std::vector<record::ChangedFile> changedFiles() const;
 
     /// The present value of a property; empty when it is not set.
@@ -56,6 +58,9 @@ class VIRTUALPHONE_API VirtualPhone {
     const std::filesystem::path& root() const;
 
   private:
+    void switchOn(PhoneDescription description, const DeviceFiles& files, record::EventSink& events);
+
+    std::unique_ptr<DeviceFiles> mOwnFiles;
     std::unique_ptr<PhoneState> mState;
 };
 

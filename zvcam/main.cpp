@@ -4,10 +4,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include "supervisor/EndOnSignal.h"
 #include "zvcam/commands/RunCommand.h"
 
 int main(int argc, char** argv) {
     try {
+        const supervisor::EndOnSignal endOnSignal;
         CLI::App app("Boots virtual phones with the camera platform-information plug-in.", "zvcam");
         app.footer(
             "Exit codes: 0 success; 1 the plug-in threw; 2 wrong usage, a phone file or plug-in that cannot\n"

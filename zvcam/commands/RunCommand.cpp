@@ -80,9 +80,10 @@ int Run(const RunOptions& options) {
     }
     const std::filesystem::path library = options.library.empty() ? supervisor::Plugin::DefaultLibrary()
                                                                   : std::filesystem::path(options.library);
-    const record::BootRecord boot = supervisor::Boot(phone, {.library = library, .root = options.root});
+    const record::BootRecord boot =
+        supervisor::Boot(std::move(phone), {.library = library, .root = options.root});
     if (!boot.ended->returned()) {
-        std::cerr << "zvcam: the run threw: " << boot.ended->what << '\n';
+        std::cerr << "zvcam: the run " << record::EndText(*boot.ended) << '\n';
     }
     if (!options.json.empty()) {
         WriteReportTo(options.json, boot);

@@ -1,0 +1,93 @@
+#include "supervisor/EndOnSignal.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <sys/eventfd.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace supervisor {
+
+namespace {
+
+constexpr std::array kEndingSignals = {SIGINT, SIGTERM, SIGHUP};
+
+// A signal handler is a plain function, so it finds what it needs here.
+std::atomic<int> gPending = 0;  ///< the first signal that arrived
+std::atomic<int> gBoots = 0;    ///< in progress
+std::atomic<int> gEvent = -1;
+std::array<bool, kEndingSignals.size()> gHandled;
+
+void EndAs(int signal) {
+    std::signal(signal, SIG_DFL);
+    // Within its handler a signal is blocked.
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, signal);
+    raise(signal);
+    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+}
+
+void Handle(int signal) {
+    const int formerError = errno;
+    int none = 0;
+    gPending.compare_exchange_strong(none, signal);
+    if (gBoots == 0) {
+        EndAs(signal);
+    }
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = write(gEvent, &one, sizeof one);
+    errno = formerError;
+}
+
+}  // namespace
+
+EndOnSignal::EndOnSignal() {
+    gEvent = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (gEvent < 0) {
+        throw std::system_error(errno, std::generic_category(), "cannot make an event");
+    }
+    for (std::size_t i = 0; i < kEndingSignals.size(); ++i) {
+        struct sigaction action {};
+        sigaction(kEndingSignals[i], nullptr, &action);
+        gHandled[i] = action.sa_handler == SIG_DFL;
+        if (gHandled[i]) {
+            action = {};
+            action.sa_handler = Handle;
+            action.sa_flags = SA_RESTART;
+            sigaction(kEndingSignals[i], &action, nullptr);
+        }
+    }
+}
+
+EndOnSignal::~EndOnSignal() {
+    for (std::size_t i = 0; i < kEndingSignals.size(); ++i) {
+        if (gHandled[i]) {
+            std::signal(kEndingSignals[i], SIG_DFL);
+        }
+    }
+    close(gEvent.exchange(-1));
+}
+
+EndingWaits::EndingWaits() {
+    ++gBoots;
+}
+
+EndingWaits::~EndingWaits() {
+    if (--gBoots == 0 && gPending != 0) {
+        EndAs(gPending);
+    }
+}
+
+int EndingWaits::pollFd() {
+    return gEvent;
+}
+
+bool EndingWaits::arrived() {
+    return gPending != 0;
+}
+
+}  // namespace supervisor

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <csignal>
+
+namespace supervisor {
+
+/// While it lives, SIGINT, SIGTERM and SIGHUP end the boots in progress first, their temporary folders
+/// included, and then the program, as the signal would have. Where the program ignores or handles one of
+/// them, that stays. A program has at most one, made before its boots; one that wants none gets no handler
+/// changed.
+class EndOnSignal {
+  public:
+    EndOnSignal();
+    ~EndOnSignal();
+    EndOnSignal(const EndOnSignal&) = delete;
+    EndOnSignal& operator=(const EndOnSignal&) = delete;
+};
+
+/// A boot in progress, for which an ending signal waits. The last one to go ends the program.
+class EndingWaits {
+  public:
+    EndingWaits();
+    ~EndingWaits();
+    EndingWaits(const EndingWaits&) = delete;
+    EndingWaits& operator=(const EndingWaits&) = delete;
+
+    /// Becomes and stays readable when a signal has arrived; -1 without an `EndOnSignal`.
+    static int pollFd();
+    /// Whether a signal has arrived.
+    static bool arrived();
+};
+
+}  // namespace supervisor

@@ -1,0 +1,195 @@
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include "supervisor/Boot.h"
+#include "supervisor/EndOnSignal.h"
+#include "supervisor/Plugin.h"
+#include "virtualphone/PhoneFile.h"
+#include "virtualphone/TemporaryFolder.h"
+
+// MISBEHAVING and NO_PLUGIN are file names; the build defines them.
+
+namespace {
+
+namespace fs = std::filesystem;
+using record::Ended;
+using supervisor::BootOptions;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using How = Ended::How;
+
+virtualphone::PhoneDescription Phone(const std::string& deed) {
+    virtualphone::PhoneDescription phone;
+    phone.properties["test.deed"] = deed;
+    phone.files["/laid"] = {1};
+    return phone;
+}
+
+const BootOptions kOptions{.library = MISBEHAVING, .timeout = std::chrono::milliseconds(500)};
+
+record::BootRecord BootTo(const std::string& deed) {
+    BootOptions options = kOptions;
+    options.timeout = std::chrono::milliseconds(deed == "hang" ? 300 : 20000);
+    return supervisor::Boot(Phone(deed), options);
+}
+
+/// A temporary folder of this test's own: nothing may be left in it.
+class Boot : public testing::Test {
+  protected:
+    Boot() { setenv("TMPDIR", mFolder.path().c_str(), 1); }
+    ~Boot() override {
+        EXPECT_TRUE(fs::is_empty(mFolder.path()));
+        setenv("TMPDIR", mFormer.c_str(), 1);
+    }
+
+    const std::string mFormer = fs::temp_directory_path();
+    virtualphone::TemporaryFolder mFolder;
+};
+
+TEST_F(Boot, KeepsTheRecordHoweverItEnds) {
+    const std::string what = "an exception that is no std::exception";
+    const std::map<std::string, Ended> endings = {
+        {"", {}},
+        {"print", {}},
+        {"leak", {}},
+        {"fork", {}},
+        {"crash", {.how = How::Signal, .what = "", .signal = SIGSEGV, .step = "Deed"}},
+        {"abort", {.how = How::Signal, .what = "", .signal = SIGABRT, .step = "Deed"}},
+        {"exit", {.how = How::Exited, .what = "", .exitStatus = 0, .step = "Deed"}},
+        {"hang", {.how = How::Timeout, .what = "", .seconds = 0.3, .step = "Deed"}},
+        {"throw", {.how = How::Threw, .what = "off the end", .step = "Deed"}},
+        {"throw int", {.how = How::Threw, .what = what, .step = "Deed"}},
+    };
+    for (const auto& [deed, ended] : endings) {
+        const record::BootRecord boot = BootTo(deed);
+        EXPECT_EQ(boot.ended, ended) << deed << ": " << record::EndText(*boot.ended);
+        EXPECT_TRUE(boot.events == (std::vector<record::Event>{
+                                       record::LogLine{4, "CameraPlatformInfoZelvan", "(1)[Deed] before"},
+                                       record::PropertyAsked{"test.deed", deed}}))
+            << deed;
+        EXPECT_THAT(boot.troubles, IsEmpty()) << deed;
+        EXPECT_THAT(boot.files, IsEmpty()) << deed;
+        EXPECT_EQ(boot.plugin.value().path, MISBEHAVING);
+        EXPECT_EQ(boot.plugin->buildId.size() % 2, 0U);
+        EXPECT_EQ(virtualphone::ParsePhone(boot.description, "", "p").properties.at("test.deed"), deed);
+    }
+}
+
+TEST_F(Boot, PrintsToStandardErrorAlone) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    std::cout << "pending";
+    BootTo("print");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "pending");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "printed\n");
+}
+
+TEST_F(Boot, AFullRecordAndAFileThatCannotBeReadCostALine) {
+    BootOptions options = kOptions;
+    options.recordLimit = 100000;
+    const record::BootRecord boot = supervisor::Boot(Phone("flood"), options);
+    EXPECT_TRUE(boot.ended->returned());
+    EXPECT_THAT(boot.troubles,
+                ElementsAre(testing::MatchesRegex("the record is full: [0-9]+ later events are lost")));
+    EXPECT_THAT(
+        BootTo("fill a file").troubles,
+        ElementsAre("/data/vendor/camera/large: changed, and cannot be read: more than 67108864 bytes"));
+}
+
+TEST_F(Boot, ALibraryThatIsNoPluginIsRefused) {
+    EXPECT_THROW(supervisor::Boot(Phone(""), {.library = NO_PLUGIN}), supervisor::PluginError);
+    EXPECT_THROW(supervisor::Boot(Phone(""), {.library = "none.so"}), supervisor::PluginError);
+}
+
+TEST_F(Boot, ManyAtOnceFromOneThread) {
+    std::vector<supervisor::RunningBoot> boots;
+    for (const char* deed : {"hang", "crash", "", "throw"}) {
+        boots.emplace_back(Phone(deed), kOptions);
+    }
+    pollfd last{.fd = boots[3].pollFd(), .events = POLLIN, .revents = 0};
+    EXPECT_EQ(poll(&last, 1, 20000), 1);
+    std::string ends;
+    for (supervisor::RunningBoot& boot : boots) {
+        ends += record::EndText(*boot.finish().ended) + "\n";
+    }
+    EXPECT_EQ(ends,
+              "did not return within 0.5 seconds in Deed\nwas ended by SIGSEGV in Deed\nreturned\n"
+              "threw: off the end\n");
+    const supervisor::RunningBoot abandoned(Phone("hang"), kOptions);
+}
+
+TEST_F(Boot, AKeptRootIsOnePhonesAndMayBeEmptiedFirst) {
+    const virtualphone::TemporaryFolder other;
+    std::ofstream(other.path() / "outside") << "x";
+    BootOptions options = kOptions;
+    options.root = mFolder.path() / "kept";
+    fs::create_directories(options.root / "folder");
+    fs::create_directory_symlink(other.path(), options.root / "link");
+    std::ofstream(options.root / "folder" / "foreign") << "x";
+    std::ofstream(options.root / "sparse") << "x";
+    fs::resize_file(options.root / "sparse", std::uintmax_t{1} << 40);
+    const record::BootRecord first = supervisor::Boot(Phone(""), options);
+    EXPECT_EQ(first.foreignFiles, 2U);
+    EXPECT_THAT(first.troubles, IsEmpty());
+    {
+        const supervisor::RunningBoot running(Phone("hang"), options);
+        EXPECT_THROW(supervisor::Boot(Phone(""), options), virtualphone::PhoneFileError);
+    }
+    options.cleanRoot = true;
+    EXPECT_EQ(supervisor::Boot(Phone(""), options).foreignFiles, 0U);
+    EXPECT_FALSE(fs::exists(options.root / "folder"));
+    EXPECT_TRUE(fs::exists(other.path() / "outside"));
+    fs::remove_all(options.root);
+}
+
+TEST_F(Boot, ALinkToThisMachinesRootIsRefused) {
+    fs::create_directory_symlink("/", mFolder.path() / "link");
+    BootOptions options = kOptions;
+    options.root = mFolder.path() / "link";
+    EXPECT_THROW(supervisor::Boot(Phone(""), options), virtualphone::PhoneFileError);
+    fs::remove(options.root);
+}
+
+/// Ends as its child does, with nothing left: neither folder nor process.
+TEST_F(Boot, AnEndingSignalEndsTheBootFirst) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const pid_t program = fork();
+        if (program == 0) {
+            std::signal(signal, SIG_DFL);
+            const supervisor::EndOnSignal endOnSignal;
+            BootOptions options = kOptions;
+            options.timeout = std::chrono::seconds(20);
+            supervisor::RunningBoot boot(Phone("hang"), options);
+            kill(getpid(), signal);
+            boot.finish();
+            _exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(program, &status, 0), program);
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+        EXPECT_TRUE(fs::is_empty(mFolder.path()));
+    }
+}
+
+TEST_F(Boot, WhatAKilledProgramLeftIsRemovedByTheNext) {
+    int status = 0;
+    if (fork() == 0) {
+        const virtualphone::TemporaryFolder left;
+        raise(SIGKILL);
+    }
+    wait(&status);
+    const virtualphone::TemporaryFolder next;
+    EXPECT_EQ(std::distance(fs::directory_iterator(mFolder.path()), {}), 1);
+}
+
+}  // namespace

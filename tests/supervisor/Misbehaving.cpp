@@ -1,0 +1,80 @@
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <android/log.h>
+
+#include "platform/DevicePath.h"
+#include "platform/Properties.h"
+
+/// A plug-in that logs, and then does what property "test.deed" says.
+class __attribute__((visibility("default"))) CameraPlatformInfoZelvan {
+  public:
+    static CameraPlatformInfoZelvan* CreateInstance();
+    void ExposureModuleInfo();
+};
+
+namespace {
+
+void Log(const char* text) {
+    __android_log_print(ANDROID_LOG_INFO, "CameraPlatformInfoZelvan", "(1)[Deed] %s", text);
+}
+
+const std::map<std::string, void (*)()> kDeeds = {
+    {"crash", [] { raise(SIGSEGV); }},
+    {"abort", [] { std::abort(); }},
+    {"exit", [] { std::exit(0); }},
+    {"hang",
+     [] {
+         for (;;) {
+             pause();
+         }
+     }},
+    {"throw", [] { throw std::out_of_range("off the end"); }},
+    {"throw int", [] { throw 7; }},
+    {"print", [] { std::puts("printed"); }},
+    {"leak", [] { [[maybe_unused]] const void* const lost = std::malloc(100); }},
+    {"fork",
+     [] {
+         if (fork() == 0) {
+             Log("from a fork");
+             sleep(1000);
+         }
+     }},
+    {"flood",
+     [] {
+         for (int i = 0; i < 10000; ++i) {
+             Log("flood");
+         }
+     }},
+    {"fill a file",
+     [] {
+         const std::string path = DevicePath("/data/vendor/camera/large");
+         if (truncate((std::fclose(std::fopen(path.c_str(), "w")), path.c_str()), 1L << 40) != 0) {
+             std::abort();
+         }
+     }},
+};
+
+}  // namespace
+
+CameraPlatformInfoZelvan* CameraPlatformInfoZelvan::CreateInstance() {
+    static CameraPlatformInfoZelvan instance;
+    return &instance;
+}
+
+void CameraPlatformInfoZelvan::ExposureModuleInfo() {
+    Log("before");
+    std::array<char, PROPERTY_VALUE_MAX> deed;
+    property_get("test.deed", deed.data(), "");
+    if (const auto found = kDeeds.find(deed.data()); found != kDeeds.end()) {
+        found->second();
+    }
+}
