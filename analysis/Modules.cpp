@@ -84,32 +84,6 @@ std::string MakerName(int makerId) {
     return std::string(name.substr(name.starts_with('_') ? 1 : 0));
 }
 
-ModuleMemory MemoryOf(const std::vector<std::uint8_t>& image, int role) {
-    ModuleMemory memory;
-    memory.makerId = formats::ReadIdentity(image).vendorId;
-    memory.maker = MakerName(memory.makerId);
-    if (!image.empty() && std::equal(image.begin() + 1, image.end(), image.begin())) {
-        memory.erased = image[0];
-    }
-    memory.layout = formats::FindEepromLayout(image);
-    if (memory.layout != nullptr) {
-        for (const formats::CheckSumFinding& finding : formats::CheckRanges(image, *memory.layout)) {
-            const auto first = image.begin() + static_cast<std::ptrdiff_t>(finding.range.startAddr);
-            const auto last = image.begin() + static_cast<std::ptrdiff_t>(finding.range.endAddr) + 1;
-            memory.ranges.push_back(
-                {.finding = finding, .empty = std::all_of(first, last, [](auto byte) { return byte == 0; })});
-        }
-    }
-    for (const tables::QRCodeOfRole& row : tables::kQRCodes) {
-        if (row.roleId == role && row.makerId == memory.makerId) {
-            if (const auto code = formats::ReadQRCode(image, row.qrCode)) {
-                memory.qrCode.assign(code->begin(), code->end());
-            }
-        }
-    }
-    return memory;
-}
-
 /// Whether a layout is made for a chip: a component of its name, "ov13b" of
 /// "halcyrion_ofilm_uw_ov13b_eeprom", starts the chip's.
 bool IsLayoutOf(std::string_view layout, std::string_view chip) {
@@ -139,7 +113,9 @@ void AddMemory(const Boot& boot, int index, Module& module) {
         !boot.phone->sensors[static_cast<std::size_t>(index)].eeprom) {
         return;
     }
-    module.memory = MemoryOf(boot.phone->sensors[static_cast<std::size_t>(index)].eeprom->image, module.role);
+    const std::vector<std::uint8_t>& image =
+        boot.phone->sensors[static_cast<std::size_t>(index)].eeprom->image;
+    module.memory = MemoryOf(image, formats::FindEepromLayout(image), module.role);
     if (module.memory->layout != nullptr) {
         module.layoutOfThisChip = IsLayoutOf(module.memory->layout->eepromName, module.chip);
     }
@@ -173,6 +149,41 @@ std::vector<Module> ModulesOf(const Boot& boot) {
         modules.push_back(std::move(module));
     }
     return modules;
+}
+
+ModuleMemory MemoryOf(formats::ImageBytes image, const EepromCheckSumDesc* layout, int role) {
+    ModuleMemory memory;
+    memory.makerId = formats::ReadIdentity(image).vendorId;
+    memory.maker = MakerName(memory.makerId);
+    if (!image.empty() && std::equal(image.begin() + 1, image.end(), image.begin())) {
+        memory.erased = image[0];
+    }
+    memory.layout = layout;
+    if (layout != nullptr) {
+        for (const formats::CheckSumFinding& finding : formats::CheckRanges(image, *layout)) {
+            const auto first = image.begin() + static_cast<std::ptrdiff_t>(finding.range.startAddr);
+            const auto last = image.begin() + static_cast<std::ptrdiff_t>(finding.range.endAddr) + 1;
+            memory.ranges.push_back(
+                {.finding = finding, .empty = std::all_of(first, last, [](auto byte) { return byte == 0; })});
+        }
+    }
+    for (const tables::QRCodeOfRole& row : tables::kQRCodes) {
+        if (row.roleId == role && row.makerId == memory.makerId) {
+            if (const auto code = formats::ReadQRCode(image, row.qrCode)) {
+                memory.qrCode.assign(code->begin(), code->end());
+            }
+        }
+    }
+    return memory;
+}
+
+std::optional<int> RoleOfLayout(const EepromCheckSumDesc& layout) {
+    for (const tables::CameraDevice& device : tables::kPhysicalCameraDevices) {
+        if (IsLayoutOf(layout.eepromName, device.camera.sensorNames)) {
+            return device.camera.roleId;
+        }
+    }
+    return std::nullopt;
 }
 
 std::string RoleName(int role) {

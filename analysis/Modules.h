@@ -48,6 +48,14 @@ struct Module {
 /// name them.
 std::vector<Module> ModulesOf(const Boot& boot);
 
+/// What an image says of its module.
+/// @param layout null where it is of none.
+/// @param role of the module, which tells where its QR code lies; -1: of none.
+ModuleMemory MemoryOf(formats::ImageBytes image, const EepromCheckSumDesc* layout, int role);
+
+/// The role of the modules that a layout is made for: of the chip that its name has.
+std::optional<int> RoleOfLayout(const EepromCheckSumDesc& layout);
+
 /// "back main" for a role that a module can have, "role 60" for any other.
 std::string RoleName(int role);
 

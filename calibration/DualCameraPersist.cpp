@@ -25,24 +25,9 @@ struct DirCloser {
     void operator()(DIR* dir) const { closedir(dir); }
 };
 
-bool IsCalibrationFileName(const std::string& name) {
-    return name.find("bin") != std::string::npos && name.find("dcal") != std::string::npos;
-}
-
-/// Whether the roles that a file's fuse ids name belong to the pair, in either order. A file may name only
-/// one of its sensors; then that one must belong to the pair.
-bool BelongsToPair(const CalibrationData& file, int master, int slave, const DualCameraCalDataInfo& pair) {
-    const auto isOfPair = [&pair](int role) {
-        return role == pair.masterCameraRole || role == pair.slaveCameraRole;
-    };
-    if (file.getMasterFuseId().empty()) {
-        return !file.getSlaveFuseId().empty() && isOfPair(slave);
-    }
-    if (file.getSlaveFuseId().empty()) {
-        return isOfPair(master);
-    }
-    return (master == pair.masterCameraRole && slave == pair.slaveCameraRole) ||
-           (slave == pair.masterCameraRole && master == pair.slaveCameraRole);
+/// The role that a fuse id of a file names; none where the file has no such fuse id.
+std::optional<int> NamedRole(const std::string& fuseId, int role) {
+    return fuseId.empty() ? std::nullopt : std::optional(role);
 }
 
 }  // namespace
@@ -74,7 +59,7 @@ std::vector<std::string> CameraPlatformInfoZelvan::GetDualCameraPersistFiles(con
                                                                     : opendir(DevicePath(dir).c_str()));
         folder != nullptr) {
         while (const dirent* const entry = readdir(folder.get())) {
-            if (IsCalibrationFileName(entry->d_name)) {
+            if (tables::IsDualCalibrationFileName(entry->d_name)) {
                 names.emplace_back(entry->d_name);
             }
         }
@@ -94,7 +79,8 @@ bool CameraPlatformInfoZelvan::MatchDualCameraPersistFile(const std::string& pat
     bool matched = false;
     const int master = GetRoleIdByFuseId(file.getMasterFuseId());
     const int slave = GetRoleIdByFuseId(file.getSlaveFuseId());
-    if (BelongsToPair(file, master, slave, info)) {
+    if (tables::NamePair(NamedRole(file.getMasterFuseId(), master), NamedRole(file.getSlaveFuseId(), slave),
+                         info)) {
         matched = true;
         // A file that belongs to the pair counts even when it yields no block; then nothing is dumped.
         if (std::string block; info.length < 0) {

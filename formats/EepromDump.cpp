@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdio>
 #include <optional>
+#include <utility>
 
 #include "formats/PrintableText.h"
 
@@ -262,6 +263,31 @@ EepromDump ReadEepromDump(std::string_view text) {
         return EepromDumpError{lines.number(), OffsetText(image.size()), "the end of the text"};
     }
     return image.take();
+}
+
+EepromFile ReadEepromFile(ImageBytes content) {
+    EepromFile file;
+    const std::string_view text(reinterpret_cast<const char*>(content.data()), content.size());
+    if (IsEepromDump(text)) {
+        EepromDump dump = ReadEepromDump(text);
+        if (const auto* const error = std::get_if<EepromDumpError>(&dump)) {
+            file.expected = "the dump of a whole EEPROM with " + error->expected + " in line " +
+                            std::to_string(error->line) + " of the file";
+            file.found = error->found;
+            return file;
+        }
+        file.image = std::get<std::vector<std::uint8_t>>(std::move(dump));
+        file.size = file.image.size();
+    } else if (content.size() > tables::kEepromImageSize) {
+        file.expected =
+            "a file of at most " + std::to_string(tables::kEepromImageSize) + " bytes, or the text of a dump";
+        file.found = std::to_string(content.size()) + " bytes";
+    } else {
+        file.image.assign(content.begin(), content.end());
+        file.image.resize(tables::kEepromImageSize);
+        file.size = content.size();
+    }
+    return file;
 }
 
 std::string EepromDumpText(ImageBytes image) {

@@ -38,6 +38,16 @@ bool IsEepromDump(std::string_view content);
 /// nothing.
 EepromDump ReadEepromDump(std::string_view text);
 
+/// What a file of a module's memory holds, raw bytes or the text of a dump.
+struct EepromFile {
+    std::vector<std::uint8_t> image;  ///< tables::kEepromImageSize bytes; empty where the file holds none
+    std::size_t size = 0;             ///< bytes that the file states; zeros fill up what raw bytes leave
+    std::string expected;             ///< where there is no image
+    std::string found;
+};
+
+EepromFile ReadEepromFile(ImageBytes content);
+
 /// The text of a dump in the plug-in's form.
 std::string EepromDumpText(ImageBytes image);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include "tables/CameraRoles.h"
 
@@ -34,6 +35,21 @@ inline constexpr std::array<DualCameraCalDataInfo, 2> kDualCameraPairs = {{
      .dumpPath = "/data/vendor/camera/com.zelvan.dcal.wt.data",
      .goldenPath = "/vendor/etc/camera/com.zelvan.dcal.wt.golden"},
 }};
+
+/// Whether the roles that a calibration file names by its fuse ids are those of a pair, in either order. A
+/// file may name only one of its sensors; then that one must belong to the pair.
+/// @param master, slave none: the file names nobody; -1: a sensor that the phone does not have.
+constexpr bool NamePair(std::optional<int> master, std::optional<int> slave,
+                        const DualCameraCalDataInfo& pair) {
+    const auto isOfPair = [&pair](int role) {
+        return role == pair.masterCameraRole || role == pair.slaveCameraRole;
+    };
+    if (!master || !slave) {
+        return (master || slave) && isOfPair(master ? *master : *slave);
+    }
+    return (*master == pair.masterCameraRole && *slave == pair.slaveCameraRole) ||
+           (*slave == pair.masterCameraRole && *master == pair.slaveCameraRole);
+}
 
 /// The persist file that a recalibration of a pair writes, by the pair's dump file.
 struct RecalibrationFile {

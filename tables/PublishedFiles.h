@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -11,6 +12,14 @@ namespace tables {
 /// Where recalibrations leave their files.
 inline constexpr const char* kPersistFolder = "/mnt/vendor/persist/camera/";
 inline constexpr const char* kOisFilePath = "/mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin";
+
+/// Whether an entry of that folder, whatever it is, counts as a dual-camera calibration file.
+constexpr bool IsDualCalibrationFileName(std::string_view name) {
+    return name.find("bin") != std::string_view::npos && name.find("dcal") != std::string_view::npos;
+}
+
+/// Bytes of the largest calibration file that is read; real ones have some kilobytes.
+inline constexpr std::size_t kLargestCalibrationFile = 16U << 20;
 
 /// Start of a module dump's path; the name of its role follows.
 inline constexpr const char* kEepromDumpPath = "/data/vendor/camera/eeprom_raw_data_dump_";

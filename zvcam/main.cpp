@@ -10,20 +10,16 @@
 #include <CLI/CLI.hpp>
 
 #include "analysis/Why.h"
-#include "formats/PrintableText.h"
 #include "supervisor/EndOnSignal.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Files.h"
 #include "zvcam/commands/Output.h"
 
 namespace {
 
-/// Longest message, in bytes.
-constexpr std::size_t kLongestMessage = 300;
-
-/// One line on standard error, printable and of bounded length.
 int Complain(std::string_view message) {
-    std::cerr << formats::Shortened("zvcam: " + formats::Printable(message), kLongestMessage) << '\n';
+    zvcam::Complain(message);
     return zvcam::kExitUnusable;
 }
 
@@ -60,14 +56,14 @@ int Main(int argc, char** argv) {
     CLI::App app("Boots virtual phones with the camera platform-information plug-in, and explains them.",
                  "zvcam");
     app.footer(
-        "Exit status: 0; 1 the boot did not return, or what was compared differs; 2 wrong usage, an input\n"
-        "that cannot be used, or an output that cannot be written.");
+        "Exit status: 0; 1 the boot did not return, or what was compared differs, or what was checked is bad;\n"
+        "2 wrong usage, an input that cannot be used, or an output that cannot be written.");
     app.set_version_flag("--version", "zvcam " ZVCAM_VERSION);
     app.require_subcommand(1);
     std::function<int()> chosen;
-    for (const auto& add :
-         {zvcam::AddRunCommand, zvcam::AddGetpropCommand, zvcam::AddDumpsysCommand, zvcam::AddLogcatCommand,
-          zvcam::AddStreamsCommand, zvcam::AddWhyCommand, zvcam::AddDiffCommand}) {
+    for (const auto& add : {zvcam::AddRunCommand, zvcam::AddGetpropCommand, zvcam::AddDumpsysCommand,
+                            zvcam::AddLogcatCommand, zvcam::AddStreamsCommand, zvcam::AddWhyCommand,
+                            zvcam::AddDiffCommand, zvcam::AddEepromCommand, zvcam::AddCalibrationCommand}) {
         add(app, chosen);
     }
     if (const std::string wrong = UnknownCommand(app, argc > 1 ? argv[1] : ""); !wrong.empty()) {

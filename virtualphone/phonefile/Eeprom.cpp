@@ -2,9 +2,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
-#include <variant>
 
 #include "formats/EepromDump.h"
 #include "formats/EepromImage.h"
@@ -17,24 +15,11 @@ namespace {
 
 /// An image from its raw bytes or from the text of a dump.
 std::vector<std::uint8_t> ReadImageFile(const JsonValue& value, const std::filesystem::path& folder) {
-    std::vector<std::uint8_t> bytes = ReadSideFile(value, folder);
-    const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    if (formats::IsEepromDump(text)) {
-        formats::EepromDump dump = formats::ReadEepromDump(text);
-        if (const auto* const error = std::get_if<formats::EepromDumpError>(&dump)) {
-            value.fail("the dump of a whole EEPROM with " + error->expected + " in line " +
-                           std::to_string(error->line) + " of the file",
-                       error->found);
-        }
-        return std::get<std::vector<std::uint8_t>>(std::move(dump));
+    formats::EepromFile file = formats::ReadEepromFile(ReadSideFile(value, folder));
+    if (file.image.empty()) {
+        value.fail(file.expected, file.found);
     }
-    if (bytes.size() > tables::kEepromImageSize) {
-        value.fail(
-            "a file of at most " + std::to_string(tables::kEepromImageSize) + " bytes, or the text of a dump",
-            std::to_string(bytes.size()) + " bytes");
-    }
-    bytes.resize(tables::kEepromImageSize);
-    return bytes;
+    return std::move(file.image);
 }
 
 const EepromCheckSumDesc& LayoutNamed(const JsonValue& value) {

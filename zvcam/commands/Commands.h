@@ -19,5 +19,9 @@ void AddStreamsCommand(CLI::App& app, std::function<int()>& chosen);
 void AddWhyCommand(CLI::App& app, std::function<int()>& chosen);
 /// Compares two boots.
 void AddDiffCommand(CLI::App& app, std::function<int()>& chosen);
+/// Checks and mends images of module memories.
+void AddEepromCommand(CLI::App& app, std::function<int()>& chosen);
+/// Checks and makes calibration files.
+void AddCalibrationCommand(CLI::App& app, std::function<int()>& chosen);
 
 }  // namespace zvcam

@@ -1,0 +1,131 @@
+#include "zvcam/views/EepromView.h"
+
+#include <array>
+#include <cstdio>
+#include <ostream>
+
+#include "formats/Hex.h"
+#include "tables/Stabiliser.h"
+
+namespace zvcam {
+
+namespace {
+
+using analysis::EepromFindings;
+
+std::string Hex(std::uint32_t number, int digits) {
+    std::array<char, 16> text;
+    std::snprintf(text.data(), text.size(), "0x%0*X", digits, number);
+    return text.data();
+}
+
+std::string Offset(std::size_t offset) {
+    return Hex(static_cast<std::uint32_t>(offset), 4);
+}
+
+/// "12 bytes at 0x0010".
+std::string Place(int size, int offset) {
+    return Counted(static_cast<std::size_t>(size), "byte") + " at " +
+           Offset(static_cast<std::size_t>(offset));
+}
+
+std::string LayoutText(const EepromFindings& findings, const Style& style) {
+    if (findings.memory.layout == nullptr) {
+        return style.bad("UNKNOWN");
+    }
+    return findings.memory.layout->eepromName +
+           (findings.role ? ", " + analysis::RoleName(*findings.role) : std::string()) +
+           (findings.layoutGiven ? ", as given" : "");
+}
+
+std::string QRCodeText(formats::ImageBytes image, const EepromFindings& findings) {
+    if (findings.qrCodePlace == nullptr) {
+        return "none of this maker";
+    }
+    const QRCodeDescriptor& place = *findings.qrCodePlace;
+    const std::uint8_t flag = image[static_cast<std::size_t>(place.flagOffset)];
+    const std::string flagText =
+        "flag " + Hex(flag, 2) + " at " + Offset(static_cast<std::size_t>(place.flagOffset));
+    return flag == formats::kQRCodeValid
+               ? Printable(findings.memory.qrCode) + "  (" + Place(place.qrCodeLength, place.qrCodeOffset) +
+                     ", " + flagText + ")"
+               : "none (" + flagText + ")";
+}
+
+void PrintCheckSums(std::ostream& out, const EepromFindings& findings, const Style& style) {
+    Table table;
+    table.row({"checksums", "range", "at", "stored", "computed"});
+    for (const analysis::CheckedRange& each : findings.memory.ranges) {
+        const SubModuleCheckSumDesc& range = each.finding.range;
+        table.row({std::string("  ") + range.name, Offset(range.startAddr) + " to " + Offset(range.endAddr),
+                   Offset(range.checkSumAddr), Hex(each.finding.stored, 2), Hex(each.finding.computed, 2),
+                   !each.finding.good() ? style.bad("BAD")
+                   : each.empty         ? style.doubtful("empty")
+                                        : "ok"});
+    }
+    table.print(out, 2);
+}
+
+void PrintStabiliser(std::ostream& out, formats::ImageBytes image) {
+    constexpr std::array<const char*, tables::kStabiliserFields.size()> kNames = {
+        "  gain X",           "  gain Y",        "  third parameter",
+        "  fourth parameter", "  sensitivity X", "  sensitivity Y"};
+    const auto parameters = formats::ReadStabiliserParameters(image);
+    Table table;
+    table.row({"stabiliser", "at", "bytes", "value"});
+    for (std::size_t i = 0; i < kNames.size(); ++i) {
+        const tables::StabiliserField& field = tables::kStabiliserFields[i];
+        const auto bytes =
+            image.subspan(static_cast<std::size_t>(field.offset), static_cast<std::size_t>(field.size));
+        table.row(
+            {kNames[i], Offset(static_cast<std::size_t>(field.offset)), formats::UpperHex(bytes),
+             std::to_string(parameters[i]) +
+                 (field.isSensitivity ? ", " + std::to_string(parameters[i] - bytes[0]) + " of it the maker's"
+                                      : std::string())});
+    }
+    table.print(out, 2);
+}
+
+}  // namespace
+
+void PrintEeprom(std::ostream& out, const std::string& name, std::size_t size, formats::ImageBytes image,
+                 const EepromFindings& findings, const Style& style) {
+    out << style.bold(Printable(name)) << ": " << Counted(size, "byte")
+        << (size < image.size() ? ", the rest counts as 0" : "") << ", "
+        << (findings.good() ? style.good("good") : style.bad("BAD")) << '\n';
+    for (const analysis::Finding& finding : findings.findings) {
+        out << (finding.severity == analysis::Finding::Severity::Error ? style.bad("  error    ")
+                                                                       : style.doubtful("  warning  "))
+            << finding.words << '\n';
+    }
+    const analysis::ModuleMemory& memory = findings.memory;
+    Table table;
+    table.row({"maker", Hex(memory.makerId, 2) + " " + (memory.maker.empty() ? "unknown" : memory.maker)});
+    table.row({"lens id", Hex(findings.identity.lensId, 2)});
+    table.row({"sensor id", Hex(findings.identity.sensorId, 2)});
+    table.row({"header id", Hex(findings.headerId, 8)});
+    table.row({"layout", LayoutText(findings, style)});
+    if (findings.fuseIdPlace != nullptr) {
+        table.row({"fuse id",
+                   formats::UpperHex(findings.fuseId) + "  (" +
+                       Place(findings.fuseIdPlace->fuseIdLength, findings.fuseIdPlace->fuseIdOffset) + ")"});
+        table.row({"QR code", QRCodeText(image, findings)});
+    }
+    table.print(out, 2);
+    if (memory.layout != nullptr) {
+        PrintCheckSums(out, findings, style);
+    }
+    if (findings.role == tables::kStabilisedRole) {
+        PrintStabiliser(out, image);
+    }
+    if (!findings.published.empty()) {
+        out << "  published\n";
+        Table published;
+        for (const auto& [property, value] : findings.published) {
+            published.row({property, "= " + Printable(value)});
+        }
+        published.print(out, 4);
+    }
+}
+
+}  // namespace zvcam
