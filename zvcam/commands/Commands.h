@@ -23,5 +23,7 @@ void AddDiffCommand(CLI::App& app, std::function<int()>& chosen);
 void AddEepromCommand(CLI::App& app, std::function<int()>& chosen);
 /// Checks and makes calibration files.
 void AddCalibrationCommand(CLI::App& app, std::function<int()>& chosen);
+/// Checks and makes phone files.
+void AddPhoneCommand(CLI::App& app, std::function<int()>& chosen);
 
 }  // namespace zvcam
