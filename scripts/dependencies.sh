@@ -26,7 +26,7 @@ check python3            program python3
 is_there() {
     case $1 in
         program) command -v "$2" >/dev/null ;;
-        module) python3 -c "import $2" 2>/dev/null ;;
+        module) PATH=/usr/bin:$PATH python3 -c "import $2" 2>/dev/null ;;
         header) echo "#include <$2>" | g++ -x c++ -I/usr/include/android -E - >/dev/null 2>&1 ;;
         runtime) echo 'extern "C" int LLVMFuzzerTestOneInput(const char*, long) { return 0; }' |
             clang++ -x c++ -fsanitize="$2" -o /dev/null - >/dev/null 2>&1 ;;
