@@ -264,6 +264,12 @@ Diagnosis Diagnose(const Boot& boot) {
     return diagnosis;
 }
 
+std::vector<Finding> MemoryFindings(const Module& module) {
+    std::vector<Finding> findings;
+    AddMemoryFindings(module, findings);
+    return findings;
+}
+
 std::vector<std::string> IdleFaults(const Boot& boot) {
     std::vector<std::string> idle;
     if (!boot.phone || !boot.record.ordered) {

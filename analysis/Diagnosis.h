@@ -45,6 +45,9 @@ struct Diagnosis {
 /// The diagnosis holds pointers into `boot`.
 Diagnosis Diagnose(const Boot& boot);
 
+/// What is wrong with the memory of a module that has been read.
+std::vector<Finding> MemoryFindings(const Module& module);
+
 /// Faults of the description that the boot never came across, as the phone file names them:
 /// "sensorDrivers: 4".
 std::vector<std::string> IdleFaults(const Boot& boot);

@@ -25,8 +25,6 @@ class PLATFORM_API IMetadata {
         Memory() = default;
         Memory(const void* bytes, std::size_t size);
 
-        std::size_t size() const;
-        const std::uint8_t* array() const;
         /// The bytes for writing; valid until the next `resize` or `append`.
         std::uint8_t* editArray();
         /// New bytes are zero.
@@ -39,8 +37,6 @@ class PLATFORM_API IMetadata {
         std::vector<std::uint8_t> mBytes;
     };
 
-    enum class Type { None, Int32, Int64, Float, Byte, Memory };
-
     /// The items of one tag. The first item decides the entry's type; a later item of another type is
     /// dropped, and the platform logs it.
     class PLATFORM_API IEntry {
@@ -50,12 +46,6 @@ class PLATFORM_API IMetadata {
         Tag_t tag() const;
         std::size_t count() const;
         bool isEmpty() const;
-        /// `Type::None` while the entry is empty.
-        Type type() const;
-
-        /// Makes room for `count` items of type `Item` in all.
-        template <typename Item>
-        void reserve(std::size_t count);
 
         /// Appends `value`, stored as an `Item`: std::int32_t, std::int64_t, float, unsigned char or Memory.
         template <typename Value, typename Item = Value>
@@ -90,12 +80,6 @@ class PLATFORM_API IMetadata {
 
     /// A copy of the entry of `tag`; an empty one where the tag is absent.
     IEntry entryFor(Tag_t tag) const;
-
-    /// Number of tags.
-    std::size_t count() const;
-
-    /// All entries in ascending tag order.
-    std::vector<IEntry> entries() const;
 
   private:
     std::map<Tag_t, IEntry> mEntries;

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "record/JsonTokens.h"
 #include "record/Report.h"
 #include "record/ReportJson.h"
 
@@ -64,10 +65,7 @@ class Builder : public nlohmann::json_sax<Json> {
                               " lists and objects in each other, got more");
         }
         if (!mError.empty()) {
-            const std::string_view before = text.substr(0, mPosition == 0 ? 0 : mPosition - 1);
-            const auto lines = std::count(before.begin(), before.end(), '\n');
-            const std::size_t column = before.size() - (lines == 0 ? 0 : before.rfind('\n') + 1) + 1;
-            throw ReportError("line " + std::to_string(lines + 1) + ", column " + std::to_string(column) +
+            throw ReportError(JsonPlace(text, mPosition == 0 ? 0 : mPosition - 1) +
                               ": expected a report, got " + mError);
         }
         return std::move(mRoot);
@@ -490,6 +488,10 @@ std::vector<Event> InOrder(const Node& all, std::span<EventList> lists) {
 }  // namespace
 
 BootRecord ReadReport(std::string_view text) {
+    if (const auto excess = FindJsonExcess(text)) {
+        throw ReportError(JsonPlace(text, excess->position) + ": expected " + excess->expected +
+                          ", got more");
+    }
     Builder builder;
     Json::sax_parse(text, &builder);
     const Json json = builder.take(text);

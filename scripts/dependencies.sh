@@ -1,8 +1,8 @@
 # Sourced by the commands of this project: makes sure that the tools and libraries that one of them needs are
 # there. Debian's packages are installed; on another system what is missing is named.
 
-# What for, package, and what shows that it is there: a program, a header that the compiler must find, or a runtime
-# that clang must link.
+# What for, package, and what shows that it is there: a program, a module of Python, a header that the compiler must
+# find, or a runtime that clang must link.
 dependencies='
 build g++                program g++
 build cmake              program cmake
@@ -12,6 +12,8 @@ build libcli11-dev       header  CLI/CLI.hpp
 build android-liblog-dev header  android/log.h
 test  libgtest-dev       header  gtest/gtest.h
 test  libgmock-dev       header  gmock/gmock.h
+test  python3            program python3
+test  python3-jsonschema module  jsonschema
 bench libbenchmark-dev   header  benchmark/benchmark.h
 bench libboost-dev       header  boost/crc.hpp
 clang clang              program clang++
@@ -24,6 +26,7 @@ check python3            program python3
 is_there() {
     case $1 in
         program) command -v "$2" >/dev/null ;;
+        module) PATH=/usr/bin:$PATH python3 -c "import $2" 2>/dev/null ;;
         header) echo "#include <$2>" | g++ -x c++ -I/usr/include/android -E - >/dev/null 2>&1 ;;
         runtime) echo 'extern "C" int LLVMFuzzerTestOneInput(const char*, long) { return 0; }' |
             clang++ -x c++ -fsanitize="$2" -o /dev/null - >/dev/null 2>&1 ;;

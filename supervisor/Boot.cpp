@@ -132,10 +132,7 @@ void LeaveTheProgram(pid_t program) {
 }
 
 /// All that the child does.
-void Run(virtualphone::PhoneDescription description, const virtualphone::DeviceFiles& files,
-         const std::filesystem::path& library, Reporter& reporter) {
-    const virtualphone::VirtualPhone phone(std::move(description), files, reporter);
-    // After the phone, which the library's initialisers and finalisers may use.
+void Run(const std::filesystem::path& library, Reporter& reporter) {
     const Plugin plugin(library);
     const record::PluginIdentity identity = plugin.identity();
     reporter.say(Message::Library, identity.path);
@@ -150,14 +147,18 @@ void Run(virtualphone::PhoneDescription description, const virtualphone::DeviceF
                               SharedLog& log) {
     Reporter reporter(log);
     try {
-        Run(std::move(description), files, library, reporter);
+        // Before the library, whose initialisers and finalisers may use it.
+        const virtualphone::VirtualPhone phone(std::move(description), files, reporter);
+        Run(library, reporter);
+        std::cout.flush();
+        std::fflush(nullptr);
+        reporter.say(Message::Completed);
+        // With the phone still on: to take it apart is time lost.
+        _exit(0);
     } catch (const std::exception& error) {
         reporter.say(Message::NoPlugin, error.what());
+        _exit(0);
     }
-    std::cout.flush();
-    std::fflush(nullptr);
-    reporter.say(Message::Completed);
-    _exit(0);
 }
 
 /// Forks while no signal is handled, so that no handler of this program acts in the child.

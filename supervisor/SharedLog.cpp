@@ -45,8 +45,8 @@ void SharedLog::append(std::span<const std::uint8_t> message, std::size_t spare)
 
 SharedLog::Contents SharedLog::read() const {
     const std::uint64_t used = std::min<std::uint64_t>(head().used, mRoom);
-    Contents contents{.bytes = {messages(), messages() + used}, .messages = {}, .lost = head().lost};
-    std::span<const std::uint8_t> rest = contents.bytes;
+    Contents contents{.messages = {}, .lost = head().lost};
+    std::span<const std::uint8_t> rest(messages(), used);
     while (!rest.empty()) {
         std::uint32_t size = 0;
         if (rest.size() < sizeof size) {

@@ -21,10 +21,9 @@ class SharedLog {
     /// is counted as lost.
     void append(std::span<const std::uint8_t> message, std::size_t spare);
 
-    /// A copy of all messages so far. The writer is not trusted: none lies outside the memory.
+    /// All messages, once the writer has ended. It is not trusted: none lies outside the memory.
     struct Contents {
-        std::vector<std::uint8_t> bytes;
-        std::vector<std::span<const std::uint8_t>> messages;  ///< within `bytes`
+        std::vector<std::span<const std::uint8_t>> messages;
         std::uint64_t lost = 0;
         bool damaged = false;  ///< what follows the messages is no message
     };

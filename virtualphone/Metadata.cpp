@@ -20,14 +20,6 @@ namespace NSCam {
 IMetadata::Memory::Memory(const void* bytes, std::size_t size)
     : mBytes(static_cast<const std::uint8_t*>(bytes), static_cast<const std::uint8_t*>(bytes) + size) {}
 
-std::size_t IMetadata::Memory::size() const {
-    return mBytes.size();
-}
-
-const std::uint8_t* IMetadata::Memory::array() const {
-    return mBytes.data();
-}
-
 std::uint8_t* IMetadata::Memory::editArray() {
     return mBytes.data();
 }
@@ -67,21 +59,6 @@ bool IMetadata::IEntry::isEmpty() const {
     return count() == 0;
 }
 
-IMetadata::Type IMetadata::IEntry::type() const {
-    // The alternatives stand in the order of the types. Room that was reserved makes no type.
-    return isEmpty() ? Type::None : static_cast<Type>(mItems.index());
-}
-
-template <typename Item>
-void IMetadata::IEntry::reserve(std::size_t count) {
-    if (isEmpty() && !std::holds_alternative<std::vector<Item>>(mItems)) {
-        mItems.emplace<std::vector<Item>>();
-    }
-    if (auto* items = std::get_if<std::vector<Item>>(&mItems)) {
-        items->reserve(count);
-    }
-}
-
 template <typename Item>
 void IMetadata::IEntry::append(const Item& item) {
     if (auto* items = std::get_if<std::vector<Item>>(&mItems)) {
@@ -100,9 +77,8 @@ Item IMetadata::IEntry::itemAt(std::size_t index) const {
     return items != nullptr && index < items->size() ? (*items)[index] : Item{};
 }
 
-#define INSTANTIATE_ITEM(Item)                                         \
-    template void IMetadata::IEntry::reserve<Item>(std::size_t count); \
-    template void IMetadata::IEntry::append<Item>(const Item& item);   \
+#define INSTANTIATE_ITEM(Item)                                       \
+    template void IMetadata::IEntry::append<Item>(const Item& item); \
     template Item IMetadata::IEntry::itemAt<Item>(std::size_t index) const;
 
 INSTANTIATE_ITEM(std::int32_t)
@@ -126,19 +102,6 @@ int IMetadata::update(Tag_t tag, const IEntry& entry) {
 IMetadata::IEntry IMetadata::entryFor(Tag_t tag) const {
     const auto found = mEntries.find(tag);
     return found == mEntries.end() ? IEntry(tag) : found->second;
-}
-
-std::size_t IMetadata::count() const {
-    return mEntries.size();
-}
-
-std::vector<IMetadata::IEntry> IMetadata::entries() const {
-    std::vector<IEntry> entries;
-    entries.reserve(mEntries.size());
-    for (const auto& [tag, entry] : mEntries) {
-        entries.push_back(entry);
-    }
-    return entries;
 }
 
 record::TagValues IMetadata::Inside::values(const IEntry& entry) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -35,11 +36,24 @@ VIRTUALPHONE_API PhoneDescription ReadPhoneFile(const std::filesystem::path& pat
 VIRTUALPHONE_API PhoneDescription ParsePhone(std::string_view json, const std::filesystem::path& folder,
                                              const std::string& fileName);
 
+/// Contents that a written phone file names instead of holding them; paths start at its folder.
+struct SideFiles {
+    std::map<std::string, std::string> files;             ///< by phone path
+    std::map<tables::SensorIndex, std::string> memories;  ///< by sensor index
+};
+
 /// Writes a phone as a phone file with all bytes inside, from which `ParsePhone` makes the same description.
 /// What a phone file cannot say is not kept: bytes of texts that are not UTF-8 become U+FFFD.
 VIRTUALPHONE_API void WritePhoneFile(std::ostream& out, const PhoneDescription& phone);
 
 /// The same as a text.
-VIRTUALPHONE_API std::string PhoneFileText(const PhoneDescription& phone);
+/// @param sideFiles what the text names; the caller writes their contents.
+VIRTUALPHONE_API std::string PhoneFileText(const PhoneDescription& phone, const SideFiles& sideFiles = {});
+
+/// A phone file that teaches the format: this phone as it leaves the factory, with comments on every key.
+VIRTUALPHONE_API std::string_view StartingPhoneFile();
+
+/// The JSON Schema (draft 2020-12) of the phone file. What a schema cannot say is left to the reader.
+VIRTUALPHONE_API std::string_view PhoneFileSchema();
 
 }  // namespace virtualphone

@@ -61,9 +61,10 @@ int Main(int argc, char** argv) {
     app.set_version_flag("--version", "zvcam " ZVCAM_VERSION);
     app.require_subcommand(1);
     std::function<int()> chosen;
-    for (const auto& add : {zvcam::AddRunCommand, zvcam::AddGetpropCommand, zvcam::AddDumpsysCommand,
-                            zvcam::AddLogcatCommand, zvcam::AddStreamsCommand, zvcam::AddWhyCommand,
-                            zvcam::AddDiffCommand, zvcam::AddEepromCommand, zvcam::AddCalibrationCommand}) {
+    for (const auto& add :
+         {zvcam::AddRunCommand, zvcam::AddGetpropCommand, zvcam::AddDumpsysCommand, zvcam::AddLogcatCommand,
+          zvcam::AddStreamsCommand, zvcam::AddWhyCommand, zvcam::AddDiffCommand, zvcam::AddEepromCommand,
+          zvcam::AddCalibrationCommand, zvcam::AddPhoneCommand}) {
         add(app, chosen);
     }
     if (const std::string wrong = UnknownCommand(app, argc > 1 ? argv[1] : ""); !wrong.empty()) {

@@ -3,6 +3,7 @@
 #include "tables/CameraPairs.h"
 #include "tables/PublishedTags.h"
 #include "tests/calibration/CalibrationBytes.h"
+#include "tests/support/Describe.h"
 
 namespace {
 
@@ -32,8 +33,7 @@ std::map<std::string, Bytes> Blocks(const IMetadata& meta) {
     for (const std::uint32_t tag : {ZELVAN_BOKEH_CALIBRATION_DATA, ZELVAN_SAT_CALIBRATION_DATA}) {
         if (const IMetadata::IEntry entry = meta.entryFor(tag); !entry.isEmpty()) {
             EXPECT_EQ(entry.count(), 1U);
-            const auto memory = entry.itemAt<IMetadata::Memory>(0);
-            blocks[TagText(tag)] = Bytes(memory.array(), memory.array() + memory.size());
+            blocks[TagText(tag)] = BlobOf(entry);
         }
     }
     return blocks;
@@ -95,7 +95,7 @@ TEST(CalibrationDataTags, WhatEndsTheUpdater) {
         const int result = plugin.MetedataUpdateCalibData(meta, device);
         EXPECT_EQ(result, phone.errors().empty() ? 0 : -1);
         EXPECT_EQ(phone.log().back() == "I [MetedataUpdateCalibData] exit", phone.errors().empty());
-        EXPECT_EQ(meta.count(), 0U);
+        EXPECT_TRUE(DescribeAll(meta).empty());
         return phone.errors();
     };
     EXPECT_EQ(errorsOf(Phone(), 1), Lines());

@@ -53,6 +53,7 @@ TEST(FuseIdText, ReadsTheFuseIdBack) {
         const FuseIdField fuseId = ParseFuseIdText(text);
         EXPECT_EQ(fuseId.length, length) << text;
         EXPECT_EQ(fuseId.hex, hex) << text;
+        EXPECT_TRUE(TryParseFuseIdText(text)) << text;
     }
     for (const char* malformed : {"", "semc002", "semcxyz", "semcx0240102", "semcA0240102", "semc    0102"}) {
         EXPECT_FALSE(TryParseFuseIdText(malformed)) << malformed;

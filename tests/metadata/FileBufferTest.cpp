@@ -27,7 +27,11 @@ TEST(FileBuffer, WholeFileAndExtraZeros) {
         std::vector<std::uint8_t> content;
         int extra;
         std::vector<std::uint8_t> buffer;
-    } kCases[] = {{{1, 2, 255}, 2, {1, 2, 255, 0, 0}}, {{7}, 0, {7}}, {{}, 1, {0}}, {{}, 0, {}}};
+    } kCases[] = {{{1, 2, 255}, 2, {1, 2, 255, 0, 0}},
+                  {{7}, 0, {7}},
+                  {{}, 1, {0}},
+                  {{}, 0, {}},
+                  {Bytes(1 << 20, 7), 0, Bytes(1 << 20, 7)}};
     for (const auto& [content, extra, expected] : kCases) {
         phone.write("/data/beauty", content);
         unsigned char* buf = nullptr;

@@ -11,9 +11,8 @@
 inline std::vector<std::string> Tuples(const NSCam::IMetadata::IEntry& entry, std::size_t size = 4) {
     std::vector<std::string> tuples;
     for (std::size_t i = 0; i < entry.count(); ++i) {
-        const std::int64_t item = entry.type() == NSCam::IMetadata::Type::Int32
-                                      ? entry.itemAt<std::int32_t>(i)
-                                      : entry.itemAt<std::int64_t>(i);
+        // Of the two types that lists have, the other one's items read as 0.
+        const std::int64_t item = entry.itemAt<std::int32_t>(i) + entry.itemAt<std::int64_t>(i);
         if (i % size == 0) {
             tuples.emplace_back();
         }

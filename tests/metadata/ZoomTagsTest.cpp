@@ -1,4 +1,5 @@
 #include "tests/metadata/MetadataTest.h"
+#include "tests/support/Describe.h"
 
 namespace {
 
@@ -69,8 +70,7 @@ TEST(ZoomTags, FakeSatRecordsInTheBlobAndInTheLog) {
         }
     }
     lines.emplace_back("I exit");
-    const auto blob = device.meta.entryFor(ZELVAN_CAMERA_FAKESAT_FAKESATSIZE).itemAt<IMetadata::Memory>(0);
-    EXPECT_EQ(HexText({blob.array(), blob.size()}), bytes);
+    EXPECT_EQ(HexText(BlobOf(device.meta.entryFor(ZELVAN_CAMERA_FAKESAT_FAKESATSIZE))), bytes);
     EXPECT_EQ(device.phone.logOf(kFakeSat), lines);
 }
 

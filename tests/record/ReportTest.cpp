@@ -116,6 +116,8 @@ TEST(Report, WhatIsNoReportIsSaidWithItsPlace) {
               "line 2, column 15: expected a report, got a number beyond all bounds");
     EXPECT_EQ(ErrorOf(std::string(5'000'000, '[')),
               "/: expected at most 64 lists and objects in each other, got more");
+    EXPECT_EQ(ErrorOf("{\"phone\": " + std::string(65, '1') + "}"),
+              "line 1, column 11: expected a number of at most 64 characters, got more");
     EXPECT_EQ(ErrorOf("[]"), "/: expected an object, got a list");
     EXPECT_EQ(ErrorOf("{}"), "/: expected a member \"phone\", got none");
     EXPECT_EQ(with("\"format\": 1", "\"format\": 2"), "/format: expected a whole number from 1 to 1, got 2");

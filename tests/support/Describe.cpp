@@ -53,6 +53,12 @@ Tags DescribeAll(const NSCam::IMetadata& metadata) {
     return DescribeAll(virtualphone::TagsOf(metadata));
 }
 
+record::Blob BlobOf(const NSCam::IMetadata::IEntry& entry) {
+    const record::TagValues values = virtualphone::ValuesOf(entry);
+    const auto blobs = values.as<record::Blob>();
+    return blobs.empty() ? record::Blob() : blobs[0];
+}
+
 std::string TagText(std::uint32_t tag) {
     std::array<char, 16> text;
     std::snprintf(text.data(), text.size(), "0x%X", tag);

@@ -19,6 +19,9 @@ using Tags = std::map<std::string, std::string>;
 Tags DescribeAll(const NSCam::IMetadata& metadata);
 Tags DescribeAll(const record::TagSet& metadata);
 
+/// The bytes of an entry's first item of type "memory"; none where it has no such item.
+record::Blob BlobOf(const NSCam::IMetadata::IEntry& entry);
+
 /// A tag as `DescribeAll` names it.
 std::string TagText(std::uint32_t tag);
 

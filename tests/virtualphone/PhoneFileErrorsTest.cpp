@@ -143,6 +143,15 @@ TEST(PhoneFileErrors, ParsingStopsAtTheLimits) {
               "/properties/p9: expected each key once, got it a second time");
     const std::string row = "[" + Times(65535, "0,") + "0],";
     EXPECT_EQ(ErrorOf("[" + Times(16, row)), "/15/65519: expected at most 1048576 values in all, got more");
+    const std::string most(std::size_t{16} << 20, '4');
+    EXPECT_EQ(ErrorOf("\n{\"name\": \"\\\"" + most),
+              "expected at most 16777216 bytes in one text, got more at line 2, column 10");
+    EXPECT_EQ(ErrorOf("{\"name\": /*\"" + most),
+              "expected at most 16777216 bytes without a text or number, got more at line 1, column 8");
+    EXPECT_EQ(ErrorOf("[-" + most),
+              "expected a number of at most 64 characters, got more at line 1, column 2");
+    EXPECT_EQ(ErrorOf("{\"name\": \"" + most.substr(2) + "\", // \"" + most.substr(99) + "\n\"faults\": {}}"),
+              "no error");
 }
 
 TEST(PhoneFileErrors, SyntaxErrorsTellThePlace) {

@@ -78,10 +78,15 @@ TEST_F(Zvcam, ReportIsCompleteAndExact) {
     {"log": 0},
     {"log": 1}
   ],
-  "description": )";
+  "description": {
+    "name": "small",
+    "faults": {"propertySet": ["refused"]}
+  }
+}
+)";
     const Result printed = zvcam(kFake + "--json -");
     EXPECT_EQ(printed.exitCode, 0) << printed.error;
-    EXPECT_THAT(printed.out, AllOf(StartsWith(start), HasSubstr(rest)));
+    EXPECT_THAT(printed.out, AllOf(StartsWith(start), testing::EndsWith(rest)));
     EXPECT_THAT(printed.error, IsEmpty());
     const Result written = zvcam(kFake + "--json report.json");
     EXPECT_EQ(ReadText(file("report.json")), printed.out);
@@ -184,10 +189,15 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
          "--set: expected a value of at most 91 characters, got 92" + hint},
         {"run none.json",
          "zvcam: none.json: expected a phone file or a report, got No such file or directory\n"},
+        {"run bad.json --root made",
+         "zvcam: bad.json: /sensor: expected one of the keys $schema, name, properties, files, sensors, "
+         "sensorAliases, logicalDevices, sensorDeviceIndexes, staticMetadata, faults, got an unknown key\n"},
         {"run phone.json --library none.so",
          "zvcam: " + folder + "/none.so: cannot open shared object file: No such file or directory\n"},
         {"run phone.json --library '" NO_PLUGIN "'",
          "zvcam: " NO_PLUGIN ": undefined symbol: _ZN24CameraPlatformInfoZelvan14CreateInstanceEv\n"},
+        {"run phone.json --root phone.json",
+         "zvcam: " + folder + "/phone.json: cannot use the folder as a phone's root: Not a directory\n"},
         {kFake + "--json none/report", "zvcam: cannot write none/report: No such file or directory\n"},
         {kFake + "--json /dev/full", "zvcam: cannot write /dev/full: No space left on device\n"},
         {kFake + "--json phone.json", "zvcam: cannot write phone.json: the run reads it\n"},

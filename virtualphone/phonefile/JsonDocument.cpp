@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "formats/PrintableText.h"
+#include "record/JsonTokens.h"
 #include "virtualphone/PhoneFile.h"
 
 namespace virtualphone {
@@ -58,8 +59,10 @@ class Builder final : public Json::json_sax_t {
             }
         }
         // The parser tells where a syntax error is, but not where a number is too large.
-        return refuse("JSON", (message.starts_with("line ") ? "" : place(position - token.size())) +
-                                  formats::Shortened(message, PhoneFileError::kLongest));
+        return refuse(
+            "JSON",
+            (message.starts_with("line ") ? "" : record::JsonPlace(mText, position - token.size()) + ": ") +
+                formats::Shortened(message, PhoneFileError::kLongest));
     }
 
     JsonNode take() { return std::move(mRoot); }
@@ -147,13 +150,6 @@ class Builder final : public Json::json_sax_t {
         mOpen.pop_back();
         put(std::move(node));
         return true;
-    }
-
-    std::string place(std::size_t position) const {
-        const std::string_view before = mText.substr(0, position);
-        const std::size_t lineStart = before.rfind('\n') + 1;  // 0 where there is none
-        return "line " + std::to_string(std::count(before.begin(), before.end(), '\n') + 1) + ", column " +
-               std::to_string(before.size() - lineStart + 1) + ": ";
     }
 
     std::string_view mText;
@@ -315,6 +311,9 @@ void FailAt(const std::string& fileName, const std::string& pointer, const std::
 }
 
 JsonDocument ParseJson(std::string_view text, const std::string& fileName) {
+    if (const auto excess = record::FindJsonExcess(text)) {
+        FailAt(fileName, "", excess->expected, "more at " + record::JsonPlace(text, excess->position));
+    }
     Builder builder(text);
     const bool good =
         Json::sax_parse(text.begin(), text.end(), &builder, nlohmann::detail::input_format_t::json,

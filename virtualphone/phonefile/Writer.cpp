@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -154,12 +155,32 @@ JsonNode Content(const std::vector<std::uint8_t>& bytes) {
     return filled.node();
 }
 
-JsonNode Eeprom(const EepromDescription& eeprom) {
+/// The name of a side file; null where the content stands inside.
+template <typename Key>
+const std::string* NameOf(const std::map<Key, std::string>& names, const Key& key) {
+    const auto found = names.find(key);
+    return found == names.end() ? nullptr : &found->second;
+}
+
+JsonNode Files(const std::map<std::string, std::vector<std::uint8_t>>& files, const SideFiles& sideFiles) {
+    ObjectOf object;
+    for (const auto& [path, bytes] : files) {
+        const std::string* const name = NameOf(sideFiles.files, path);
+        object.set(path, name == nullptr ? Content(bytes) : ObjectOf().set("file", Text(*name)).node());
+    }
+    return object.node();
+}
+
+JsonNode Eeprom(const EepromDescription& eeprom, const std::string* sideFile) {
     const std::uint8_t fill = MostFrequent(eeprom.image);
     ObjectOf object;
-    object.unlessDefault("fill", fill, Integer<std::uint8_t>);
-    if (JsonNode::Object differences = Differences(eeprom.image, fill); !differences.empty()) {
-        object.set("bytes", {std::move(differences)});
+    if (sideFile != nullptr) {
+        object.set("file", Text(*sideFile));
+    } else {
+        object.unlessDefault("fill", fill, Integer<std::uint8_t>);
+        if (JsonNode::Object differences = Differences(eeprom.image, fill); !differences.empty()) {
+            object.set("bytes", {std::move(differences)});
+        }
     }
     if (eeprom.readReturns) {
         object.set("readReturns", Integer(*eeprom.readReturns));
@@ -184,7 +205,7 @@ JsonNode Autofocus(const AutofocusDescription& autofocus) {
         .node();
 }
 
-JsonNode Sensor(const SensorDescription& sensor, tables::SensorIndex index) {
+JsonNode Sensor(const SensorDescription& sensor, tables::SensorIndex index, const SideFiles& sideFiles) {
     const auto end = std::find_if(sensor.modes.rbegin(), sensor.modes.rend(),
                                   [](const PixelSize& size) { return size != PixelSize(); });
     const std::vector<PixelSize> modes(sensor.modes.begin(), end.base());
@@ -199,7 +220,7 @@ JsonNode Sensor(const SensorDescription& sensor, tables::SensorIndex index) {
         .unlessDefault("captureSize", sensor.captureSize, Size)
         .unlessDefault("modes", modes, [](const auto& list) { return ArrayOf(list, Size); });
     if (sensor.eeprom) {
-        object.set("eeprom", Eeprom(*sensor.eeprom));
+        object.set("eeprom", Eeprom(*sensor.eeprom, NameOf(sideFiles.memories, index)));
     }
     if (sensor.autofocus) {
         object.set("af", Autofocus(*sensor.autofocus));
@@ -210,10 +231,10 @@ JsonNode Sensor(const SensorDescription& sensor, tables::SensorIndex index) {
         .node();
 }
 
-JsonNode Sensors(const std::vector<SensorDescription>& sensors) {
+JsonNode Sensors(const std::vector<SensorDescription>& sensors, const SideFiles& sideFiles) {
     JsonNode::Array array;
     for (const SensorDescription& sensor : sensors) {
-        array.push_back(Sensor(sensor, tables::SensorIndex{static_cast<int>(array.size())}));
+        array.push_back(Sensor(sensor, tables::SensorIndex{static_cast<int>(array.size())}, sideFiles));
     }
     return {std::move(array)};
 }
@@ -305,13 +326,14 @@ std::string Key(const std::string& key) {
 
 }  // namespace
 
-std::string PhoneFileText(const PhoneDescription& phone) {
+std::string PhoneFileText(const PhoneDescription& phone, const SideFiles& sideFiles) {
     const JsonNode document =
         ObjectOf()
             .unlessDefault("name", phone.name, Text)
             .map("properties", phone.properties, Key, Text)
-            .map("files", phone.files, Key, Content)
-            .unlessDefault("sensors", phone.sensors, Sensors)
+            .unlessDefault("files", phone.files, [&](const auto& files) { return Files(files, sideFiles); })
+            .unlessDefault("sensors", phone.sensors,
+                           [&](const auto& sensors) { return Sensors(sensors, sideFiles); })
             .map("sensorAliases", phone.sensorAliases, NumberKey<tables::SensorIndex>, Alias)
             .unlessDefault("logicalDevices", phone.logicalDevices,
                            [](const auto& devices) { return ArrayOf(devices, LogicalDevice); })

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "analysis/DevicePull.h"
+
+namespace zvcam {
+
+/// Reads what counts in a folder that was pulled from a device: the files of its camera folders, EEPROM
+/// dumps, and small files that may be getprop output. Sorted by path; links are not followed.
+/// @throws std::runtime_error for a folder or a file that cannot be read.
+std::vector<analysis::PulledFile> ReadPulledFolder(const std::filesystem::path& folder);
+
+/// Writes a phone file, and beside it the folder of its side files: "new.json" and "new.files". Both appear
+/// whole or not at all.
+/// @param force replaces what is there; the folder too, with all that it holds.
+/// @throws std::runtime_error when they cannot be written, or exist without `force`.
+void WritePhone(const std::filesystem::path& path, const virtualphone::PhoneDescription& phone, bool force);
+
+/// Refuses to replace a file.
+/// @throws std::runtime_error when something exists at `path`, unless `force`.
+void CheckIsNew(const std::filesystem::path& path, bool force);
+
+}  // namespace zvcam
