@@ -34,7 +34,7 @@ class TagValues {
     template <typename Item>
     explicit TagValues(std::vector<Item> items) {
         if (!items.empty()) {
-            mItems = std::move(items);
+            mItems.template emplace<std::vector<Item>>(std::move(items));
         }
     }
 
