@@ -36,8 +36,8 @@ struct Ended {
 /// "SIGSEGV" of 11; "signal 34" of one that has no name.
 std::string SignalName(int signal);
 
-/// "threw: off the end", "was ended by SIGSEGV in OverriderDualCamCalData", "exited with status 0 ...", "did not
-/// return within 60 seconds ..."; "returned".
+/// "threw: off the end", "was ended by SIGSEGV in OverriderDualCamCalData", "exited with status 0 ...", "did
+/// not return within 60 seconds ..."; "returned".
 std::string EndText(const Ended& ended);
 
 /// The build of the plug-in that was booted.

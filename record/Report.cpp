@@ -176,8 +176,9 @@ Json MakeReport(const BootRecord& boot) {
     report["properties"] = std::move(lists.properties);
     Json& files = report["files"] = Json::object();
     for (const ChangedFile& file : boot.files) {
-        files[file.path] = {
-            {"size", file.bytes.size()}, {"mode", ModeText(file.mode)}, {"hex", formats::UpperHex(file.bytes)}};
+        files[file.path] = {{"size", file.bytes.size()},
+                            {"mode", ModeText(file.mode)},
+                            {"hex", formats::UpperHex(file.bytes)}};
     }
     report["devices"] = std::move(lists.devices);
     report["thirdCalibration"] = std::move(lists.thirdCalibration);

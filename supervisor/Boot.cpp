@@ -228,6 +228,7 @@ struct Told {
 Told TakeMessages(const SharedLog& log, record::BootRecord& boot) {
     Told told;
     SharedLog::Contents contents = log.read();
+    boot.events.reserve(contents.messages.size());
     for (const std::span<const std::uint8_t> message : contents.messages) {
         const auto kind = message.empty() ? Message{0xFF} : static_cast<Message>(message[0]);
         const auto body = message.empty() ? message : message.subspan(1);
