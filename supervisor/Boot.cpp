@@ -280,7 +280,7 @@ struct RunningBoot::State {
     State(virtualphone::PhoneDescription phone, const BootOptions& options)
         : name(phone.name),
           timeout(options.timeout),
-          description(virtualphone::PhoneFileText(phone)),
+          description(options.describe ? virtualphone::PhoneFileText(phone) : ""),
           files(options.root.empty() ? temporary.emplace().path() : options.root, phone.files,
                 options.cleanRoot),
           log(options.recordLimit),

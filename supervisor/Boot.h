@@ -16,6 +16,8 @@ struct BootOptions {
     std::filesystem::path root = {};     ///< keeps the phone's files; empty: a temporary folder does
     bool cleanRoot = false;              ///< removes first what lies under the root
     std::chrono::milliseconds timeout = std::chrono::seconds(60);
+    /// Whether the record carries the phone as the text of a phone file, as a report does.
+    bool describe = true;
     /// Most bytes that the record of the events may have; what comes later is counted as lost. Only what is
     /// written takes memory.
     std::size_t recordLimit = std::size_t{256} << 20;

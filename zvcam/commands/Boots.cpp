@@ -148,7 +148,7 @@ void AddBootOptions(CLI::App& command, BootOptions& options) {
     AddBootOptionsWithoutSource(command, options);
 }
 
-analysis::Boot Obtain(const BootOptions& options) {
+analysis::Boot Obtain(const BootOptions& options, bool forReport) {
     const std::string text = ReadSource(options.source);
     if (IsReport(text)) {
         return ReadBoot(text, virtualphone::InputName(options.source));
@@ -166,7 +166,8 @@ analysis::Boot Obtain(const BootOptions& options) {
         supervisor::Boot(phone, {.library = LibraryOf(options),
                                  .root = options.root,
                                  .cleanRoot = options.cleanRoot,
-                                 .timeout = std::chrono::duration_cast<std::chrono::milliseconds>(timeout)});
+                                 .timeout = std::chrono::duration_cast<std::chrono::milliseconds>(timeout),
+                                 .describe = forReport});
     boot.phone = std::move(phone);
     return boot;
 }

@@ -36,7 +36,8 @@ void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options);
 
 /// Boots the phone, or reads the report.
 /// @throws std::exception for what cannot be used.
-analysis::Boot Obtain(const BootOptions& options);
+/// @param forReport the record is to be written as a report, with the phone that it came from.
+analysis::Boot Obtain(const BootOptions& options, bool forReport = false);
 
 /// Every file that `Obtain` reads: the source, its side files, the plug-in. What cannot be read names none.
 std::vector<std::filesystem::path> InputsOf(const BootOptions& options);

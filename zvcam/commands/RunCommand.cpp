@@ -23,7 +23,7 @@ int Run(const RunOptions& options) {
     if (!options.json.empty()) {
         CheckIsNoInput(options.json, InputsOf(options.boot));
     }
-    const analysis::Boot boot = Obtain(options.boot);
+    const analysis::Boot boot = Obtain(options.boot, /*forReport=*/!options.json.empty());
     const int status = ExitStatusOf(boot);
     if (!options.json.empty()) {
         WriteFile(options.json, [&](std::ostream& out) { record::WriteReport(out, boot.record); });
