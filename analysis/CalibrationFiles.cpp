@@ -6,6 +6,7 @@
 #include <map>
 #include <string_view>
 
+#include "analysis/Properties.h"
 #include "formats/Bytes.h"
 #include "formats/FuseIdText.h"
 #include "formats/Hex.h"
@@ -62,20 +63,6 @@ std::string NeitherKind(std::span<const std::uint8_t> bytes, const formats::Dual
     const formats::OisCalibrationReading ois = formats::ReadOisCalibrationFile(bytes);
     return "no dual-camera file (" + asDual + ") and no stabiliser file (" +
            CrcText(ois.storedCrc, ois.computedCrc) + ")";
-}
-
-/// What every property holds after a boot, and what it held before.
-std::map<std::string, std::string> PropertiesAfter(const Boot& boot) {
-    std::map<std::string, std::string> properties;
-    if (boot.phone) {
-        properties = boot.phone->properties;
-    }
-    for (const record::PropertySet* const set : record::EventsOf<record::PropertySet>(boot.record)) {
-        if (set->stored) {
-            properties[set->name] = set->value;
-        }
-    }
-    return properties;
 }
 
 /// The fuse id that a role's module publishes.

@@ -3,6 +3,7 @@
 #include <ostream>
 #include <string>
 
+#include "analysis/Properties.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/Output.h"
@@ -16,23 +17,9 @@ struct GetpropOptions {
     std::string name;
 };
 
-/// Every property after the boot: those that the phone started with, and those that were set.
-std::map<std::string, std::string> PropertiesAfter(const analysis::Boot& boot) {
-    std::map<std::string, std::string> properties;
-    if (boot.phone) {
-        properties = boot.phone->properties;
-    }
-    for (const record::PropertySet* const set : record::EventsOf<record::PropertySet>(boot.record)) {
-        if (set->stored) {
-            properties[set->name] = set->value;
-        }
-    }
-    return properties;
-}
-
 int Run(const GetpropOptions& options) {
     const analysis::Boot boot = Obtain(options.boot);
-    const std::map<std::string, std::string> properties = PropertiesAfter(boot);
+    const std::map<std::string, std::string> properties = analysis::PropertiesAfter(boot);
     PrintOut([&](std::ostream& out) {
         if (!options.name.empty()) {
             const auto found = properties.find(options.name);
