@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
-#include "record/JsonTokens.h"
 #include "record/Report.h"
-#include "record/ReportJson.h"
+#include "record/internal/JsonTokens.h"
+#include "record/internal/ReportJson.h"
 
 namespace record {
 
