@@ -7,6 +7,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "record/RecordBytes.h"
+
 namespace record {
 
 namespace {
