@@ -1,4 +1,4 @@
-#include "record/EventFrames.h"
+#include "record/internal/EventFrames.h"
 
 #include <cstddef>
 #include <cstring>
@@ -36,9 +36,18 @@ auto Fields(auto& part) {
         return std::tie(part.tag, part.values);
     } else if constexpr (std::is_same_v<Part, ProviderMerge>) {
         return std::tie(part.provider, part.metadata);
-    } else {
-        static_assert(std::is_same_v<Part, HandOver>);
+    } else if constexpr (std::is_same_v<Part, HandOver>) {
         return std::tie(part.block);
+    } else if constexpr (std::is_same_v<Part, ChangedFile>) {
+        return std::tie(part.path, part.mode, part.bytes);
+    } else if constexpr (std::is_same_v<Part, PluginIdentity>) {
+        return std::tie(part.path, part.buildId);
+    } else if constexpr (std::is_same_v<Part, Ended>) {
+        return std::tie(part.how, part.what, part.signal, part.exitStatus, part.seconds, part.step);
+    } else {
+        static_assert(std::is_same_v<Part, BootRecord>);
+        return std::tie(part.phone, part.plugin, part.events, part.files, part.foreignFiles, part.troubles,
+                        part.ended, part.description, part.ordered);
     }
 }
 
@@ -79,6 +88,9 @@ class Writer {
             put(static_cast<std::uint32_t>(value.count()));
             value.visit(
                 [this](const auto items) { putItems<std::remove_cvref_t<decltype(items[0])>>(items); });
+        } else if constexpr (std::is_same_v<Value, Event>) {
+            put(static_cast<std::uint8_t>(value.index()));
+            std::visit([this](const auto& of) { put(of); }, value);
         } else {
             std::apply([this](const auto&... fields) { (put(fields), ...); }, Fields(value));
         }
@@ -96,8 +108,11 @@ class Writer {
         }
     }
     void copy(const void* data, std::size_t size) {
-        const auto* const bytes = static_cast<const std::uint8_t*>(data);
-        mBytes.insert(mBytes.end(), bytes, bytes + size);
+        const std::size_t at = mBytes.size();
+        mBytes.resize(at + size);
+        if (size > 0) {
+            std::memcpy(&mBytes[at], data, size);
+        }
     }
 
     std::vector<std::uint8_t>& mBytes;
@@ -113,11 +128,16 @@ class Reader {
     template <typename Value>
     bool get(Value& value) {
         if constexpr (std::is_same_v<Value, bool>) {
-            return getBelow(value, 2);
+            return getBelow<std::uint8_t>(value, 2);
         } else if constexpr (std::is_same_v<Value, Query>) {
-            return getBelow(value, static_cast<std::uint8_t>(Query::CalibrationHelper) + 1);
+            return getBelow<std::uint8_t>(value, static_cast<std::uint8_t>(Query::CalibrationHelper) + 1);
+        } else if constexpr (std::is_same_v<Value, Ended::How>) {
+            return getBelow<unsigned>(value, static_cast<unsigned>(Ended::How::Timeout) + 1);
         } else if constexpr (kIsPlain<Value>) {
             return copy(&value, sizeof value);
+        } else if constexpr (std::is_same_v<Value, Event>) {
+            std::uint8_t kind = 0;
+            return get(kind) && getAlternative(kind, value);
         } else if constexpr (kIsOptional<Value>) {
             bool there = false;
             return get(there) && (!there || get(value.emplace()));
@@ -130,30 +150,26 @@ class Reader {
         }
     }
 
-    /// The event of variant alternative `kind`.
-    template <std::size_t Alternative = 0>
-    std::optional<Event> event(std::size_t kind) {
-        if constexpr (Alternative < std::variant_size_v<Event>) {
-            if (kind != Alternative) {
-                return event<Alternative + 1>(kind);
-            }
-            std::variant_alternative_t<Alternative, Event> event;
-            if (get(event) && atEnd()) {
-                return event;
-            }
-        }
-        return std::nullopt;
-    }
-
   private:
-    template <typename Value>
-    bool getBelow(Value& value, std::uint8_t bound) {
-        std::uint8_t number = 0;
+    template <typename Number, typename Value>
+    bool getBelow(Value& value, Number bound) {
+        static_assert(sizeof(Number) == sizeof(Value));
+        Number number = 0;
         if (!copy(&number, sizeof number) || number >= bound) {
             return false;
         }
         value = static_cast<Value>(number);
         return true;
+    }
+
+    /// The event of variant alternative `kind`.
+    template <std::size_t Alternative = 0>
+    bool getAlternative(std::size_t kind, Event& event) {
+        if constexpr (Alternative < std::variant_size_v<Event>) {
+            return kind == Alternative ? get(event.emplace<Alternative>())
+                                       : getAlternative<Alternative + 1>(kind, event);
+        }
+        return false;
     }
 
     template <typename List>
@@ -227,18 +243,35 @@ class Reader {
     std::span<const std::uint8_t> mBytes;
 };
 
+/// What bytes hold from the first to the last.
+template <typename Value>
+std::optional<Value> Whole(std::span<const std::uint8_t> bytes) {
+    Reader reader(bytes);
+    std::optional<Value> value(std::in_place);
+    if (!reader.get(*value) || !reader.atEnd()) {
+        value.reset();
+    }
+    return value;
+}
+
 }  // namespace
 
 void AppendEvent(std::vector<std::uint8_t>& bytes, const Event& event) {
-    Writer writer(bytes);
-    writer.put(static_cast<std::uint8_t>(event.index()));
-    std::visit([&writer](const auto& of) { writer.put(of); }, event);
+    Writer(bytes).put(event);
 }
 
 std::optional<Event> ReadEvent(std::span<const std::uint8_t> bytes) {
-    Reader reader(bytes);
-    std::uint8_t kind = 0;
-    return reader.get(kind) ? reader.event(kind) : std::nullopt;
+    return Whole<Event>(bytes);
+}
+
+std::string RecordBytes(const BootRecord& boot) {
+    std::vector<std::uint8_t> bytes;
+    Writer(bytes).put(boot);
+    return {bytes.begin(), bytes.end()};
+}
+
+std::optional<BootRecord> ReadRecordBytes(std::string_view bytes) {
+    return Whole<BootRecord>({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
 }
 
 }  // namespace record

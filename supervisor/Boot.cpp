@@ -2,12 +2,10 @@
 
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <fcntl.h>
 #include <iostream>
 #include <mutex>
 #include <optional>
@@ -16,7 +14,6 @@
 #include <string>
 #include <string_view>
 #include <sys/epoll.h>
-#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/timerfd.h>
 #include <sys/wait.h>
@@ -25,11 +22,12 @@
 #include <utility>
 #include <vector>
 
-#include "record/EventFrames.h"
 #include "record/Recorder.h"
+#include "record/internal/EventFrames.h"
 #include "supervisor/EndOnSignal.h"
 #include "supervisor/Plugin.h"
-#include "supervisor/SharedLog.h"
+#include "supervisor/internal/Process.h"
+#include "supervisor/internal/SharedLog.h"
 #include "virtualphone/DeviceFiles.h"
 #include "virtualphone/PhoneFile.h"
 #include "virtualphone/TemporaryFolder.h"
@@ -87,50 +85,6 @@ class Reporter final : public record::EventSink {
     std::vector<std::uint8_t> mBytes;
 };
 
-std::system_error Failure(const char* action) {
-    return {errno, std::generic_category(), action};
-}
-
-class File {
-  public:
-    File(int file, const char* action) : mFile(file) {
-        if (file < 0) {
-            throw Failure(action);
-        }
-    }
-    ~File() { close(mFile); }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    int get() const { return mFile; }
-
-  private:
-    int mFile;
-};
-
-/// Makes the fork a process of its own: what this program has set up for itself must not act twice.
-void LeaveTheProgram(pid_t program) {
-    setpgid(0, 0);
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != program) {
-        _exit(1);
-    }
-    for (const int signal :
-         {SIGINT, SIGTERM, SIGHUP, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGSYS, SIGTRAP}) {
-        std::signal(signal, SIG_DFL);
-    }
-    const int nothing = open("/dev/null", O_RDWR);
-    dup2(nothing, STDIN_FILENO);
-    if (fcntl(STDERR_FILENO, F_GETFD) < 0) {
-        dup2(nothing, STDERR_FILENO);
-    }
-    dup2(STDERR_FILENO, STDOUT_FILENO);
-    if (nothing > STDERR_FILENO) {
-        close(nothing);
-    }
-    gIsPhone = true;
-    pthread_atfork(nullptr, nullptr, [] { gIsPhone = false; });
-}
-
 /// All that the child does.
 void Run(const std::filesystem::path& library, Reporter& reporter) {
     const Plugin plugin(library);
@@ -145,6 +99,8 @@ void Run(const std::filesystem::path& library, Reporter& reporter) {
 [[noreturn]] void RunAndLeave(virtualphone::PhoneDescription description,
                               const virtualphone::DeviceFiles& files, const std::filesystem::path& library,
                               SharedLog& log) {
+    gIsPhone = true;
+    pthread_atfork(nullptr, nullptr, [] { gIsPhone = false; });
     Reporter reporter(log);
     try {
         // Before the library, whose initialisers and finalisers may use it.
@@ -160,63 +116,6 @@ void Run(const std::filesystem::path& library, Reporter& reporter) {
         _exit(0);
     }
 }
-
-/// Forks while no signal is handled, so that no handler of this program acts in the child.
-pid_t Fork() {
-    // What this program has still to write is its own to write.
-    std::cout.flush();
-    std::fflush(stdout);
-    sigset_t all;
-    sigset_t former;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &former);
-    const pid_t program = getpid();
-    const pid_t child = fork();
-    if (child == 0) {
-        LeaveTheProgram(program);
-    }
-    const int error = errno;
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
-    errno = error;
-    if (child < 0) {
-        throw Failure("cannot start a process");
-    }
-    return child;
-}
-
-/// A process that this one forked, and what it leaves.
-class Child {
-  public:
-    explicit Child(pid_t id = -1) : mId(id) {}
-    ~Child() { end(); }
-    Child& operator=(Child&& other) noexcept {
-        std::swap(mId, other.mId);
-        return *this;
-    }
-
-    pid_t id() const { return mId; }
-
-    /// Ends what still runs.
-    /// @return the wait status, once.
-    int end() {
-        int status = 0;
-        if (mId > 0) {
-            kill(mId, SIGKILL);
-            // Until it has been waited for, its number is that of its group, with all that it left.
-            siginfo_t info;
-            while (waitid(P_PID, static_cast<id_t>(mId), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
-            }
-            kill(-mId, SIGKILL);
-            while (waitpid(mId, &status, 0) < 0 && errno == EINTR) {
-            }
-            mId = -1;
-        }
-        return status;
-    }
-
-  private:
-    pid_t mId;
-};
 
 /// What the child said.
 struct Told {
@@ -290,9 +189,6 @@ struct RunningBoot::State {
         const std::filesystem::path library = std::filesystem::absolute(options.library);
         child = Child(Fork());
         if (child.id() == 0) {
-            sigset_t none;
-            sigemptyset(&none);
-            pthread_sigmask(SIG_SETMASK, &none, nullptr);
             RunAndLeave(std::move(phone), files, library, log);
         }
         watch();
