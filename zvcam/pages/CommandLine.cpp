@@ -1,5 +1,9 @@
 #include "zvcam/pages/CommandLine.h"
 
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
 namespace zvcam {
 
 namespace {
