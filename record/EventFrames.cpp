@@ -1,4 +1,4 @@
-#include "record/EventFrames.h"
+#include "record/internal/EventFrames.h"
 
 #include <cstddef>
 #include <cstring>

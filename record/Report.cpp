@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "formats/Hex.h"
-#include "record/ReportJson.h"
+#include "record/internal/ReportJson.h"
 #include "tables/PublishedTags.h"
 
 namespace record {

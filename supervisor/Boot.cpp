@@ -22,12 +22,12 @@
 #include <utility>
 #include <vector>
 
-#include "record/EventFrames.h"
 #include "record/Recorder.h"
+#include "record/internal/EventFrames.h"
 #include "supervisor/EndOnSignal.h"
 #include "supervisor/Plugin.h"
-#include "supervisor/SharedLog.h"
 #include "supervisor/internal/Process.h"
+#include "supervisor/internal/SharedLog.h"
 #include "virtualphone/DeviceFiles.h"
 #include "virtualphone/PhoneFile.h"
 #include "virtualphone/TemporaryFolder.h"

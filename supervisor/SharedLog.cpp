@@ -1,4 +1,4 @@
-#include "supervisor/SharedLog.h"
+#include "supervisor/internal/SharedLog.h"
 
 #include <algorithm>
 #include <cerrno>

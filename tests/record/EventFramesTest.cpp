@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "record/EventFrames.h"
+#include "record/internal/EventFrames.h"
 #include "tests/record/EventSamples.h"
 
 namespace {

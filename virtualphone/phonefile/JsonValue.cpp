@@ -1,4 +1,4 @@
-#include "virtualphone/phonefile/JsonValue.h"
+#include "virtualphone/phonefile/internal/JsonValue.h"
 
 #include <algorithm>
 #include <charconv>

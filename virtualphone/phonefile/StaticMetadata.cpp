@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "virtualphone/phonefile/Sections.h"
+#include "virtualphone/phonefile/internal/Sections.h"
 
 namespace virtualphone {
 

@@ -14,7 +14,7 @@
 #include "formats/PrintableText.h"
 #include "tables/EepromLayouts.h"
 #include "virtualphone/PhoneFile.h"
-#include "virtualphone/phonefile/Sections.h"
+#include "virtualphone/phonefile/internal/Sections.h"
 
 namespace virtualphone {
 
