@@ -272,7 +272,9 @@ record::BootRecord RunningBoot::finish() {
     if (!ended.returned()) {
         ended.step = record::LastOperation(boot.events);
     }
-    boot.files = state->files.changed(boot.troubles);
+    virtualphone::DeviceFiles::Written written = state->files.written(boot.troubles);
+    boot.files = std::move(written.changed);
+    boot.rewritten = std::move(written.rewritten);
     return boot;
 }
 

@@ -69,7 +69,7 @@ VirtualPhone::~VirtualPhone() {
 
 std::vector<record::ChangedFile> VirtualPhone::changedFiles() const {
     std::vector<std::string> troubles;
-    return mState->files.changed(troubles);
+    return mState->files.written(troubles).changed;
 }
 
 std::optional<std::string> VirtualPhone::property(const std::string& name) const {

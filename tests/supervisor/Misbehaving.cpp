@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <fstream>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -54,6 +55,7 @@ const std::map<std::string, void (*)()> kDeeds = {
              Log("flood");
          }
      }},
+    {"make a file", [] { std::ofstream(DevicePath("/data/vendor/camera/made")) << "made"; }},
     {"fill a file",
      [] {
          const std::string path = DevicePath("/data/vendor/camera/large");
