@@ -173,22 +173,21 @@ bool DeviceFiles::FileState::isAs(const FileState& before) const {
            (error.empty() || written == before.written);
 }
 
-DeviceFiles::Written DeviceFiles::written(std::vector<std::string>& troubles) const {
-    Written lists;
-    for (auto& [path, state] : readTree(troubles)) {
+void DeviceFiles::tell(record::BootRecord& boot) const {
+    boot.foreignFiles = mForeignFiles;
+    for (auto& [path, state] : readTree(boot.troubles)) {
         const auto before = mAtStart.find(path);
         const bool asBefore = before != mAtStart.end() && state.isAs(before->second);
         if (asBefore && state.written == before->second.written) {
             continue;
         }
         if (state.error.empty()) {
-            (asBefore ? lists.rewritten : lists.changed)
+            (asBefore ? boot.rewritten : boot.files)
                 .push_back({.path = path, .mode = state.mode, .bytes = std::move(state.bytes)});
         } else {
-            troubles.push_back(path + ": changed, and cannot be read: " + state.error);
+            boot.troubles.push_back(path + ": changed, and cannot be read: " + state.error);
         }
     }
-    return lists;
 }
 
 }  // namespace virtualphone

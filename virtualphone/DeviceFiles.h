@@ -25,17 +25,10 @@ class VIRTUALPHONE_API DeviceFiles {
     DeviceFiles(const std::filesystem::path& root,
                 const std::map<std::string, std::vector<std::uint8_t>>& files, bool clean = false);
 
-    /// What became of the regular files since they were laid, each list by ascending path. Symbolic links are
-    /// not followed.
-    struct Written {
-        std::vector<record::ChangedFile> changed;    ///< not as they were, in content or mode
-        std::vector<record::ChangedFile> rewritten;  ///< written, and as they were
-    };
-    /// @param troubles gets a line for each file or folder that cannot be read.
-    Written written(std::vector<std::string>& troubles) const;
-
-    /// Number of regular files that lay under the root already, laid files aside.
-    std::size_t foreignFiles() const { return mForeignFiles; }
+    /// Tells what became of the regular files since they were laid: `files`, `rewritten` and `foreignFiles`
+    /// of the record, and a line of its `troubles` for each file or folder that cannot be read. Symbolic
+    /// links are not followed.
+    void tell(record::BootRecord& boot) const;
 
     /// Where a phone path lies.
     std::string locate(const char* phonePath) const { return mPrefix + phonePath; }

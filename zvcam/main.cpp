@@ -53,20 +53,9 @@ std::string UnknownCommand(const CLI::App& app, std::string_view first) {
 }
 
 int Main(int argc, char** argv) {
-    CLI::App app("Boots virtual phones with the camera platform-information plug-in, and explains them.",
-                 "zvcam");
-    app.footer(
-        "Exit status: 0; 1 the boot did not return, what was compared differs, or what was checked is bad;\n"
-        "2 wrong usage, an input that cannot be used, or an output that cannot be written.");
-    app.set_version_flag("--version", "zvcam " ZVCAM_VERSION);
-    app.require_subcommand(1);
+    CLI::App app;
     std::function<int()> chosen;
-    for (const auto& add :
-         {zvcam::AddRunCommand, zvcam::AddGetpropCommand, zvcam::AddDumpsysCommand, zvcam::AddLogcatCommand,
-          zvcam::AddStreamsCommand, zvcam::AddWhyCommand, zvcam::AddDiffCommand, zvcam::AddEepromCommand,
-          zvcam::AddCalibrationCommand, zvcam::AddPhoneCommand}) {
-        add(app, chosen);
-    }
+    zvcam::AddCommands(app, chosen);
     if (const std::string wrong = UnknownCommand(app, argc > 1 ? argv[1] : ""); !wrong.empty()) {
         return Complain(wrong);
     }

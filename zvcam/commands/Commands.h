@@ -6,6 +6,9 @@
 
 namespace zvcam {
 
+/// Makes `app` the whole program: its name, its version and every command.
+void AddCommands(CLI::App& app, std::function<int()>& chosen);
+
 // Each adds its command. `chosen` receives the command's action when it is the one that the user gave; the
 // action returns the exit status.
 
