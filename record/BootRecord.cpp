@@ -1,5 +1,6 @@
 #include "record/BootRecord.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdio>
@@ -64,6 +65,17 @@ std::string EndText(const Ended& ended) {
             break;
     }
     return "returned";
+}
+
+const ChangedFile* FindWritten(const BootRecord& boot, std::string_view path) {
+    for (const std::vector<ChangedFile>* const files : {&boot.files, &boot.rewritten}) {
+        const auto found = std::find_if(files->begin(), files->end(),
+                                        [path](const ChangedFile& file) { return file.path == path; });
+        if (found != files->end()) {
+            return &*found;
+        }
+    }
+    return nullptr;
 }
 
 std::string_view OperationOf(const LogLine& line) {

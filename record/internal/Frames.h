@@ -61,8 +61,8 @@ auto Fields(Fielded& part) {
     } else if constexpr (std::is_same_v<Part, Ended>) {
         return std::tie(part.how, part.what, part.signal, part.exitStatus, part.seconds, part.step);
     } else {
-        return std::tie(part.phone, part.plugin, part.events, part.files, part.foreignFiles, part.troubles,
-                        part.ended, part.description, part.ordered);
+        return std::tie(part.phone, part.plugin, part.events, part.files, part.rewritten, part.foreignFiles,
+                        part.troubles, part.ended, part.description, part.ordered);
     }
 }
 
