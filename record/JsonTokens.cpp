@@ -1,4 +1,4 @@
-#include "record/JsonTokens.h"
+#include "record/internal/JsonTokens.h"
 
 #include <algorithm>
 

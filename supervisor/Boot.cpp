@@ -1,280 +1,25 @@
 #include "supervisor/Boot.h"
 
-#include <atomic>
 #include <cerrno>
-#include <csignal>
-#include <cstdint>
-#include <cstdio>
-#include <cstring>
-#include <exception>
-#include <fcntl.h>
-#include <iostream>
-#include <mutex>
 #include <optional>
 #include <poll.h>
-#include <pthread.h>
 #include <string>
-#include <string_view>
 #include <sys/epoll.h>
-#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/timerfd.h>
-#include <sys/wait.h>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
-#include <vector>
 
-#include "record/EventFrames.h"
-#include "record/Recorder.h"
 #include "supervisor/EndOnSignal.h"
 #include "supervisor/Plugin.h"
-#include "supervisor/SharedLog.h"
+#include "supervisor/internal/PhoneProcess.h"
+#include "supervisor/internal/Process.h"
+#include "supervisor/internal/SharedLog.h"
 #include "virtualphone/DeviceFiles.h"
 #include "virtualphone/PhoneFile.h"
 #include "virtualphone/TemporaryFolder.h"
-#include "virtualphone/VirtualPhone.h"
 
 namespace supervisor {
-
-namespace {
-
-using record::Ended;
-
-/// What a message of the child is; its first byte.
-enum class Message : std::uint8_t {
-    Event,      ///< an event's bytes
-    Library,    ///< the absolute path of the loaded library
-    BuildId,    ///< its build id
-    NoPlugin,   ///< why the library cannot be used
-    Threw,      ///< what the plug-in threw
-    Completed,  ///< ran and unloaded: the child is about to leave
-};
-
-/// Room that events leave to the other messages, and the longest text of these.
-constexpr std::size_t kSpare = std::size_t{64} << 10;
-constexpr std::size_t kLongestText = std::size_t{8} << 10;
-
-/// Whether this process is the one that boots the phone, and no fork of it: their events would mix.
-std::atomic<bool> gIsPhone = false;
-
-/// The child's end of the log.
-class Reporter final : public record::EventSink {
-  public:
-    explicit Reporter(SharedLog& log) : mLog(log) {}
-
-    void take(record::Event event) override {
-        if (!gIsPhone) {
-            return;
-        }
-        const std::lock_guard lock(mMutex);
-        mBytes.assign(1, static_cast<std::uint8_t>(Message::Event));
-        record::AppendEvent(mBytes, event);
-        mLog.append(mBytes, kSpare);
-    }
-
-    void say(Message message, std::string_view text = {}) {
-        const std::lock_guard lock(mMutex);
-        mBytes.assign(1, static_cast<std::uint8_t>(message));
-        text = text.substr(0, kLongestText);
-        mBytes.insert(mBytes.end(), text.begin(), text.end());
-        mLog.append(mBytes, 0);
-    }
-
-  private:
-    SharedLog& mLog;
-    std::mutex mMutex;
-    std::vector<std::uint8_t> mBytes;
-};
-
-std::system_error Failure(const char* action) {
-    return {errno, std::generic_category(), action};
-}
-
-class File {
-  public:
-    File(int file, const char* action) : mFile(file) {
-        if (file < 0) {
-            throw Failure(action);
-        }
-    }
-    ~File() { close(mFile); }
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    int get() const { return mFile; }
-
-  private:
-    int mFile;
-};
-
-/// Makes the fork a process of its own: what this program has set up for itself must not act twice.
-void LeaveTheProgram(pid_t program) {
-    setpgid(0, 0);
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != program) {
-        _exit(1);
-    }
-    for (const int signal :
-         {SIGINT, SIGTERM, SIGHUP, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGSYS, SIGTRAP}) {
-        std::signal(signal, SIG_DFL);
-    }
-    const int nothing = open("/dev/null", O_RDWR);
-    dup2(nothing, STDIN_FILENO);
-    if (fcntl(STDERR_FILENO, F_GETFD) < 0) {
-        dup2(nothing, STDERR_FILENO);
-    }
-    dup2(STDERR_FILENO, STDOUT_FILENO);
-    if (nothing > STDERR_FILENO) {
-        close(nothing);
-    }
-    gIsPhone = true;
-    pthread_atfork(nullptr, nullptr, [] { gIsPhone = false; });
-}
-
-/// All that the child does.
-void Run(const std::filesystem::path& library, Reporter& reporter) {
-    const Plugin plugin(library);
-    const record::PluginIdentity identity = plugin.identity();
-    reporter.say(Message::Library, identity.path);
-    reporter.say(Message::BuildId, identity.buildId);
-    if (const std::optional<std::string> exception = plugin.run()) {
-        reporter.say(Message::Threw, *exception);
-    }
-}
-
-[[noreturn]] void RunAndLeave(virtualphone::PhoneDescription description,
-                              const virtualphone::DeviceFiles& files, const std::filesystem::path& library,
-                              SharedLog& log) {
-    Reporter reporter(log);
-    try {
-        // Before the library, whose initialisers and finalisers may use it.
-        const virtualphone::VirtualPhone phone(std::move(description), files, reporter);
-        Run(library, reporter);
-        std::cout.flush();
-        std::fflush(nullptr);
-        reporter.say(Message::Completed);
-        // With the phone still on: to take it apart is time lost.
-        _exit(0);
-    } catch (const std::exception& error) {
-        reporter.say(Message::NoPlugin, error.what());
-        _exit(0);
-    }
-}
-
-/// Forks while no signal is handled, so that no handler of this program acts in the child.
-pid_t Fork() {
-    // What this program has still to write is its own to write.
-    std::cout.flush();
-    std::fflush(stdout);
-    sigset_t all;
-    sigset_t former;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &former);
-    const pid_t program = getpid();
-    const pid_t child = fork();
-    if (child == 0) {
-        LeaveTheProgram(program);
-    }
-    const int error = errno;
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
-    errno = error;
-    if (child < 0) {
-        throw Failure("cannot start a process");
-    }
-    return child;
-}
-
-/// A process that this one forked, and what it leaves.
-class Child {
-  public:
-    explicit Child(pid_t id = -1) : mId(id) {}
-    ~Child() { end(); }
-    Child& operator=(Child&& other) noexcept {
-        std::swap(mId, other.mId);
-        return *this;
-    }
-
-    pid_t id() const { return mId; }
-
-    /// Ends what still runs.
-    /// @return the wait status, once.
-    int end() {
-        int status = 0;
-        if (mId > 0) {
-            kill(mId, SIGKILL);
-            // Until it has been waited for, its number is that of its group, with all that it left.
-            siginfo_t info;
-            while (waitid(P_PID, static_cast<id_t>(mId), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
-            }
-            kill(-mId, SIGKILL);
-            while (waitpid(mId, &status, 0) < 0 && errno == EINTR) {
-            }
-            mId = -1;
-        }
-        return status;
-    }
-
-  private:
-    pid_t mId;
-};
-
-/// What the child said.
-struct Told {
-    bool completed = false;
-    std::optional<std::string> threw;
-    std::optional<std::string> noPlugin;
-};
-
-Told TakeMessages(const SharedLog& log, record::BootRecord& boot) {
-    Told told;
-    SharedLog::Contents contents = log.read();
-    boot.events.reserve(contents.messages.size());
-    for (const std::span<const std::uint8_t> message : contents.messages) {
-        const auto kind = message.empty() ? Message{0xFF} : static_cast<Message>(message[0]);
-        const auto body = message.empty() ? message : message.subspan(1);
-        const std::string text = kind == Message::Event ? "" : std::string(body.begin(), body.end());
-        std::optional<record::Event> event;
-        switch (kind) {
-            case Message::Event:
-                event = record::ReadEvent(body);
-                if (event) {
-                    boot.events.push_back(std::move(*event));
-                } else {
-                    contents.damaged = true;
-                }
-                break;
-            case Message::Library:
-                boot.plugin = {.path = text, .buildId = ""};
-                break;
-            case Message::BuildId:
-                if (boot.plugin) {
-                    boot.plugin->buildId = text;
-                }
-                break;
-            case Message::NoPlugin:
-                told.noPlugin = text;
-                break;
-            case Message::Threw:
-                told.threw = text;
-                break;
-            case Message::Completed:
-                told.completed = true;
-                break;
-            default:
-                contents.damaged = true;
-        }
-    }
-    if (contents.lost > 0) {
-        boot.troubles.push_back("the record is full: " + std::to_string(contents.lost) +
-                                " later events are lost");
-    }
-    if (contents.damaged) {
-        boot.troubles.push_back("the record is damaged: the plug-in has written into it");
-    }
-    return told;
-}
-
-}  // namespace
 
 struct RunningBoot::State {
     State(virtualphone::PhoneDescription phone, const BootOptions& options)
@@ -290,10 +35,8 @@ struct RunningBoot::State {
         const std::filesystem::path library = std::filesystem::absolute(options.library);
         child = Child(Fork());
         if (child.id() == 0) {
-            sigset_t none;
-            sigemptyset(&none);
-            pthread_sigmask(SIG_SETMASK, &none, nullptr);
-            RunAndLeave(std::move(phone), files, library, log);
+            std::optional<Plugin> none;
+            BePhone(std::move(phone), files, library, none, log);
         }
         watch();
     }
@@ -351,31 +94,11 @@ record::BootRecord RunningBoot::finish() {
     }
     const bool timeOver = !state->readable(state->process->get()) && state->readable(state->timer.get());
     const int status = state->child.end();
-    record::BootRecord boot;
+    record::BootRecord boot =
+        ReadPhoneLog(state->log, status, timeOver ? std::optional(state->timeout) : std::nullopt);
     boot.phone = state->name;
     boot.description = std::move(state->description);
     boot.foreignFiles = state->files.foreignFiles();
-    const Told told = TakeMessages(state->log, boot);
-    if (told.noPlugin) {
-        throw PluginError(*told.noPlugin);
-    }
-    Ended& ended = boot.ended.emplace();
-    if (timeOver) {
-        ended.how = Ended::How::Timeout;
-        ended.seconds = std::chrono::duration<double>(state->timeout).count();
-    } else if (WIFSIGNALED(status)) {
-        ended.how = Ended::How::Signal;
-        ended.signal = WTERMSIG(status);
-    } else if (!told.completed) {
-        ended.how = Ended::How::Exited;
-        ended.exitStatus = WEXITSTATUS(status);
-    } else if (told.threw) {
-        ended.how = Ended::How::Threw;
-        ended.what = *told.threw;
-    }
-    if (!ended.returned()) {
-        ended.step = record::LastOperation(boot.events);
-    }
     boot.files = state->files.changed(boot.troubles);
     return boot;
 }

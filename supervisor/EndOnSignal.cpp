@@ -72,6 +72,14 @@ EndOnSignal::~EndOnSignal() {
     close(gEvent.exchange(-1));
 }
 
+void EndOnSignal::forget() {
+    gPending = 0;
+    gBoots = 0;
+    if (const int event = gEvent.exchange(-1); event >= 0) {
+        close(event);
+    }
+}
+
 EndingWaits::EndingWaits() {
     ++gBoots;
 }

@@ -14,6 +14,9 @@ class EndOnSignal {
     ~EndOnSignal();
     EndOnSignal(const EndOnSignal&) = delete;
     EndOnSignal& operator=(const EndOnSignal&) = delete;
+
+    /// In a fork of a program that has or had one: makes this process one that has none, and no boots.
+    static void forget();
 };
 
 /// A boot in progress, for which an ending signal waits. The last one to go ends the program.

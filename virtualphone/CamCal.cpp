@@ -1,10 +1,10 @@
-#include "virtualphone/CamCal.h"
+#include "virtualphone/internal/CamCal.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <tuple>
 
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/PhoneState.h"
 
 namespace virtualphone {
 

@@ -7,10 +7,10 @@
 #include <utility>
 
 #include "platform/DevicePath.h"
-#include "virtualphone/FolderLock.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/FolderLock.h"
+#include "virtualphone/internal/PhoneState.h"
 
 namespace virtualphone {
 

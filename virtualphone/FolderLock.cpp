@@ -1,4 +1,4 @@
-#include "virtualphone/FolderLock.h"
+#include "virtualphone/internal/FolderLock.h"
 
 #include <cerrno>
 #include <fcntl.h>

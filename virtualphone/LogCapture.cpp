@@ -1,8 +1,8 @@
-#include "virtualphone/LogCapture.h"
+#include "virtualphone/internal/LogCapture.h"
 
 #include <android/log.h>
 
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/PhoneState.h"
 
 namespace virtualphone {
 

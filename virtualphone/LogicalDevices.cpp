@@ -1,6 +1,6 @@
-#include "virtualphone/LogicalDevices.h"
+#include "virtualphone/internal/LogicalDevices.h"
 
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/PhoneState.h"
 
 namespace virtualphone {
 

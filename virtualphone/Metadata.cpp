@@ -5,9 +5,9 @@
 #include <android/log.h>
 
 #include "platform/IMetadata.h"
-#include "virtualphone/MetadataInside.h"
 #include "virtualphone/MetadataValues.h"
-#include "virtualphone/MetadataWatch.h"
+#include "virtualphone/internal/MetadataInside.h"
+#include "virtualphone/internal/MetadataWatch.h"
 
 namespace {
 

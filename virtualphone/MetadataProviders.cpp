@@ -1,10 +1,10 @@
-#include "virtualphone/MetadataProviders.h"
+#include "virtualphone/internal/MetadataProviders.h"
 
 #include <utility>
 
-#include "virtualphone/MetadataInside.h"
 #include "virtualphone/MetadataValues.h"
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/MetadataInside.h"
+#include "virtualphone/internal/PhoneState.h"
 
 namespace virtualphone {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/PhoneState.h"
 
 namespace {
 

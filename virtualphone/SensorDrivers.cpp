@@ -1,6 +1,6 @@
-#include "virtualphone/SensorDrivers.h"
+#include "virtualphone/internal/SensorDrivers.h"
 
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/PhoneState.h"
 
 namespace virtualphone {
 

@@ -1,9 +1,9 @@
-#include "virtualphone/SensorList.h"
+#include "virtualphone/internal/SensorList.h"
 
 #include <algorithm>
 #include <bit>
 
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/PhoneState.h"
 
 namespace virtualphone {
 

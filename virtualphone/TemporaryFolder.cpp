@@ -9,7 +9,7 @@
 #include <system_error>
 #include <utility>
 
-#include "virtualphone/FolderLock.h"
+#include "virtualphone/internal/FolderLock.h"
 
 namespace virtualphone {
 

@@ -1,6 +1,6 @@
 #include "platform/ThirdCalibration.h"
 
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/PhoneState.h"
 
 void ThirdCalibration::set3rdCalibration(unsigned char* data, int length) {
     if (virtualphone::PhoneState* phone = virtualphone::CurrentPhone()) {

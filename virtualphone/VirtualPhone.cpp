@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "virtualphone/PhoneState.h"
+#include "virtualphone/internal/PhoneState.h"
 
 namespace virtualphone {
 

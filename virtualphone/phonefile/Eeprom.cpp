@@ -7,7 +7,7 @@
 #include "formats/EepromDump.h"
 #include "formats/EepromImage.h"
 #include "tables/EepromLayouts.h"
-#include "virtualphone/phonefile/Sections.h"
+#include "virtualphone/phonefile/internal/Sections.h"
 
 namespace virtualphone {
 

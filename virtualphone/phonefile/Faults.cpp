@@ -1,7 +1,7 @@
 #include <set>
 #include <string>
 
-#include "virtualphone/phonefile/Sections.h"
+#include "virtualphone/phonefile/internal/Sections.h"
 
 namespace virtualphone {
 

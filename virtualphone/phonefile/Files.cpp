@@ -7,7 +7,7 @@
 #include "formats/DualCalibrationFile.h"
 #include "formats/OisCalibrationFile.h"
 #include "virtualphone/InputFile.h"
-#include "virtualphone/phonefile/Sections.h"
+#include "virtualphone/phonefile/internal/Sections.h"
 
 namespace virtualphone {
 

@@ -1,4 +1,4 @@
-#include "virtualphone/phonefile/JsonDocument.h"
+#include "virtualphone/phonefile/internal/JsonDocument.h"
 
 #include <algorithm>
 #include <functional>
@@ -8,7 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "formats/PrintableText.h"
-#include "record/JsonTokens.h"
+#include "record/internal/JsonTokens.h"
 #include "virtualphone/PhoneFile.h"
 
 namespace virtualphone {

@@ -1,4 +1,4 @@
-#include "virtualphone/phonefile/Sections.h"
+#include "virtualphone/phonefile/internal/Sections.h"
 
 namespace virtualphone {
 

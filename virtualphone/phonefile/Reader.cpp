@@ -3,7 +3,7 @@
 #include "formats/PrintableText.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
-#include "virtualphone/phonefile/Sections.h"
+#include "virtualphone/phonefile/internal/Sections.h"
 
 namespace virtualphone {
 

@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "virtualphone/phonefile/Sections.h"
+#include "virtualphone/phonefile/internal/Sections.h"
 
 namespace virtualphone {
 

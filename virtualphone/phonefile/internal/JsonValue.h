@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "virtualphone/phonefile/JsonDocument.h"
+#include "virtualphone/phonefile/internal/JsonDocument.h"
 
 namespace virtualphone {
 

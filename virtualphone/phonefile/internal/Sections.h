@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "virtualphone/PhoneDescription.h"
-#include "virtualphone/phonefile/JsonValue.h"
+#include "virtualphone/phonefile/internal/JsonValue.h"
 
 namespace virtualphone {
 

@@ -4,15 +4,15 @@
 #include <string>
 
 #include "record/Recorder.h"
-#include "virtualphone/CamCal.h"
 #include "virtualphone/DeviceFiles.h"
-#include "virtualphone/LogCapture.h"
-#include "virtualphone/LogicalDevices.h"
-#include "virtualphone/MetadataProviders.h"
-#include "virtualphone/MetadataWatch.h"
 #include "virtualphone/PhoneDescription.h"
-#include "virtualphone/SensorDrivers.h"
-#include "virtualphone/SensorList.h"
+#include "virtualphone/internal/CamCal.h"
+#include "virtualphone/internal/LogCapture.h"
+#include "virtualphone/internal/LogicalDevices.h"
+#include "virtualphone/internal/MetadataProviders.h"
+#include "virtualphone/internal/MetadataWatch.h"
+#include "virtualphone/internal/SensorDrivers.h"
+#include "virtualphone/internal/SensorList.h"
 
 namespace virtualphone {
 
