@@ -1,11 +1,9 @@
 #include "record/Report.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <csignal>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <ostream>
 #include <stdexcept>
@@ -20,18 +18,6 @@
 namespace record {
 
 namespace {
-
-std::string HexNumber(std::uint32_t number) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "0x%X", number);
-    return text.data();
-}
-
-std::string ModeText(unsigned mode) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "%04o", mode);
-    return text.data();
-}
 
 template <typename Item>
 Json ItemReport(const Item& item) {
@@ -52,11 +38,11 @@ Json ItemReport(const Item& item) {
 
 Json TagReport(const Tag& tag) {
     Json report;
-    report["tag"] = HexNumber(tag.tag);
+    report["tag"] = formats::HexNumber(tag.tag);
     if (const tables::PublishedTag* known = tables::FindPublishedTag(tag.tag)) {
         report["name"] = known->name;
     }
-    report["type"] = kItemTypeNames[static_cast<std::size_t>(tag.values.type())];
+    report["type"] = tables::NameOf(tag.values.type());
     Json& values = report["values"] = Json::array();
     tag.values.visit([&values](const auto& items) {
         for (const auto& item : items) {
@@ -85,6 +71,16 @@ Json EndReport(const Ended& ended) {
     }
     if (!ended.step.empty()) {
         report["step"] = ended.step;
+    }
+    return report;
+}
+
+Json FilesReport(const std::vector<ChangedFile>& files) {
+    Json report = Json::object();
+    for (const ChangedFile& file : files) {
+        report[file.path] = {{"size", file.bytes.size()},
+                             {"mode", ModeText(file.mode)},
+                             {"hex", formats::UpperHex(file.bytes)}};
     }
     return report;
 }
@@ -126,7 +122,7 @@ class Lists {
             metadata.push_back(TagReport(tag));
         }
         point("device", devices,
-              {{"provider", HexNumber(merge.provider)}, {"metadata", std::move(metadata)}});
+              {{"provider", formats::HexNumber(merge.provider)}, {"metadata", std::move(metadata)}});
     }
     void take(const HandOver& handOver) {
         point("thirdCalibration", thirdCalibration, {{"hex", formats::UpperHex(handOver.block)}});
@@ -144,10 +140,12 @@ class Lists {
              {"about", asked.about},
              {"answer", asked.query == Query::DeviceName ? Json(asked.text) : Json(asked.answer)}});
     }
-    void take(const ProviderAsked& asked) { events.push_back({{"provider", HexNumber(asked.provider)}}); }
+    void take(const ProviderAsked& asked) {
+        events.push_back({{"provider", formats::HexNumber(asked.provider)}});
+    }
     void take(const TagStored& stored) {
         events.push_back(
-            {{"stored", HexNumber(stored.tag)}, {"result", stored.result}, {"count", stored.count}});
+            {{"stored", formats::HexNumber(stored.tag)}, {"result", stored.result}, {"count", stored.count}});
     }
 
     void point(const char* kind, Json& list, Json report) {
@@ -174,11 +172,12 @@ Json MakeReport(const BootRecord& boot) {
         report["ended"] = EndReport(*boot.ended);
     }
     report["properties"] = std::move(lists.properties);
-    Json& files = report["files"] = Json::object();
-    for (const ChangedFile& file : boot.files) {
-        files[file.path] = {{"size", file.bytes.size()},
-                            {"mode", ModeText(file.mode)},
-                            {"hex", formats::UpperHex(file.bytes)}};
+    report["files"] = FilesReport(boot.files);
+    if (!boot.rewritten.empty()) {
+        report["rewritten"] = FilesReport(boot.rewritten);
+    }
+    if (boot.foreignFiles > 0) {
+        report["foreignFiles"] = boot.foreignFiles;
     }
     report["devices"] = std::move(lists.devices);
     report["thirdCalibration"] = std::move(lists.thirdCalibration);

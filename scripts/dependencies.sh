@@ -9,6 +9,7 @@ build cmake              program cmake
 build ninja-build        program ninja
 build nlohmann-json3-dev header  nlohmann/json.hpp
 build libcli11-dev       header  CLI/CLI.hpp
+build libsqlite3-dev     header  sqlite3.h
 build android-liblog-dev header  android/log.h
 test  libgtest-dev       header  gtest/gtest.h
 test  libgmock-dev       header  gmock/gmock.h
@@ -21,6 +22,15 @@ clang libclang-rt-dev    runtime fuzzer
 check clang-format       program clang-format
 check clang-tidy         program clang-tidy
 check python3            program python3
+package dpkg-dev         program dpkg-shlibdeps
+package file             program file
+package debootstrap      program debootstrap
+package lintian          program lintian
+package mandoc           program mandoc
+package shellcheck       program shellcheck
+package zsh              program zsh
+package python3          program python3
+package blueprint-tools  program bpfmt
 '
 
 is_there() {
@@ -42,7 +52,7 @@ missing_packages() {
     done
 }
 
-# install_dependencies PURPOSE...: build, test, bench, clang, check.
+# install_dependencies PURPOSE...: build, test, bench, clang, check, package.
 install_dependencies() {
     local missing as_root=()
     missing=$(missing_packages "$@")

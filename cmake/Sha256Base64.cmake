@@ -1,0 +1,17 @@
+# sha256_base64(TEXT VARIABLE): the hash of a text as a content security policy names it.
+function(sha256_base64 text variable)
+    set(digits ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/)
+    string(SHA256 hash "${text}")
+    # Three digits of 4 bits make two of 6 bits; of the 64 one is left over.
+    string(APPEND hash 00)
+    foreach(at RANGE 0 63 3)
+        string(SUBSTRING ${hash} ${at} 3 three)
+        math(EXPR first "0x${three} >> 6")
+        math(EXPR second "0x${three} & 63")
+        string(SUBSTRING ${digits} ${first} 1 first)
+        string(SUBSTRING ${digits} ${second} 1 second)
+        string(APPEND encoded ${first}${second})
+    endforeach()
+    string(SUBSTRING ${encoded} 0 43 encoded)
+    set(${variable} "sha256-${encoded}=" PARENT_SCOPE)
+endfunction()
