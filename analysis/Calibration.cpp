@@ -5,6 +5,7 @@
 #include <charconv>
 #include <string_view>
 
+#include "analysis/CalibrationFiles.h"
 #include "analysis/LogWords.h"
 #include "tables/CameraDevices.h"
 #include "tables/PublishedFiles.h"
@@ -330,7 +331,7 @@ std::optional<StabiliserDecision> StabiliserOf(const Boot& boot) {
             decision.reason = "made for fuse id " + std::string(ids.substr(ids.find(':') + 1)) + ", " +
                               (fitted.empty() ? "the fitted module publishes none" : fitted + " is fitted");
         } else if (text.find("reasonable range") != std::string_view::npos) {
-            decision.reason = "its gains are not 4000 to 17000";
+            decision.reason = GainsRefused();
         }
     }
     return decision;

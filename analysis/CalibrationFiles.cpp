@@ -1,8 +1,6 @@
 #include "analysis/CalibrationFiles.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <map>
 #include <string_view>
 
@@ -20,14 +18,9 @@ namespace {
 
 using Trouble = formats::DualCalibrationReading::Trouble;
 
-std::string Hex4(std::uint16_t number) {
-    std::array<char, 8> text;
-    std::snprintf(text.data(), text.size(), "0x%04X", static_cast<unsigned>(number));
-    return text.data();
-}
-
 std::string CrcText(std::uint16_t stored, std::uint16_t computed) {
-    return "CRC " + Hex4(stored) + " stored, " + Hex4(computed) + " computed";
+    return "CRC " + formats::HexNumber(stored, 4) + " stored, " + formats::HexNumber(computed, 4) +
+           " computed";
 }
 
 /// The fields of a stabiliser file, where the bytes have room for all of them.
@@ -94,9 +87,13 @@ std::string CalibrationContent::oisTrouble() const {
            : !CrcGood(*ois)    ? CrcText(ois->reading.storedCrc, ois->reading.computedCrc)
            : !HasVersion(*ois) ? "version " + std::to_string(file.version) + ", not " +
                                      std::to_string(formats::kOisFileVersion)
-           : !file.gainsInRange() ? "its gains are not " + std::to_string(tables::kLeastGain) + " to " +
-                                        std::to_string(tables::kGreatestGain)
+           : !file.gainsInRange() ? GainsRefused()
                                   : "";
+}
+
+std::string GainsRefused() {
+    return "its gains are not " + std::to_string(tables::kLeastGain) + " to " +
+           std::to_string(tables::kGreatestGain);
 }
 
 CalibrationContent ContentOfCalibrationFile(std::span<const std::uint8_t> bytes) {
@@ -147,6 +144,18 @@ std::optional<int> FuseIdOwners::roleOf(std::span<const std::uint8_t> fuseId) co
     return found == searched.end() ? std::nullopt : std::optional(found->role);
 }
 
+std::string FuseIdOwners::nameOf(std::span<const std::uint8_t> fuseId) const {
+    if (fuseId.empty()) {
+        return "nobody";
+    }
+    const std::optional<int> role = roleOf(fuseId);
+    return role ? RoleName(*role) : "no module of this phone";
+}
+
+std::string FuseIdOwners::searchEnd() const {
+    return endsAt ? "the search for fuse ids ends at " + RoleName(*endsAt) + ", which publishes none" : "";
+}
+
 FuseIdOwners FuseIdOwnersOf(const Boot& boot) {
     const std::map<std::string, std::string> properties = PropertiesAfter(boot);
     FuseIdOwners owners;
@@ -165,6 +174,24 @@ FuseIdOwners FuseIdOwnersOf(const Boot& boot) {
             break;
         }
         owners.searched.push_back({.role = module->roleId, .fuseId = *fuseId});
+    }
+    return owners;
+}
+
+FuseIdOwners FuseIdOwnersOf(std::span<const Module> modules) {
+    FuseIdOwners owners;
+    for (const Module& module : modules) {
+        if (module.role < 0) {
+            continue;
+        }
+        if (module.role == tables::kStabilisedRole) {
+            owners.stabilised = module.fuseId;
+        }
+        if (module.fuseId.empty() && !owners.endsAt) {
+            owners.endsAt = module.role;
+        } else if (!owners.endsAt) {
+            owners.searched.push_back({.role = module.role, .fuseId = module.fuseId});
+        }
     }
     return owners;
 }

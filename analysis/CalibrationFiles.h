@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "analysis/Boot.h"
+#include "analysis/Modules.h"
 #include "formats/DualCalibrationFile.h"
 #include "formats/OisCalibrationFile.h"
 #include "tables/CameraPairs.h"
@@ -34,6 +35,9 @@ struct CalibrationContent {
     bool good() const { return dualTrouble().empty() || oisTrouble().empty(); }
 };
 
+/// "its gains are not 4000 to 17000".
+std::string GainsRefused();
+
 CalibrationContent ContentOfCalibrationFile(std::span<const std::uint8_t> bytes);
 
 /// The file with its CRC added or mended; none where it is neither kind.
@@ -53,9 +57,16 @@ struct FuseIdOwners {
 
     /// None for a fuse id of no module that is found.
     std::optional<int> roleOf(std::span<const std::uint8_t> fuseId) const;
+    /// The same in words: "back main", "no module of this phone"; "nobody" for an empty fuse id.
+    std::string nameOf(std::span<const std::uint8_t> fuseId) const;
+    /// Where the search ends early, in words; empty where it does not.
+    std::string searchEnd() const;
 };
 
 FuseIdOwners FuseIdOwnersOf(const Boot& boot);
+/// Before a boot, as far as the memories tell.
+/// @param modules by sensor index; role -1 for a sensor that is no module.
+FuseIdOwners FuseIdOwnersOf(std::span<const Module> modules);
 
 /// The pairs that a sound dual-camera file is taken for, where it is the first.
 std::vector<const DualCameraCalDataInfo*> PairsOf(const formats::DualCalibrationFile& file,

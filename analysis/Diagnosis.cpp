@@ -1,11 +1,10 @@
 #include "analysis/Diagnosis.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <set>
 
 #include "analysis/LogWords.h"
+#include "formats/Hex.h"
 #include "tables/EepromLayouts.h"
 #include "tables/ModuleMakers.h"
 #include "tables/PublishedTags.h"
@@ -15,12 +14,6 @@ namespace analysis {
 namespace {
 
 using Severity = Finding::Severity;
-
-std::string Hex(std::uint32_t number) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "0x%X", number);
-    return text.data();
-}
 
 std::string Joined(const std::vector<std::string>& words) {
     std::string text;
@@ -33,7 +26,7 @@ std::string Joined(const std::vector<std::string>& words) {
 
 std::string TagName(std::uint32_t tag) {
     const tables::PublishedTag* const row = tables::FindPublishedTag(tag);
-    return row == nullptr ? Hex(tag) : row->name;
+    return row == nullptr ? formats::HexNumber(tag) : row->name;
 }
 
 void AddMemoryFindings(const Module& module, std::vector<Finding>& findings) {
@@ -42,12 +35,12 @@ void AddMemoryFindings(const Module& module, std::vector<Finding>& findings) {
         findings.push_back({severity, module.name, std::move(words)});
     };
     if (memory.erased) {
-        add(Severity::Error, "its memory is erased: every byte is " + Hex(*memory.erased));
+        add(Severity::Error, "its memory is erased: every byte is " + formats::HexNumber(*memory.erased));
         return;
     }
     if (memory.maker.empty()) {
-        add(Severity::Error, "its memory names a maker that nobody knows (" + Hex(memory.makerId) +
-                                 "): no fuse id is published");
+        add(Severity::Error, "its memory names a maker that nobody knows (" +
+                                 formats::HexNumber(memory.makerId) + "): no fuse id is published");
     }
     if (memory.layout == nullptr) {
         add(Severity::Warning, "its memory has a layout that nobody knows: it passes unchecked");
@@ -61,10 +54,12 @@ void AddMemoryFindings(const Module& module, std::vector<Finding>& findings) {
     for (const CheckedRange& range : memory.ranges) {
         const SubModuleCheckSumDesc& where = range.finding.range;
         if (!range.finding.good()) {
-            add(Severity::Error, std::string(where.name) + " is broken: bytes " + Hex(where.startAddr) +
-                                     " to " + Hex(where.endAddr) + " sum to " + Hex(range.finding.computed) +
-                                     ", stored at " + Hex(where.checkSumAddr) + " is " +
-                                     Hex(range.finding.stored));
+            add(Severity::Error, std::string(where.name) + " is broken: bytes " +
+                                     formats::HexNumber(where.startAddr) + " to " +
+                                     formats::HexNumber(where.endAddr) + " sum to " +
+                                     formats::HexNumber(range.finding.computed) + ", stored at " +
+                                     formats::HexNumber(where.checkSumAddr) + " is " +
+                                     formats::HexNumber(range.finding.stored));
         } else if (range.empty) {
             empty.emplace_back(where.name);
         }
@@ -302,7 +297,7 @@ std::vector<std::string> IdleFaults(const Boot& boot) {
     }
     for (const auto& [tag, result] : faults.metadataUpdate) {
         if (!tags.contains(tag)) {
-            idle.push_back("metadataUpdate: " + Hex(tag));
+            idle.push_back("metadataUpdate: " + formats::HexNumber(tag));
         }
     }
     std::set<std::string_view> properties;

@@ -1,10 +1,9 @@
 #include "analysis/EepromFindings.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include "formats/FuseIdText.h"
+#include "formats/Hex.h"
 #include "formats/OisCalibrationFile.h"
 #include "formats/SensorInfoText.h"
 #include "tables/CameraModules.h"
@@ -20,12 +19,6 @@ namespace {
 constexpr const EepromCheckSumDesc& kAnyLayout = tables::kEepromLayouts[0];
 static_assert(std::all_of(tables::kEepromLayouts.begin(), tables::kEepromLayouts.end(),
                           [](const auto& row) { return row.headerIdOffset == kAnyLayout.headerIdOffset; }));
-
-std::string Hex(std::uint32_t number, int digits) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "0x%0*X", digits, number);
-    return text.data();
-}
 
 /// The row of the table of this kind for a role; null where there is none.
 template <typename Rows>
@@ -88,7 +81,7 @@ void AddFindings(EepromFindings& findings) {
     };
     const ModuleMemory& memory = findings.memory;
     if (memory.erased) {
-        add(Finding::Severity::Error, "erased: every byte is " + Hex(*memory.erased, 2));
+        add(Finding::Severity::Error, "erased: every byte is " + formats::HexNumber(*memory.erased, 2));
     }
     if (memory.layout == nullptr) {
         add(Finding::Severity::Error,

@@ -1,16 +1,13 @@
 #include "analysis/PhoneCheck.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <optional>
 #include <string_view>
 
 #include "analysis/Calibration.h"
-#include "formats/DualCalibrationFile.h"
+#include "analysis/CalibrationFiles.h"
 #include "formats/EepromImage.h"
 #include "formats/Hex.h"
-#include "formats/OisCalibrationFile.h"
 #include "tables/CameraDevices.h"
 #include "tables/CameraModules.h"
 #include "tables/CameraPairs.h"
@@ -30,12 +27,6 @@ std::string Bytes(std::size_t count) {
     return std::to_string(count) + (count == 1 ? " byte" : " bytes");
 }
 
-std::string Hex(const char* format, unsigned number) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), format, number);
-    return text.data();
-}
-
 class Checker {
   public:
     explicit Checker(const PhoneDescription& phone) : mPhone(phone) {}
@@ -44,6 +35,7 @@ class Checker {
         for (std::size_t i = 0; i < mPhone.sensors.size(); ++i) {
             checkSensor(i);
         }
+        mOwners = FuseIdOwnersOf(mCheck.modules);
         for (const auto& [path, bytes] : mPhone.files) {
             mCheck.files.push_back({.path = path, .words = checkFile(path, bytes)});
         }
@@ -105,17 +97,6 @@ class Checker {
         }
     }
 
-    /// Whom a fuse id of a calibration file names.
-    std::string ownerOf(const std::vector<std::uint8_t>& fuseId) const {
-        const std::string hex = formats::UpperHex(fuseId);
-        const auto owner = std::find_if(
-            mCheck.modules.begin(), mCheck.modules.end(),
-            [&](const Module& module) { return !module.fuseId.empty() && module.fuseId == hex; });
-        return hex.empty()                     ? "nobody"
-               : owner == mCheck.modules.end() ? "no module of this phone (" + hex + ")"
-                                               : owner->name;
-    }
-
     std::string checkFile(const std::string& path, const std::vector<std::uint8_t>& bytes) {
         if (path == tables::kOisFilePath) {
             return checkStabiliser(path, bytes);
@@ -141,62 +122,46 @@ class Checker {
     }
 
     std::string checkDualCalibration(const std::string& path, const std::vector<std::uint8_t>& bytes) {
-        using Trouble = formats::DualCalibrationReading::Trouble;
-        const formats::DualCalibrationReading reading = formats::ReadDualCalibrationFile(bytes);
-        const std::size_t blockSize = reading.file.block.size();
-        if (reading.trouble == Trouble::FuseIdsLeadOutside) {
-            add(Severity::Error, path, "it is too short for the fuse ids that it announces");
+        const CalibrationContent content = ContentOfCalibrationFile(bytes);
+        refuse(path, content.dualTrouble());
+        if (!content.dual) {
             return Bytes(bytes.size());
         }
-        if (reading.trouble == Trouble::BlockSize) {
+        const formats::DualCalibrationFile& file = content.dual->file;
+        const std::string owners =
+            mOwners.nameOf(file.masterFuseId) + " and " + mOwners.nameOf(file.slaveFuseId);
+        if (PairsOf(file, mOwners).empty()) {
+            const auto isMissed = [&](const std::vector<std::uint8_t>& fuseId) {
+                return !fuseId.empty() && mOwners.endsAt && !mOwners.roleOf(fuseId);
+            };
             add(Severity::Error, path,
-                "its block has " + Bytes(blockSize) +
-                    ": 419, 2048 or 4096, with or without a CRC, are needed");
-        } else if (reading.trouble == Trouble::Crc) {
-            add(Severity::Error, path,
-                "its CRC is broken: " + Hex("0x%04X", reading.storedCrc) + " stored, " +
-                    Hex("0x%04X", reading.computedCrc) + " computed");
+                "it was made for " + owners + ", which are no pair" +
+                    (isMissed(file.masterFuseId) || isMissed(file.slaveFuseId) ? "; " + mOwners.searchEnd()
+                                                                               : ""));
         }
-        const std::string master = ownerOf(reading.file.masterFuseId);
-        const std::string slave = ownerOf(reading.file.slaveFuseId);
-        const bool owned = std::any_of(
-            tables::kDualCameraPairs.begin(), tables::kDualCameraPairs.end(), [&](const auto& pair) {
-                const auto isOf = [&](const std::string& name) {
-                    return name == RoleName(pair.masterCameraRole) || name == RoleName(pair.slaveCameraRole);
-                };
-                return (isOf(master) || master == "nobody") && (isOf(slave) || slave == "nobody") &&
-                       master != slave;
-            });
-        if (!owned) {
-            add(Severity::Error, path, "it was made for " + master + " and " + slave + ", which are no pair");
-        }
-        return "dual-camera calibration of " + master + " and " + slave + ", " + Bytes(blockSize);
+        return "dual-camera calibration of " + owners + ", " + Bytes(file.block.size());
     }
 
     std::string checkStabiliser(const std::string& path, const std::vector<std::uint8_t>& bytes) {
-        const formats::OisCalibrationReading reading = formats::ReadOisCalibrationFile(bytes);
-        const formats::OisCalibrationFile& file = reading.file;
-        const std::string owner = ownerOf(file.fuseId);
-        if (bytes.empty()) {
-            add(Severity::Error, path, "it is empty");
-            return Bytes(0);
+        const CalibrationContent content = ContentOfCalibrationFile(bytes);
+        refuse(path, content.oisTrouble());
+        if (!content.ois) {
+            return Bytes(bytes.size());
         }
-        if (!reading.crcGood) {
-            add(Severity::Error, path,
-                "its CRC is broken: " + Hex("0x%04X", reading.storedCrc) + " stored, " +
-                    Hex("0x%04X", reading.computedCrc) + " computed");
-        } else if (file.version != formats::kOisFileVersion) {
-            add(Severity::Error, path, "it has version " + std::to_string(file.version));
-        } else if (owner != RoleName(tables::kStabilisedRole)) {
+        const formats::OisCalibrationFile& file = content.ois->reading.file;
+        const std::string owner = mOwners.nameOf(file.fuseId);
+        if (!IsForStabiliser(file, mOwners)) {
             add(Severity::Error, path,
                 "it was made for " + owner + ", not for " + RoleName(tables::kStabilisedRole));
-        } else if (!file.gainsInRange()) {
-            add(Severity::Error, path,
-                "its gains are not " + std::to_string(tables::kLeastGain) + " to " +
-                    std::to_string(tables::kGreatestGain));
         }
         return "stabiliser calibration of " + owner + ", gains " + std::to_string(file.gainX) + " and " +
                std::to_string(file.gainY);
+    }
+
+    void refuse(const std::string& path, const std::string& trouble) {
+        if (!trouble.empty()) {
+            add(Severity::Error, path, "it is refused: " + trouble);
+        }
     }
 
     void checkMembers() {
@@ -232,7 +197,7 @@ class Checker {
         }
         for (const auto& [tag, result] : faults.metadataUpdate) {
             if (tables::FindPublishedTag(tag) == nullptr) {
-                never("metadataUpdate", Hex("0x%X", tag), "for the tag is never published");
+                never("metadataUpdate", formats::HexNumber(tag), "for the tag is never published");
             }
         }
         for (const std::string& name : faults.propertySet) {
@@ -243,6 +208,7 @@ class Checker {
     }
 
     const PhoneDescription& mPhone;
+    FuseIdOwners mOwners;
     PhoneCheck mCheck;
 };
 

@@ -1,9 +1,10 @@
 #include "analysis/Questions.h"
 
 #include <array>
-#include <cstdio>
 #include <string_view>
 #include <type_traits>
+
+#include "formats/Hex.h"
 
 namespace analysis {
 
@@ -43,10 +44,9 @@ constexpr std::array<Wording, 18> kWordings = {{
     {Query::CalibrationHelper, "the calibration helper", false, Answer::Present},
 }};
 
+/// A negative number as the 64 bits that it has.
 std::string Hex(std::int64_t number) {
-    std::array<char, 24> text;
-    std::snprintf(text.data(), text.size(), "0x%llX", static_cast<unsigned long long>(number));
-    return text.data();
+    return formats::HexNumber(static_cast<std::uint64_t>(number));
 }
 
 std::string AnswerInWords(const record::Asked& asked, Answer kind) {

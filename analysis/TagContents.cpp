@@ -187,6 +187,17 @@ std::optional<std::int64_t> FormatNamed(std::string_view name) {
                                                                         : std::nullopt;
 }
 
+std::vector<std::string> FormatNames() {
+    std::vector<std::string> names;
+    for (const std::span<const Named> rows :
+         {std::span<const Named>(kFormats), std::span<const Named>(kFormatAliases)}) {
+        for (const Named& row : rows) {
+            names.emplace_back(row.name);
+        }
+    }
+    return names;
+}
+
 std::string DirectionName(std::int64_t direction) {
     return direction == STREAM_OUTPUT  ? "OUTPUT"
            : direction == STREAM_INPUT ? "INPUT"

@@ -46,6 +46,8 @@ std::vector<OfferedStream> OfferedStreamsOf(const record::TagSet& metadata);
 std::string FormatName(std::int64_t format);
 /// The format that a person names: its name or number in any case, or JPEG, YUV, PRIVATE, RAW.
 std::optional<std::int64_t> FormatNamed(std::string_view name);
+/// The names by which a format is found.
+std::vector<std::string> FormatNames();
 /// "OUTPUT", "INPUT", or the number.
 std::string DirectionName(std::int64_t direction);
 

@@ -58,9 +58,8 @@ std::optional<std::vector<std::int32_t>> MemberDriverValues(const NSCam::IHalSen
                                                             const std::vector<int>& members) {
     std::vector<std::int32_t> values;
     for (const int member : members) {
-        const tables::SensorIndex sensorIdx = SensorIndexOfMember(sensors, tables::MemberSensorId{member});
         const ImgSensorDrv* const driver =
-            ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(Number(sensorIdx)));
+            DriverOf(SensorIndexOfMember(sensors, tables::MemberSensorId{member}));
         if (driver == nullptr) {
             return std::nullopt;
         }

@@ -7,6 +7,7 @@
 
 #include "tables/CameraDevices.h"
 #include "tables/CameraModules.h"
+#include "tables/CameraPairs.h"
 #include "tables/PublishedFiles.h"
 #include "tables/PublishedProperties.h"
 #include "tables/PublishedTags.h"
@@ -64,24 +65,11 @@ void Files() {
         Row({Code(std::string(file.path) + (file.perRole ? "<role name>" : "")), Code(file.operation.name),
              file.content});
     }
-}
-
-std::string TypeName(TagItemType type) {
-    switch (type) {
-        case TagItemType::Int32:
-            return "int32";
-        case TagItemType::Int64:
-            return "int64";
-        case TagItemType::Float:
-            return "float";
-        case TagItemType::Byte:
-            return "byte";
-        case TagItemType::Memory:
-            return "memory";
-        case TagItemType::None:
-            break;
+    std::printf("\nPersist files lie in %s, golden files are", Code(kPersistFolder).c_str());
+    for (const DualCameraCalDataInfo& pair : kDualCameraPairs) {
+        std::printf("%s %s", &pair == kDualCameraPairs.data() ? "" : " and", Code(pair.goldenPath).c_str());
     }
-    return "none";
+    std::puts(".");
 }
 
 void Tags() {
@@ -106,7 +94,7 @@ void Tags() {
     for (const PublishedTag& tag : PublishedTags()) {
         char number[16];
         std::snprintf(number, sizeof(number), "0x%X", tag.tag);
-        Row({number, tag.name, TypeName(tag.type), tag.devices, Code(tag.operation.name), tag.value});
+        Row({number, tag.name, NameOf(tag.type), tag.devices, Code(tag.operation.name), tag.value});
     }
 }
 

@@ -29,7 +29,7 @@ std::size_t LeadingHexDigits(std::string_view text) {
     return std::min(text.find_first_not_of(kHexDigits), text.size());
 }
 
-std::optional<std::size_t> HexNumber(std::string_view digits) {
+std::optional<std::size_t> ParseHexNumber(std::string_view digits) {
     std::size_t number = 0;
     const auto [stop, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
     return error == std::errc() && stop == digits.data() + digits.size() ? std::optional(number)
@@ -108,7 +108,7 @@ bool TakeBytes(std::string_view group, DumpLine& line) {
         return false;
     }
     for (std::size_t i = 0; i < digits; i += 2) {
-        line.bytes.push_back(static_cast<std::uint8_t>(*HexNumber(group.substr(i, 2))));
+        line.bytes.push_back(static_cast<std::uint8_t>(*ParseHexNumber(group.substr(i, 2))));
     }
     return true;
 }
@@ -118,7 +118,7 @@ DumpLine ReadPlugInLine(std::string_view text) {
     DumpLine line{.offset = 0, .bytes = {}, .trouble = "\"" + Shortened(text, 60) + "\""};
     text.remove_prefix(std::min(FindEntry(text) + 2, text.size()));
     const std::size_t digits = LeadingHexDigits(text);
-    const std::optional<std::size_t> offset = HexNumber(text.substr(0, digits));
+    const std::optional<std::size_t> offset = ParseHexNumber(text.substr(0, digits));
     text = WithoutLeadingBlanks(text.substr(digits));
     if (!offset || !text.starts_with('=')) {
         return line;
@@ -135,7 +135,7 @@ DumpLine ReadPlugInLine(std::string_view text) {
 
 /// "00000010: a55a 0102  .Z..": two blanks end the bytes.
 DumpLine ReadXxdLine(std::string_view text, std::size_t offsetDigits) {
-    DumpLine line{.offset = HexNumber(text.substr(0, offsetDigits)).value_or(std::string_view::npos),
+    DumpLine line{.offset = ParseHexNumber(text.substr(0, offsetDigits)).value_or(std::string_view::npos),
                   .bytes = {},
                   .trouble = {}};
     text = text.substr(offsetDigits + 1);
@@ -152,7 +152,7 @@ DumpLine ReadXxdLine(std::string_view text, std::size_t offsetDigits) {
 
 /// "00000010  a5 5a  01 02  |.Z..|", or the offset of the end alone.
 DumpLine ReadHexdumpLine(std::string_view text, std::size_t offsetDigits) {
-    DumpLine line{.offset = HexNumber(text.substr(0, offsetDigits)).value_or(std::string_view::npos),
+    DumpLine line{.offset = ParseHexNumber(text.substr(0, offsetDigits)).value_or(std::string_view::npos),
                   .bytes = {},
                   .trouble = {}};
     text = text.substr(offsetDigits);

@@ -1,11 +1,12 @@
 #include "formats/Hex.h"
 
-#include <cstddef>
+#include <algorithm>
 
 namespace formats {
 
 namespace {
 
+constexpr char kDigits[] = "0123456789ABCDEF";
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 
 /// The value of a digit, or -1.
@@ -22,7 +23,6 @@ constexpr int DigitValue(char c) {
 }  // namespace
 
 std::string UpperHex(std::span<const std::uint8_t> bytes) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
     std::string text;
     text.reserve(2 * bytes.size());
     for (const std::uint8_t byte : bytes) {
@@ -32,13 +32,24 @@ std::string UpperHex(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
+std::string HexNumber(std::uint64_t number, std::size_t digits) {
+    std::string text;
+    for (; number != 0 || text.size() < digits; number >>= 4) {
+        text += kDigits[number & 0xF];
+    }
+    text += "x0";
+    std::reverse(text.begin(), text.end());
+    return text;
+}
+
 std::optional<std::vector<std::uint8_t>> ParseHex(std::string_view text) {
     std::vector<std::uint8_t> bytes;
+    bytes.reserve(text.size() / 2);
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (kWhiteSpace.find(text[i]) != std::string_view::npos) {
+        const int high = DigitValue(text[i]);
+        if (high < 0 && kWhiteSpace.find(text[i]) != std::string_view::npos) {
             continue;
         }
-        const int high = DigitValue(text[i]);
         const int low = ++i < text.size() ? DigitValue(text[i]) : -1;
         if (high < 0 || low < 0) {
             return std::nullopt;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -11,6 +12,10 @@ namespace formats {
 
 /// Upper-case hexadecimal, two characters a byte, nothing between.
 std::string UpperHex(std::span<const std::uint8_t> bytes);
+
+/// A number as people write ids: "0x91010021".
+/// @param digits at least so many, filled with zeros.
+std::string HexNumber(std::uint64_t number, std::size_t digits = 1);
 
 /// The bytes of hexadecimal text in either case. White space may stand between bytes, not inside one.
 /// @return no value for any other character, or for half a byte.

@@ -73,8 +73,8 @@ int CameraPlatformInfoZelvan::MetadataUpdateScaler(IMetadata& meta, int instance
     if (sensors == nullptr) {
         return -1;
     }
-    const int sensorIdx = Number(FirstSensorOf(tables::DeviceBits{devices->sensorBits(instanceId)}));
-    const int deviceId = sensors->deviceId(sensorIdx);
+    const tables::SensorIndex sensorIdx = FirstSensorOf(tables::DeviceBits{devices->sensorBits(instanceId)});
+    const int deviceId = sensors->deviceId(Number(sensorIdx));
     LOGI(self, "deviceID = 0x%x, instanceId = 0x%x, ", static_cast<unsigned>(deviceId),
          static_cast<unsigned>(instanceId));
     const NSCam::SensorStaticInfo* const sensor = sensors->sensorStaticInfo(deviceId);
@@ -82,8 +82,7 @@ int CameraPlatformInfoZelvan::MetadataUpdateScaler(IMetadata& meta, int instance
         LOGE(self, "get sensor static info error : %d!", deviceId);
         return -1;
     }
-    const ImgSensorDrv* const driver =
-        ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(sensorIdx));
+    const ImgSensorDrv* const driver = DriverOf(sensorIdx);
     if (driver == nullptr) {
         LOGE(self, "get sensor drv error : %d!", instanceId);
         return -1;

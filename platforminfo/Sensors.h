@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "platform/IHalSensorList.h"
+#include "platform/ImgSensorDrv.h"
 #include "tables/Numberings.h"
 
 /// The platform's numberings of a sensor, one from the other.
@@ -17,6 +18,11 @@ constexpr tables::SensorIndex FirstSensorOf(tables::DeviceBits bits) {
 /// The device bit by which the calibration driver addresses a sensor.
 constexpr tables::DeviceBits DeviceBitOf(tables::SensorIndex index) {
     return tables::DeviceBits{1U << (static_cast<unsigned>(Number(index)) & 31U)};
+}
+
+/// The driver of a sensor; null where the platform has none.
+inline const ImgSensorDrv* DriverOf(tables::SensorIndex index) {
+    return ImgSensorDrv::getInstance(static_cast<IMGSENSOR_SENSOR_IDX>(Number(index)));
 }
 
 /// The first sensor of a device id. The list's count is asked again before each step.

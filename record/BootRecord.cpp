@@ -31,6 +31,12 @@ LineParts Split(std::string_view message) {
 
 }  // namespace
 
+std::string ModeText(unsigned mode) {
+    std::array<char, 16> text;
+    std::snprintf(text.data(), text.size(), "%04o", mode);
+    return text.data();
+}
+
 std::string SignalName(int signal) {
     const char* const name = sigabbrev_np(signal);
     return name == nullptr ? "signal " + std::to_string(signal) : std::string("SIG") + name;

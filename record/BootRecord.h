@@ -19,6 +19,9 @@ struct ChangedFile {
     friend bool operator==(const ChangedFile&, const ChangedFile&) = default;
 };
 
+/// Permission bits in four octal digits: "0644".
+std::string ModeText(unsigned mode);
+
 /// How a boot ended.
 struct Ended {
     enum class How { Returned, Threw, Signal, Exited, Timeout };

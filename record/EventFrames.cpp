@@ -1,277 +1,31 @@
 #include "record/internal/EventFrames.h"
 
-#include <cstddef>
-#include <cstring>
-#include <string>
-#include <tuple>
-#include <type_traits>
-#include <utility>
+#include "record/RecordBytes.h"
+#include "record/internal/Frames.h"
 
 namespace record {
 
-namespace {
-
-/// What an event or a part of one consists of.
-auto Fields(auto& part) {
-    using Part = std::remove_cvref_t<decltype(part)>;
-    if constexpr (std::is_same_v<Part, LogLine>) {
-        return std::tie(part.priority, part.tag, part.message);
-    } else if constexpr (std::is_same_v<Part, PropertyAsked>) {
-        return std::tie(part.name, part.value);
-    } else if constexpr (std::is_same_v<Part, PropertySet>) {
-        return std::tie(part.name, part.value, part.stored);
-    } else if constexpr (std::is_same_v<Part, EepromRead>) {
-        return std::tie(part.sensorId, part.deviceBit, part.offset, part.length, part.read);
-    } else if constexpr (std::is_same_v<Part, AutofocusRead>) {
-        return std::tie(part.deviceBit, part.succeeded);
-    } else if constexpr (std::is_same_v<Part, PathOpened>) {
-        return std::tie(part.path);
-    } else if constexpr (std::is_same_v<Part, Asked>) {
-        return std::tie(part.query, part.about, part.answer, part.text);
-    } else if constexpr (std::is_same_v<Part, ProviderAsked>) {
-        return std::tie(part.provider);
-    } else if constexpr (std::is_same_v<Part, TagStored>) {
-        return std::tie(part.tag, part.result, part.count);
-    } else if constexpr (std::is_same_v<Part, Tag>) {
-        return std::tie(part.tag, part.values);
-    } else if constexpr (std::is_same_v<Part, ProviderMerge>) {
-        return std::tie(part.provider, part.metadata);
-    } else if constexpr (std::is_same_v<Part, HandOver>) {
-        return std::tie(part.block);
-    } else if constexpr (std::is_same_v<Part, ChangedFile>) {
-        return std::tie(part.path, part.mode, part.bytes);
-    } else if constexpr (std::is_same_v<Part, PluginIdentity>) {
-        return std::tie(part.path, part.buildId);
-    } else if constexpr (std::is_same_v<Part, Ended>) {
-        return std::tie(part.how, part.what, part.signal, part.exitStatus, part.seconds, part.step);
-    } else {
-        static_assert(std::is_same_v<Part, BootRecord>);
-        return std::tie(part.phone, part.plugin, part.events, part.files, part.foreignFiles, part.troubles,
-                        part.ended, part.description, part.ordered);
-    }
-}
-
-template <typename>
-constexpr bool kIsList = false;
-template <typename Item>
-constexpr bool kIsList<std::vector<Item>> = true;
-template <>
-inline constexpr bool kIsList<std::string> = true;
-
-template <typename>
-constexpr bool kIsOptional = false;
-template <typename Value>
-constexpr bool kIsOptional<std::optional<Value>> = true;
-
-/// Numbers, truth values and names of queries.
-template <typename Value>
-constexpr bool kIsPlain = std::is_arithmetic_v<Value> || std::is_enum_v<Value>;
-
-class Writer {
-  public:
-    explicit Writer(std::vector<std::uint8_t>& bytes) : mBytes(bytes) {}
-
-    template <typename Value>
-    void put(const Value& value) {
-        if constexpr (kIsPlain<Value>) {
-            copy(&value, sizeof value);
-        } else if constexpr (kIsOptional<Value>) {
-            put(value.has_value());
-            if (value) {
-                put(*value);
-            }
-        } else if constexpr (kIsList<Value>) {
-            put(static_cast<std::uint32_t>(value.size()));
-            putItems<typename Value::value_type>(value);
-        } else if constexpr (std::is_same_v<Value, TagValues>) {
-            put(static_cast<std::uint8_t>(value.type()));
-            put(static_cast<std::uint32_t>(value.count()));
-            value.visit(
-                [this](const auto items) { putItems<std::remove_cvref_t<decltype(items[0])>>(items); });
-        } else if constexpr (std::is_same_v<Value, Event>) {
-            put(static_cast<std::uint8_t>(value.index()));
-            std::visit([this](const auto& of) { put(of); }, value);
-        } else {
-            std::apply([this](const auto&... fields) { (put(fields), ...); }, Fields(value));
-        }
-    }
-
-  private:
-    template <typename Item>
-    void putItems(const auto& items) {
-        if constexpr (kIsPlain<Item>) {
-            copy(items.data(), items.size() * sizeof(Item));
-        } else {
-            for (const Item& item : items) {
-                put(item);
-            }
-        }
-    }
-    void copy(const void* data, std::size_t size) {
-        const std::size_t at = mBytes.size();
-        mBytes.resize(at + size);
-        if (size > 0) {
-            std::memcpy(&mBytes[at], data, size);
-        }
-    }
-
-    std::vector<std::uint8_t>& mBytes;
-};
-
-/// Each step answers whether the bytes held what it wanted.
-class Reader {
-  public:
-    explicit Reader(std::span<const std::uint8_t> bytes) : mBytes(bytes) {}
-
-    bool atEnd() const { return mBytes.empty(); }
-
-    template <typename Value>
-    bool get(Value& value) {
-        if constexpr (std::is_same_v<Value, bool>) {
-            return getBelow<std::uint8_t>(value, 2);
-        } else if constexpr (std::is_same_v<Value, Query>) {
-            return getBelow<std::uint8_t>(value, static_cast<std::uint8_t>(Query::CalibrationHelper) + 1);
-        } else if constexpr (std::is_same_v<Value, Ended::How>) {
-            return getBelow<unsigned>(value, static_cast<unsigned>(Ended::How::Timeout) + 1);
-        } else if constexpr (kIsPlain<Value>) {
-            return copy(&value, sizeof value);
-        } else if constexpr (std::is_same_v<Value, Event>) {
-            std::uint8_t kind = 0;
-            return get(kind) && getAlternative(kind, value);
-        } else if constexpr (kIsOptional<Value>) {
-            bool there = false;
-            return get(there) && (!there || get(value.emplace()));
-        } else if constexpr (kIsList<Value>) {
-            return getItems(value);
-        } else if constexpr (std::is_same_v<Value, TagValues>) {
-            return getValues(value);
-        } else {
-            return std::apply([this](auto&... fields) { return (get(fields) && ...); }, Fields(value));
-        }
-    }
-
-  private:
-    template <typename Number, typename Value>
-    bool getBelow(Value& value, Number bound) {
-        static_assert(sizeof(Number) == sizeof(Value));
-        Number number = 0;
-        if (!copy(&number, sizeof number) || number >= bound) {
-            return false;
-        }
-        value = static_cast<Value>(number);
-        return true;
-    }
-
-    /// The event of variant alternative `kind`.
-    template <std::size_t Alternative = 0>
-    bool getAlternative(std::size_t kind, Event& event) {
-        if constexpr (Alternative < std::variant_size_v<Event>) {
-            return kind == Alternative ? get(event.emplace<Alternative>())
-                                       : getAlternative<Alternative + 1>(kind, event);
-        }
-        return false;
-    }
-
-    template <typename List>
-    bool getItems(List& list) {
-        using Item = typename List::value_type;
-        // A list of lists has the length of each.
-        constexpr std::size_t kLeast = kIsPlain<Item> ? sizeof(Item) : sizeof(std::uint32_t);
-        std::uint32_t count = 0;
-        if (!get(count) || count > mBytes.size() / kLeast) {
-            return false;
-        }
-        list.resize(count);
-        if constexpr (kIsPlain<Item>) {
-            return copy(list.data(), count * sizeof(Item));
-        } else {
-            for (Item& item : list) {
-                if (!get(item)) {
-                    return false;
-                }
-            }
-            return true;
-        }
-    }
-
-    template <typename Item>
-    bool getValuesOf(TagValues& values) {
-        std::vector<Item> items;
-        if (!getItems(items) || items.empty()) {
-            return false;
-        }
-        values = TagValues(std::move(items));
-        return true;
-    }
-
-    bool getValues(TagValues& values) {
-        using tables::TagItemType;
-        std::uint8_t type = 0;
-        if (!get(type)) {
-            return false;
-        }
-        switch (static_cast<TagItemType>(type)) {
-            case TagItemType::None: {
-                std::uint32_t count = 0;
-                return get(count) && count == 0;
-            }
-            case TagItemType::Int32:
-                return getValuesOf<std::int32_t>(values);
-            case TagItemType::Int64:
-                return getValuesOf<std::int64_t>(values);
-            case TagItemType::Float:
-                return getValuesOf<float>(values);
-            case TagItemType::Byte:
-                return getValuesOf<std::uint8_t>(values);
-            case TagItemType::Memory:
-                return getValuesOf<Blob>(values);
-        }
-        return false;
-    }
-
-    bool copy(void* to, std::size_t size) {
-        if (size > mBytes.size()) {
-            return false;
-        }
-        if (size > 0) {
-            std::memcpy(to, mBytes.data(), size);
-        }
-        mBytes = mBytes.subspan(size);
-        return true;
-    }
-
-    std::span<const std::uint8_t> mBytes;
-};
-
-/// What bytes hold from the first to the last.
-template <typename Value>
-std::optional<Value> Whole(std::span<const std::uint8_t> bytes) {
-    Reader reader(bytes);
-    std::optional<Value> value(std::in_place);
-    if (!reader.get(*value) || !reader.atEnd()) {
-        value.reset();
-    }
-    return value;
-}
-
-}  // namespace
-
 void AppendEvent(std::vector<std::uint8_t>& bytes, const Event& event) {
-    Writer(bytes).put(event);
+    FrameWriter(bytes).put(event);
 }
 
 std::optional<Event> ReadEvent(std::span<const std::uint8_t> bytes) {
-    return Whole<Event>(bytes);
+    return ReadFrame<Event>(bytes);
+}
+
+bool ReadEvent(std::span<const std::uint8_t> bytes, Event& event) {
+    FrameReader reader(bytes);
+    return reader.get(event) && reader.atEnd();
 }
 
 std::string RecordBytes(const BootRecord& boot) {
     std::vector<std::uint8_t> bytes;
-    Writer(bytes).put(boot);
+    FrameWriter(bytes).put(boot);
     return {bytes.begin(), bytes.end()};
 }
 
 std::optional<BootRecord> ReadRecordBytes(std::string_view bytes) {
-    return Whole<BootRecord>({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    return ReadFrame<BootRecord>({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
 }
 
 }  // namespace record

@@ -1,11 +1,9 @@
 #include "record/Report.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <csignal>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <ostream>
 #include <stdexcept>
@@ -20,18 +18,6 @@
 namespace record {
 
 namespace {
-
-std::string HexNumber(std::uint32_t number) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "0x%X", number);
-    return text.data();
-}
-
-std::string ModeText(unsigned mode) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "%04o", mode);
-    return text.data();
-}
 
 template <typename Item>
 Json ItemReport(const Item& item) {
@@ -52,11 +38,11 @@ Json ItemReport(const Item& item) {
 
 Json TagReport(const Tag& tag) {
     Json report;
-    report["tag"] = HexNumber(tag.tag);
+    report["tag"] = formats::HexNumber(tag.tag);
     if (const tables::PublishedTag* known = tables::FindPublishedTag(tag.tag)) {
         report["name"] = known->name;
     }
-    report["type"] = kItemTypeNames[static_cast<std::size_t>(tag.values.type())];
+    report["type"] = tables::NameOf(tag.values.type());
     Json& values = report["values"] = Json::array();
     tag.values.visit([&values](const auto& items) {
         for (const auto& item : items) {
@@ -126,7 +112,7 @@ class Lists {
             metadata.push_back(TagReport(tag));
         }
         point("device", devices,
-              {{"provider", HexNumber(merge.provider)}, {"metadata", std::move(metadata)}});
+              {{"provider", formats::HexNumber(merge.provider)}, {"metadata", std::move(metadata)}});
     }
     void take(const HandOver& handOver) {
         point("thirdCalibration", thirdCalibration, {{"hex", formats::UpperHex(handOver.block)}});
@@ -144,10 +130,12 @@ class Lists {
              {"about", asked.about},
              {"answer", asked.query == Query::DeviceName ? Json(asked.text) : Json(asked.answer)}});
     }
-    void take(const ProviderAsked& asked) { events.push_back({{"provider", HexNumber(asked.provider)}}); }
+    void take(const ProviderAsked& asked) {
+        events.push_back({{"provider", formats::HexNumber(asked.provider)}});
+    }
     void take(const TagStored& stored) {
         events.push_back(
-            {{"stored", HexNumber(stored.tag)}, {"result", stored.result}, {"count", stored.count}});
+            {{"stored", formats::HexNumber(stored.tag)}, {"result", stored.result}, {"count", stored.count}});
     }
 
     void point(const char* kind, Json& list, Json report) {

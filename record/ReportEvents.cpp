@@ -43,7 +43,7 @@ Tag ReadTag(const ReportNode& node) {
     if (const ReportNode* const name = members.find("name")) {
         name->text();
     }
-    const std::size_t type = members.at("type").choice(kItemTypeNames);
+    const std::size_t type = members.at("type").choice(tables::kTagItemTypeNames);
     Tag tag{.tag = members.at("tag").hexNumber(), .values = kReaders[type](members.at("values"))};
     if (static_cast<std::size_t>(tag.values.type()) != type) {
         members.at("values").fail("no values where the type is \"none\", and values where it is another",

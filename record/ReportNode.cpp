@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <system_error>
 
+#include "formats/Hex.h"
 #include "record/Report.h"
 
 namespace record {
@@ -69,18 +71,11 @@ std::uint32_t ReportNode::hexNumber() const {
 }
 
 Blob ReportNode::bytes() const {
-    const std::string& digits = text();
-    Blob bytes(digits.size() / 2);
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        const char* const byte = digits.data() + 2 * i;
-        if (std::from_chars(byte, byte + 2, bytes[i], 16).ptr != byte + 2) {
-            bytes.clear();
-        }
-    }
-    if (2 * bytes.size() != digits.size()) {
+    std::optional<Blob> bytes = formats::ParseHex(text());
+    if (!bytes || 2 * bytes->size() != text().size()) {
         fail("two hexadecimal digits a byte");
     }
-    return bytes;
+    return *std::move(bytes);
 }
 
 std::size_t ReportNode::choice(std::span<const char* const> names) const {

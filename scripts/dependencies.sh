@@ -24,6 +24,15 @@ page  python3-selenium   module  selenium
 check clang-format       program clang-format
 check clang-tidy         program clang-tidy
 check python3            program python3
+package dpkg-dev         program dpkg-shlibdeps
+package file             program file
+package debootstrap      program debootstrap
+package lintian          program lintian
+package mandoc           program mandoc
+package shellcheck       program shellcheck
+package zsh              program zsh
+package python3          program python3
+package blueprint-tools  program bpfmt
 '
 
 is_there() {
@@ -45,7 +54,7 @@ missing_packages() {
     done
 }
 
-# install_dependencies PURPOSE...: build, test, page, bench, clang, check.
+# install_dependencies PURPOSE...: build, test, page, bench, clang, check, package.
 install_dependencies() {
     local missing as_root=()
     missing=$(missing_packages "$@")

@@ -18,21 +18,9 @@
 
 #include "supervisor/EndOnSignal.h"
 #include "supervisor/internal/Process.h"
-#include "virtualphone/PhoneFile.h"
+#include "virtualphone/TemporaryFolder.h"
 
 namespace supervisor {
-
-struct Booter::State {
-    BootOptions options;
-};
-
-Booter::Booter(BootOptions options) : mState(std::make_unique<State>(State{std::move(options)})) {}
-
-Booter::~Booter() = default;
-
-record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone) {
-    return Boot(phone, mState->options);
-}
 
 namespace {
 
@@ -125,7 +113,9 @@ void Serve(int socket, const BootOptions& options, const BootPool::Work& work) {
 
 class Worker {
   public:
-    Worker(const BootOptions& options, const BootPool::Work& work) {
+    Worker(BootOptions options, const BootPool::Work& work) {
+        // Here, so that it goes when the worker is gone, however it went.
+        options.root = mFolder.path();
         std::array<int, 2> sockets;
         if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets.data()) != 0) {
             throw Failure("cannot make a socket");
@@ -177,6 +167,7 @@ class Worker {
     int wait() { return mChild.wait(); }
 
   private:
+    virtualphone::TemporaryFolder mFolder;
     std::optional<File> mSocket;
     Child mChild;
     std::deque<std::pair<std::uint64_t, std::string>> mJobs;  ///< in hand, in order
@@ -193,6 +184,8 @@ std::size_t Processors() {
 
 struct BootPool::State {
     State(const PoolOptions& poolOptions, Work poolWork) : options(poolOptions), work(std::move(poolWork)) {
+        // What is wrong with the library is said before there is a worker.
+        Booter(options.boot);
         workers.resize(options.workers == 0 ? Processors() : options.workers);
         for (auto& worker : workers) {
             worker = std::make_unique<Worker>(options.boot, work);

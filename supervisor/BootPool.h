@@ -9,28 +9,9 @@
 #include <string>
 
 #include "supervisor/Boot.h"
+#include "supervisor/Booter.h"
 
 namespace supervisor {
-
-/// Boots phones one after the other with the same options, each in a child of its own, at a fraction of what
-/// `Boot` costs.
-class Booter {
-  public:
-    /// @param options its `root` is empty: the phones' files lie in a temporary folder.
-    explicit Booter(BootOptions options);
-    ~Booter();
-    Booter(const Booter&) = delete;
-    Booter& operator=(const Booter&) = delete;
-
-    /// As `supervisor::Boot`.
-    /// @throws virtualphone::PhoneFileError, std::filesystem::filesystem_error, std::system_error,
-    /// PluginError
-    record::BootRecord boot(const virtualphone::PhoneDescription& phone);
-
-  private:
-    struct State;
-    std::unique_ptr<State> mState;
-};
 
 /// How a pool works.
 struct PoolOptions {

@@ -41,26 +41,25 @@ void SharedLog::append(std::span<const std::uint8_t> message, std::size_t spare)
     std::memcpy(messages() + used, &size, sizeof size);
     std::memcpy(messages() + used + sizeof size, message.data(), size);
     head().used = used + sizeof size + size;
+    ++head().count;
 }
 
-SharedLog::Contents SharedLog::read() const {
-    const std::uint64_t used = std::min<std::uint64_t>(head().used, mRoom);
-    Contents contents{.messages = {}, .lost = head().lost};
-    std::span<const std::uint8_t> rest(messages(), used);
-    while (!rest.empty()) {
-        std::uint32_t size = 0;
-        if (rest.size() < sizeof size) {
-            break;
-        }
-        std::memcpy(&size, rest.data(), sizeof size);
-        if (size > rest.size() - sizeof size) {
-            break;
-        }
-        contents.messages.push_back(rest.subspan(sizeof size, size));
-        rest = rest.subspan(sizeof size + size);
+void SharedLog::clear() {
+    constexpr std::size_t kKept = std::size_t{4} << 20;
+    if (used() > kKept) {
+        madvise(mMemory.get(), mRoom + sizeof(Head), MADV_REMOVE);
     }
-    contents.damaged = !rest.empty();
-    return contents;
+    head().used = 0;
+    head().count = 0;
+    head().lost = 0;
+}
+
+std::size_t SharedLog::count() const {
+    return std::min<std::size_t>(head().count, used() / sizeof(std::uint32_t));
+}
+
+void SharedLog::prepare(std::size_t size) {
+    madvise(mMemory.get(), std::min(size + sizeof(Head), mRoom), MADV_POPULATE_WRITE);
 }
 
 }  // namespace supervisor

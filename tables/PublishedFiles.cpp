@@ -12,13 +12,10 @@ namespace {
 
 constexpr std::array<PublishedFile, 3> kTable = {{
     {kDualCameraPairs[0].dumpPath, false, operation::DualCameraDataDumpFile,
-     "calibration block of wide and ultra-wide; from a file of `/mnt/vendor/persist/camera/` whose fuse ids "
-     "match, or "
-     "from `/vendor/etc/camera/com.zelvan.dcal.wu.golden`"},
+     "calibration block of wide and ultra-wide; from a persist file whose fuse ids match, or from the golden "
+     "file"},
     {kDualCameraPairs[1].dumpPath, false, operation::DualCameraDataDumpFile,
-     "calibration block of wide and tele; from a file of `/mnt/vendor/persist/camera/` whose fuse ids match, "
-     "or from "
-     "`/vendor/etc/camera/com.zelvan.dcal.wt.golden`"},
+     "calibration block of wide and tele; from a persist file whose fuse ids match, or from the golden file"},
     {kEepromDumpPath, true, operation::DumpEepromRawData,
      "a module's memory, `0x0010 = 0xa5` a line; only when a property asks for it"},
 }};

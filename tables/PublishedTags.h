@@ -33,6 +33,14 @@ namespace wide_bokeh {
 /// What the items of a tag are.
 enum class TagItemType { None, Int32, Int64, Float, Byte, Memory };
 
+/// What the types are called, in their order.
+inline constexpr std::array<const char*, 6> kTagItemTypeNames = {"none",  "int32", "int64",
+                                                                 "float", "byte",  "memory"};
+
+constexpr const char* NameOf(TagItemType type) {
+    return kTagItemTypeNames[static_cast<std::size_t>(type)];
+}
+
 /// What is known of a published tag.
 struct PublishedTag {
     std::uint32_t tag;

@@ -3,11 +3,8 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string>
-#include <string_view>
 #include <vector>
 
-#include "record/BootRecord.h"
 #include "record/Events.h"
 
 namespace record {
@@ -18,10 +15,8 @@ void AppendEvent(std::vector<std::uint8_t>& bytes, const Event& event);
 /// The event that `bytes` hold from the first to the last; none where they hold anything else. Takes bytes
 /// from anyone: what is read is bounded by their number.
 std::optional<Event> ReadEvent(std::span<const std::uint8_t> bytes);
-
-/// A whole record as bytes, and the record that `bytes` hold from the first to the last; none where they hold
-/// anything else.
-std::string RecordBytes(const BootRecord& boot);
-std::optional<BootRecord> ReadRecordBytes(std::string_view bytes);
+/// The same in place.
+/// @return whether `bytes` hold an event; where they do not, `event` is any.
+bool ReadEvent(std::span<const std::uint8_t> bytes, Event& event);
 
 }  // namespace record

@@ -34,9 +34,6 @@ inline constexpr const char* kQueryNames[] = {
     "sensorDriver",      "calibrationDriver", "calibrationHelper",
 };
 
-/// Names of `tables::TagItemType`, in the order of its values.
-inline constexpr const char* kItemTypeNames[] = {"none", "int32", "int64", "float", "byte", "memory"};
-
 /// Names of `Ended::How`, in the order of its values.
 inline constexpr const char* kEndings[] = {"returned", "threw", "signal", "exited", "timeout"};
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <sys/types.h>
 #include <system_error>
 #include <utility>
@@ -32,6 +33,10 @@ class File {
 /// @return 0 in the child.
 /// @throws std::system_error
 pid_t Fork();
+
+/// Waits until a file is readable, its other side gone included, at most so long and until an ending signal.
+/// @return whether it is readable.
+bool WaitFor(int file, std::chrono::milliseconds timeout);
 
 /// A process that this one forked, and what it leaves.
 class Child {

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <span>
-#include <vector>
 
 namespace supervisor {
 
@@ -21,17 +22,42 @@ class SharedLog {
     /// is counted as lost.
     void append(std::span<const std::uint8_t> message, std::size_t spare);
 
-    /// All messages, once the writer has ended. It is not trusted: none lies outside the memory.
-    struct Contents {
-        std::vector<std::span<const std::uint8_t>> messages;
+    /// Forgets all messages. Memory that a long record took is given back.
+    void clear();
+
+    /// Number of messages, or fewer; none counts that would not fit.
+    std::size_t count() const;
+
+    struct End {
         std::uint64_t lost = 0;
         bool damaged = false;  ///< what follows the messages is no message
     };
-    Contents read() const;
+    /// Hands all messages to `take`, once the writer has ended. It is not trusted: none lies outside the
+    /// memory.
+    template <typename Take>
+    End read(Take take) const {
+        std::span<const std::uint8_t> rest = written();
+        std::uint32_t size = 0;
+        while (rest.size() >= sizeof size) {
+            std::memcpy(&size, rest.data(), sizeof size);
+            if (size > rest.size() - sizeof size) {
+                break;
+            }
+            take(rest.subspan(sizeof size, size));
+            rest = rest.subspan(sizeof size + size);
+        }
+        return {.lost = head().lost, .damaged = !rest.empty()};
+    }
+
+    /// Takes the memory of the first `size` bytes at once, which costs far less than page by page.
+    void prepare(std::size_t size);
+    /// Bytes that the messages take.
+    std::size_t used() const { return written().size(); }
 
   private:
     struct Head {
         std::atomic<std::uint64_t> used;  ///< bytes of whole messages behind the head
+        std::atomic<std::uint64_t> count;
         std::atomic<std::uint64_t> lost;
     };
     static_assert(std::atomic<std::uint64_t>::is_always_lock_free);
@@ -43,6 +69,10 @@ class SharedLog {
 
     Head& head() const { return *static_cast<Head*>(mMemory.get()); }
     std::uint8_t* messages() const { return static_cast<std::uint8_t*>(mMemory.get()) + sizeof(Head); }
+
+    std::span<const std::uint8_t> written() const {
+        return {messages(), std::min<std::size_t>(head().used, mRoom)};
+    }
 
     std::size_t mRoom;  ///< for messages
     std::unique_ptr<void, Unmap> mMemory;

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "record/RecordBytes.h"
 #include "record/internal/EventFrames.h"
 #include "tests/record/EventSamples.h"
 
@@ -37,6 +38,35 @@ TEST(EventFrames, DamagedOnesDoNoHarm) {
                 }
             }
         }
+    }
+}
+
+/// A record crosses whole, and what is cut is none.
+TEST(RecordBytes, AreReadAsTheyWereWritten) {
+    const record::BootRecord boot{.phone = "p",
+                                  .plugin = record::PluginIdentity{.path = "/lib.so", .buildId = "ab"},
+                                  .events = EventSamples(),
+                                  .files = {{.path = "/a", .mode = 0600, .bytes = {1, 2}}},
+                                  .foreignFiles = 3,
+                                  .troubles = {"one", "two"},
+                                  .ended = record::Ended{.how = record::Ended::How::Timeout,
+                                                         .what = "w",
+                                                         .signal = 9,
+                                                         .exitStatus = 4,
+                                                         .seconds = 0.5,
+                                                         .step = "S"},
+                                  .description = "{}",
+                                  .ordered = false};
+    const std::string bytes = record::RecordBytes(boot);
+    const record::BootRecord read = record::ReadRecordBytes(bytes).value();
+    EXPECT_EQ(record::RecordBytes(read), bytes);
+    EXPECT_EQ(read.plugin, boot.plugin);
+    EXPECT_TRUE(read.events == boot.events);
+    EXPECT_EQ(read.files, boot.files);
+    EXPECT_EQ(read.ended, boot.ended);
+    EXPECT_EQ(read.troubles, boot.troubles);
+    for (std::size_t size = 0; size < bytes.size(); ++size) {
+        EXPECT_FALSE(record::ReadRecordBytes(bytes.substr(0, size))) << size;
     }
 }
 

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include "record/EventFrames.h"
+#include "record/RecordBytes.h"
 #include "supervisor/BootPool.h"
 #include "supervisor/EndOnSignal.h"
 #include "virtualphone/PhoneFile.h"

@@ -3,10 +3,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <map>
 #include <stdexcept>
 #include <string>
 #include <sys/mman.h>
+#include <thread>
 #include <unistd.h>
 
 #include <android/log.h>
@@ -54,6 +56,16 @@ const std::map<std::string, void (*)()> kDeeds = {
              Log("flood");
          }
      }},
+    {"log", [] { Log("when loaded"); }},
+    {"thread", [] { std::thread([] { pause(); }).detach(); }},
+    {"litter",
+     [] {
+         const std::string root = DevicePath("");
+         std::filesystem::create_directory_symlink("/", root + "/link");
+         std::filesystem::create_directories(root + "/laid by none/folder");
+         std::filesystem::remove(root + "/laid");
+         std::filesystem::create_directory(root + "/laid");
+     }},
     {"fill a file",
      [] {
          const std::string path = DevicePath("/data/vendor/camera/large");
@@ -62,6 +74,12 @@ const std::map<std::string, void (*)()> kDeeds = {
          }
      }},
 };
+
+void Do(const char* deed) {
+    if (const auto found = kDeeds.find(deed); found != kDeeds.end()) {
+        found->second();
+    }
+}
 
 }  // namespace
 
@@ -74,7 +92,12 @@ void CameraPlatformInfoZelvan::ExposureModuleInfo() {
     Log("before");
     std::array<char, PROPERTY_VALUE_MAX> deed;
     property_get("test.deed", deed.data(), "");
-    if (const auto found = kDeeds.find(deed.data()); found != kDeeds.end()) {
-        found->second();
-    }
+    Do(deed.data());
 }
+
+/// Does as soon as it is loaded what the environment says.
+[[maybe_unused]] static const bool kDidWhenLoaded = [] {
+    const char* const deed = std::getenv("TEST_DEED_WHEN_LOADED");
+    Do(deed == nullptr ? "" : deed);
+    return true;
+}();

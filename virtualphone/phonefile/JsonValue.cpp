@@ -7,6 +7,7 @@
 #include <optional>
 #include <system_error>
 
+#include "formats/Hex.h"
 #include "formats/PrintableText.h"
 
 namespace virtualphone {
@@ -32,19 +33,6 @@ std::optional<std::int64_t> ParseHexadecimal(std::string_view text) {
         return std::nullopt;
     }
     return ParseDigits(text.substr(2), 16);
-}
-
-int HexDigit(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    if (c >= 'a' && c <= 'f') {
-        return c - 'a' + 10;
-    }
-    if (c >= 'A' && c <= 'F') {
-        return c - 'A' + 10;
-    }
-    return -1;
 }
 
 std::string IntegerRange(std::int64_t lowest, std::int64_t highest) {
@@ -150,27 +138,16 @@ float JsonValue::floatingPoint() const {
 }
 
 std::vector<std::uint8_t> JsonValue::hex() const {
-    std::vector<std::uint8_t> bytes;
-    std::size_t digits = 0;
-    int high = 0;
-    bytes.reserve(text().size() / 2);
-    for (const char c : text()) {
-        if (c == ' ' || c == '\t' || c == '\n' || c == '\r') {
-            continue;
-        }
-        const int digit = HexDigit(c);
-        if (digit < 0) {
+    std::string digits = text();
+    std::erase_if(digits, [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; });
+    std::optional<std::vector<std::uint8_t>> bytes = formats::ParseHex(digits);
+    if (!bytes) {
+        if (digits.find_first_not_of("0123456789ABCDEFabcdef") != std::string::npos) {
             fail("bytes in hexadecimal");
         }
-        if (++digits % 2 == 0) {
-            bytes.push_back(static_cast<std::uint8_t>(high * 16 + digit));
-        }
-        high = digit;
+        fail("an even number of hexadecimal digits", std::to_string(digits.size()));
     }
-    if (digits % 2 != 0) {
-        fail("an even number of hexadecimal digits", std::to_string(digits));
-    }
-    return bytes;
+    return *std::move(bytes);
 }
 
 std::int64_t JsonValue::integerWithin(std::int64_t lowest, std::int64_t highest) const {

@@ -1,9 +1,13 @@
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tables/PublishedTags.h"
 #include "virtualphone/phonefile/internal/Sections.h"
 
 namespace virtualphone {
@@ -24,54 +28,52 @@ record::TagValues ReadIntegers(const JsonValue& value) {
     return ReadItems<Item>(value, [](const JsonValue& v) { return v.integer<Item>(); });
 }
 
-struct ItemType {
-    std::string_view name;
-    record::TagValues (*read)(const JsonValue& value);
+record::TagValues ReadNone(const JsonValue& value) {
+    if (!value.elements().empty()) {
+        value.elements().front().fail("no values where the type is none");
+    }
+    return {};
+}
+
+record::TagValues ReadFloats(const JsonValue& value) {
+    return ReadItems<float>(value, [](const JsonValue& v) { return v.floatingPoint(); });
+}
+
+record::TagValues ReadMemories(const JsonValue& value) {
+    return ReadItems<record::Blob>(value, [](const JsonValue& v) { return v.hex(); });
+}
+
+using Reader = record::TagValues (*)(const JsonValue& values);
+
+/// In the order of `tables::TagItemType`.
+constexpr std::array<Reader, tables::kTagItemTypeNames.size()> kReaders = {
+    ReadNone,   ReadIntegers<std::int32_t>, ReadIntegers<std::int64_t>,
+    ReadFloats, ReadIntegers<std::uint8_t>, ReadMemories,
 };
 
-constexpr ItemType kItemTypes[] = {
-    {"none",
-     [](const JsonValue& value) {
-         if (!value.elements().empty()) {
-             value.elements().front().fail("no values where the type is none");
-         }
-         return record::TagValues();
-     }},
-    {"int32", ReadIntegers<std::int32_t>},
-    {"int64", ReadIntegers<std::int64_t>},
-    {"float",
-     [](const JsonValue& value) {
-         return ReadItems<float>(value, [](const JsonValue& v) { return v.floatingPoint(); });
-     }},
-    {"byte", ReadIntegers<std::uint8_t>},
-    {"memory",
-     [](const JsonValue& value) {
-         return ReadItems<record::Blob>(value, [](const JsonValue& v) { return v.hex(); });
-     }},
-};
-
-const ItemType& ReadType(const JsonValue& value) {
+Reader ReadType(const JsonValue& value) {
     std::string known;
-    for (const ItemType& type : kItemTypes) {
-        if (value.text() == type.name) {
-            return type;
+    for (std::size_t type = 0; type < kReaders.size(); ++type) {
+        const char* const name = tables::kTagItemTypeNames[type];
+        if (value.text() == name) {
+            return kReaders[type];
         }
-        known += (known.empty() ? "" : ", ") + std::string(type.name);
+        known += (known.empty() ? "" : ", ") + std::string(name);
     }
     value.fail("one of the types " + known);
 }
 
 record::TagValues ReadValues(const JsonValue& value) {
-    const ItemType* type = nullptr;
+    Reader read = nullptr;
     std::optional<JsonValue> values;
     value.readKeys({
-        {"type", [&](const JsonValue& v) { type = &ReadType(v); }},
+        {"type", [&](const JsonValue& v) { read = ReadType(v); }},
         {"values", [&](const JsonValue& v) { values = v; }},
     });
-    if (type == nullptr) {
+    if (read == nullptr) {
         value.fail(R"(a "type")", "an entry without");
     }
-    return values ? type->read(*values) : record::TagValues();
+    return values ? read(*values) : record::TagValues();
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <map>
 #include <span>
 #include <string>
@@ -29,13 +28,6 @@ JsonNode Text(std::string text) {
 template <typename Int>
 JsonNode Integer(Int number) {
     return {static_cast<std::int64_t>(number)};
-}
-
-/// A number as people write ids: "0x91010021".
-std::string HexNumber(std::uint32_t number) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "0x%X", number);
-    return text.data();
 }
 
 template <typename List, typename ToNode>
@@ -215,7 +207,7 @@ JsonNode Sensor(const SensorDescription& sensor, tables::SensorIndex index, cons
                        DefaultDeviceBits(index))
         .unlessDefault("deviceId", sensor.deviceId, NumberNode<tables::DeviceId>, DefaultDeviceId(index))
         .unlessDefault("sensorId", sensor.chipSensorId,
-                       [](tables::ChipSensorId id) { return Text(HexNumber(Number(id))); })
+                       [](tables::ChipSensorId id) { return Text(formats::HexNumber(Number(id))); })
         .unlessDefault("pixelArray", sensor.pixelArray, Size)
         .unlessDefault("captureSize", sensor.captureSize, Size)
         .unlessDefault("modes", modes, [](const auto& list) { return ArrayOf(list, Size); });
@@ -273,9 +265,8 @@ JsonNode Float(float number) {
 }
 
 JsonNode Values(const record::TagValues& values) {
-    constexpr std::array kTypeNames = {"none", "int32", "int64", "float", "byte", "memory"};
     ObjectOf object;
-    object.set("type", Text(kTypeNames[static_cast<std::size_t>(values.type())]));
+    object.set("type", Text(tables::NameOf(values.type())));
     values.visit([&object](const auto items) {
         using Item = typename decltype(items)::value_type;
         if (items.empty()) {
@@ -297,7 +288,7 @@ JsonNode Values(const record::TagValues& values) {
 JsonNode Tags(const record::TagSet& tags) {
     ObjectOf object;
     for (const record::Tag& tag : tags) {
-        object.set(HexNumber(tag.tag), Values(tag.values));
+        object.set(formats::HexNumber(tag.tag), Values(tag.values));
     }
     return object.node();
 }
@@ -314,7 +305,9 @@ JsonNode Faults(const PhoneFaults& faults) {
         .unlessDefault("sensorDrivers", faults.sensorDrivers, numbers)
         .unlessDefault("sensorObjects", faults.sensorObjects, numbers)
         .unlessDefault("staticInfo", faults.staticInfo, numbers)
-        .map("metadataUpdate", faults.metadataUpdate, HexNumber, Integer<std::int32_t>)
+        .map(
+            "metadataUpdate", faults.metadataUpdate,
+            [](std::uint32_t tag) { return formats::HexNumber(tag); }, Integer<std::int32_t>)
         .unlessDefault("propertySet", faults.propertySet,
                        [](const auto& names) { return ArrayOf(names, Text); })
         .node();
@@ -341,7 +334,7 @@ std::string PhoneFileText(const PhoneDescription& phone, const SideFiles& sideFi
                  NumberNode<tables::DeviceIndex>)
             .map(
                 "staticMetadata", phone.staticMetadata,
-                [](tables::ProviderId id) { return HexNumber(Number(id)); }, Tags)
+                [](tables::ProviderId id) { return formats::HexNumber(Number(id)); }, Tags)
             .unlessDefault("faults", phone.faults, Faults)
             .node();
     return JsonText(document) + "\n";

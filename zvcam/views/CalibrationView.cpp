@@ -1,7 +1,5 @@
 #include "zvcam/views/CalibrationView.h"
 
-#include <array>
-#include <cstdio>
 #include <ostream>
 
 #include "analysis/Calibration.h"
@@ -19,9 +17,7 @@ using analysis::CalibrationFolder;
 using analysis::FuseIdOwners;
 
 std::string Crc(std::uint16_t crc) {
-    std::array<char, 8> text;
-    std::snprintf(text.data(), text.size(), "0x%04X", static_cast<unsigned>(crc));
-    return text.data();
+    return HexNumber(crc, 4);
 }
 
 std::string Verdict(const std::string& trouble, const Style& style) {
@@ -34,11 +30,7 @@ std::string FuseIdText(const std::vector<std::uint8_t>& fuseId) {
 
 /// Whom a fuse id names on the phone.
 std::string OwnerText(const std::vector<std::uint8_t>& fuseId, const FuseIdOwners* owners) {
-    if (owners == nullptr || fuseId.empty()) {
-        return "";
-    }
-    const auto role = owners->roleOf(fuseId);
-    return role ? analysis::RoleName(*role) : "no module of this phone";
+    return owners == nullptr || fuseId.empty() ? "" : owners->nameOf(fuseId);
 }
 
 std::string PairsText(const formats::DualCalibrationFile& file, const FuseIdOwners& owners) {
@@ -47,12 +39,6 @@ std::string PairsText(const formats::DualCalibrationFile& file, const FuseIdOwne
         text += (text.empty() ? "" : "; ") + analysis::PairName(*pair);
     }
     return text;
-}
-
-std::string SearchEnd(const FuseIdOwners& owners) {
-    return owners.endsAt ? "the search for fuse ids ends at " + analysis::RoleName(*owners.endsAt) +
-                               ", which publishes none"
-                         : "";
 }
 
 void PrintDual(std::ostream& out, const formats::DualCalibrationReading& reading, const FuseIdOwners* owners,
@@ -72,7 +58,7 @@ void PrintDual(std::ostream& out, const formats::DualCalibrationReading& reading
         const std::string pairs = PairsText(file, *owners);
         table.row({"pair", pairs.empty() ? style.bad("NONE") + " of this phone" : pairs});
         if (pairs.empty() && owners->endsAt) {
-            table.row({"", SearchEnd(*owners)});
+            table.row({"", owners->searchEnd()});
         }
     }
     table.print(out, 2);
@@ -141,7 +127,7 @@ void PrintTaken(std::ostream& out, const CalibrationFolder& folder, const FuseId
                                    : style.bad("NONE") + ", which leaves the module's memory"});
     table.print(out, 2);
     if (owners.endsAt) {
-        out << "    " << SearchEnd(owners) << '\n';
+        out << "    " << owners.searchEnd() << '\n';
     }
 }
 

@@ -85,7 +85,7 @@ void PrintTagDifference(Sides& sides, const analysis::TagDifference& difference)
     const std::vector<std::string> left = Lines(difference.tag, difference.left);
     const std::vector<std::string> right = Lines(difference.tag, difference.right);
     const auto counted = [](const record::TagValues& values) {
-        return std::string(TypeName(values.type())) + "[" + std::to_string(values.count()) + "]";
+        return std::string(tables::NameOf(values.type())) + "[" + std::to_string(values.count()) + "]";
     };
     sides.item(difference.device + ": " + TagName(difference.tag) + " (" + HexNumber(difference.tag) + ")");
     if (difference.left == nullptr) {

@@ -1,7 +1,6 @@
 #include "zvcam/views/EepromView.h"
 
 #include <array>
-#include <cstdio>
 #include <ostream>
 
 #include "formats/Hex.h"
@@ -13,14 +12,8 @@ namespace {
 
 using analysis::EepromFindings;
 
-std::string Hex(std::uint32_t number, int digits) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "0x%0*X", digits, number);
-    return text.data();
-}
-
 std::string Offset(std::size_t offset) {
-    return Hex(static_cast<std::uint32_t>(offset), 4);
+    return HexNumber(offset, 4);
 }
 
 /// "12 bytes at 0x0010".
@@ -45,7 +38,7 @@ std::string QRCodeText(formats::ImageBytes image, const EepromFindings& findings
     const QRCodeDescriptor& place = *findings.qrCodePlace;
     const std::uint8_t flag = image[static_cast<std::size_t>(place.flagOffset)];
     const std::string flagText =
-        "flag " + Hex(flag, 2) + " at " + Offset(static_cast<std::size_t>(place.flagOffset));
+        "flag " + HexNumber(flag, 2) + " at " + Offset(static_cast<std::size_t>(place.flagOffset));
     return flag == formats::kQRCodeValid
                ? Printable(findings.memory.qrCode) + "  (" + Place(place.qrCodeLength, place.qrCodeOffset) +
                      ", " + flagText + ")"
@@ -58,7 +51,8 @@ void PrintCheckSums(std::ostream& out, const EepromFindings& findings, const Sty
     for (const analysis::CheckedRange& each : findings.memory.ranges) {
         const SubModuleCheckSumDesc& range = each.finding.range;
         table.row({std::string("  ") + range.name, Offset(range.startAddr) + " to " + Offset(range.endAddr),
-                   Offset(range.checkSumAddr), Hex(each.finding.stored, 2), Hex(each.finding.computed, 2),
+                   Offset(range.checkSumAddr), HexNumber(each.finding.stored, 2),
+                   HexNumber(each.finding.computed, 2),
                    !each.finding.good() ? style.bad("BAD")
                    : each.empty         ? style.doubtful("empty")
                                         : "ok"});
@@ -98,10 +92,11 @@ void PrintEeprom(std::ostream& out, const std::string& name, std::size_t size, f
     }
     const analysis::ModuleMemory& memory = findings.memory;
     Table table;
-    table.row({"maker", Hex(memory.makerId, 2) + " " + (memory.maker.empty() ? "unknown" : memory.maker)});
-    table.row({"lens id", Hex(findings.identity.lensId, 2)});
-    table.row({"sensor id", Hex(findings.identity.sensorId, 2)});
-    table.row({"header id", Hex(findings.headerId, 8)});
+    table.row(
+        {"maker", HexNumber(memory.makerId, 2) + " " + (memory.maker.empty() ? "unknown" : memory.maker)});
+    table.row({"lens id", HexNumber(findings.identity.lensId, 2)});
+    table.row({"sensor id", HexNumber(findings.identity.sensorId, 2)});
+    table.row({"header id", HexNumber(findings.headerId, 8)});
     table.row({"layout", LayoutText(findings, style)});
     if (findings.fuseIdPlace != nullptr) {
         table.row({"fuse id",

@@ -125,7 +125,7 @@ std::vector<std::string> ValueLines(const record::Tag& tag) {
 void PrintTag(std::ostream& out, const record::Tag& tag) {
     const tables::PublishedTag* const row = tables::FindPublishedTag(tag.tag);
     out << "    " << (row == nullptr ? "(unknown)" : row->name) << " (" << HexNumber(tag.tag)
-        << "): " << TypeName(tag.values.type()) << '[' << tag.values.count() << "]\n";
+        << "): " << tables::NameOf(tag.values.type()) << '[' << tag.values.count() << "]\n";
     for (const std::string& line : ValueLines(tag)) {
         out << "      [" << line << "]\n";
     }

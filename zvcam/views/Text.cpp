@@ -13,14 +13,8 @@ namespace zvcam {
 
 namespace {
 
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 /// Bytes of a blob that are shown.
 constexpr std::size_t kShownBytes = 16;
-
-void AppendHex(std::string& text, std::uint8_t byte) {
-    text += kHexDigits[byte >> 4];
-    text += kHexDigits[byte & 0xF];
-}
 
 /// Columns that a text takes on a terminal: colour takes none, nor do the later bytes of a UTF-8 character.
 std::size_t Width(std::string_view text) {
@@ -37,26 +31,9 @@ std::size_t Width(std::string_view text) {
 
 }  // namespace
 
-std::string HexNumber(std::uint32_t number) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "0x%X", number);
-    return text.data();
-}
-
-std::string ModeText(unsigned mode) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "%04o", mode);
-    return text.data();
-}
-
 std::string FloatText(float number) {
     std::array<char, 64> text;
     return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
-}
-
-const char* TypeName(tables::TagItemType type) {
-    constexpr std::array<const char*, 6> kNames = {"none", "int32", "int64", "float", "byte", "memory"};
-    return kNames[static_cast<std::size_t>(type)];
 }
 
 std::string TagName(std::uint32_t tag) {
@@ -76,8 +53,7 @@ std::string BlobText(std::span<const std::uint8_t> bytes) {
     }
     const std::size_t shown = std::min(bytes.size(), kShownBytes);
     for (std::size_t i = 0; i < shown; ++i) {
-        text += i == 0 ? ": " : " ";
-        AppendHex(text, bytes[i]);
+        text += (i == 0 ? ": " : " ") + formats::UpperHex(bytes.subspan(i, 1));
     }
     return shown < bytes.size() ? text + " and " + std::to_string(bytes.size() - shown) + " more" : text;
 }

@@ -8,27 +8,22 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/Hex.h"
 #include "formats/PrintableText.h"
+#include "record/BootRecord.h"
 #include "record/TagValues.h"
 
 namespace zvcam {
 
-/// A number as people write ids: "0x91010021".
-std::string HexNumber(std::uint32_t number);
-
-/// Permission bits in four octal digits: "0644".
-std::string ModeText(unsigned mode);
-
 /// The shortest decimal text that reads back as the same single-precision number.
 std::string FloatText(float number);
-
-/// "int32", "int64", "float", "byte", "memory" or "none".
-const char* TypeName(tables::TagItemType type);
 
 /// The name of a published tag, else its number.
 std::string TagName(std::uint32_t tag);
 
+using formats::HexNumber;
 using formats::Printable;
+using record::ModeText;
 
 /// "1 byte", "2 bytes".
 std::string Counted(std::size_t count, std::string_view noun);

@@ -1,13 +1,19 @@
 #include "supervisor/internal/Process.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
 #include <iostream>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "supervisor/EndOnSignal.h"
 
 namespace supervisor {
 
@@ -77,6 +83,20 @@ pid_t Fork() {
         throw Failure("cannot start a process");
     }
     return child;
+}
+
+bool WaitFor(int file, std::chrono::milliseconds timeout) {
+    const auto end = std::chrono::steady_clock::now() + timeout;
+    std::array<pollfd, 2> polls{{{.fd = file, .events = POLLIN, .revents = 0},
+                                 {.fd = EndingWaits::pollFd(), .events = POLLIN, .revents = 0}}};
+    int ready = 0;
+    do {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        ready = poll(polls.data(), polls.size(),
+                     static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 1 << 30)));
+    } while (ready < 0 || (ready == 0 && std::chrono::steady_clock::now() < end));
+    return polls[0].revents != 0;
 }
 
 int Child::end() {

@@ -18,7 +18,7 @@ constexpr const char* kSetB = "int32 [2880, 2160, 2816, 1584, 2880, 1296]";
 constexpr const char* kSetC = "int32 [3424, 2568, 3328, 1872, 3200, 1440]";
 constexpr const char* kSetD = "int32 [3280, 2464, 3200, 1800, 3280, 1476]";
 
-TEST(BokehTags, PerRole) {
+TEST(BokehAndSuperNightTags, PerRole) {
     const struct {
         int instanceId, roleId;
         std::string tags;  ///< the first seven digits of the pair tags' numbers
@@ -61,7 +61,7 @@ TEST(BokehTags, PerRole) {
     }
 }
 
-TEST(BokehTags, ModuleInformationGrows) {
+TEST(BokehAndSuperNightTags, ModuleInformationGrows) {
     Updating device(Phone());
     // The pair is looked up by sensor index.
     device.plugin.DeviceId2RoleId[2].sensorNames = "s5khm2";
@@ -82,7 +82,7 @@ TEST(BokehTags, ModuleInformationGrows) {
     EXPECT_EQ(device.plugin.mModuleInfo, "s2_IMX582_S5K4H7__AAC");
 }
 
-TEST(BokehTags, RefusedUpdatesStopNothing) {
+TEST(BokehAndSuperNightTags, RefusedUpdatesStopNothing) {
     const std::string lead = "[UpdateBokehOptimalSizeInfo] ZV IMetadata::update,tag ZELVAN_";
     for (const bool wide : {false, true}) {
         const Refusals refusals = {
@@ -103,7 +103,7 @@ TEST(BokehTags, RefusedUpdatesStopNothing) {
     }
 }
 
-TEST(BokehTags, UnknownDeviceOrNoList) {
+TEST(BokehAndSuperNightTags, UnknownDeviceOrNoList) {
     for (const bool noList : {false, true}) {
         const std::string error =
             noList ? "E Cannot get logical device list" : "E find DeviceId2RoleId[8] error!";

@@ -1,0 +1,11 @@
+# What Debian wants in other places, or compressed, than an installation elsewhere has it. Run by cpack.
+file(GLOB share ${CPACK_TEMPORARY_DIRECTORY}/usr/share)
+set(doc ${share}/doc/${CPACK_PACKAGE_NAME})
+file(RENAME ${share}/zsh/site-functions ${share}/zsh/vendor-completions)
+file(RENAME ${doc}/CHANGELOG.md ${doc}/changelog)
+file(REMOVE ${doc}/LICENSE)
+file(COPY ${CMAKE_CURRENT_LIST_DIR}/copyright DESTINATION ${doc})
+file(MAKE_DIRECTORY ${share}/lintian/overrides)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/lintian-overrides ${share}/lintian/overrides/${CPACK_PACKAGE_NAME} COPYONLY)
+file(GLOB pages ${share}/man/*/*)
+execute_process(COMMAND gzip -9n ${doc}/changelog ${pages} COMMAND_ERROR_IS_FATAL ANY)

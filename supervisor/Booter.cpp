@@ -1,0 +1,82 @@
+#include "supervisor/Booter.h"
+
+#include <cerrno>
+#include <optional>
+#include <string>
+#include <sys/syscall.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+#include "supervisor/EndOnSignal.h"
+#include "supervisor/internal/PhoneProcess.h"
+#include "supervisor/internal/PluginServer.h"
+#include "supervisor/internal/Process.h"
+#include "supervisor/internal/SharedLog.h"
+#include "virtualphone/DeviceFiles.h"
+#include "virtualphone/PhoneFile.h"
+#include "virtualphone/TemporaryFolder.h"
+
+namespace supervisor {
+
+struct Booter::State {
+    explicit State(BootOptions bootOptions) : options(std::move(bootOptions)) {
+        if (options.root.empty()) {
+            endingWaits.emplace();
+            options.root = temporary.emplace().path();
+        }
+        options.cleanRoot = true;
+        layFiles({});
+        startServer();
+    }
+
+    void layFiles(const std::map<std::string, std::vector<std::uint8_t>>& contents) {
+        // The root is one phone's at a time.
+        files.reset();
+        files = std::make_unique<virtualphone::DeviceFiles>(options.root, contents, /*clean=*/true);
+    }
+
+    void startServer() { server = PluginServer::Start(options.library, options.timeout, *files, log); }
+
+    std::optional<EndingWaits> endingWaits;  ///< first to come and last to go
+    BootOptions options;
+    std::optional<virtualphone::TemporaryFolder> temporary;
+    std::unique_ptr<virtualphone::DeviceFiles> files;
+    SharedLog log{options.recordLimit};
+    std::unique_ptr<PluginServer> server;
+};
+
+Booter::Booter(BootOptions options) : mState(std::make_unique<State>(std::move(options))) {}
+
+Booter::~Booter() = default;
+
+record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone) {
+    State& state = *mState;
+    const EndingWaits endingWaits;
+    std::optional<Child> child;
+    if (state.server) {
+        state.layFiles(phone.files);
+        state.log.clear();
+        child = state.server->boot(phone);
+    }
+    if (!child) {
+        state.files.reset();
+        return Boot(phone, state.options);
+    }
+    const File process(static_cast<int>(syscall(SYS_pidfd_open, child->id(), 0)), "cannot watch a process");
+    const bool ended = WaitFor(process.get(), state.options.timeout);
+    const int status = child->end();
+    if (EndingWaits::arrived()) {
+        throw std::system_error(std::make_error_code(std::errc::interrupted), "an ending signal");
+    }
+    record::BootRecord boot =
+        ReadPhoneLog(state.log, status, ended ? std::nullopt : std::optional(state.options.timeout));
+    boot.phone = phone.name;
+    if (state.options.describe) {
+        boot.description = virtualphone::PhoneFileText(phone);
+    }
+    boot.files = state.files->changed(boot.troubles);
+    return boot;
+}
+
+}  // namespace supervisor

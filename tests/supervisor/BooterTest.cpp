@@ -1,0 +1,86 @@
+#include <cstdlib>
+#include <regex>
+#include <sstream>
+
+#include <gmock/gmock.h>
+
+#include "record/Report.h"
+#include "supervisor/Booter.h"
+#include "supervisor/Plugin.h"
+#include "supervisor/internal/DescriptionBytes.h"
+#include "virtualphone/PhoneFile.h"
+
+// MISBEHAVING, NO_PLUGIN, PLUGIN and PHONES are paths; the build defines them.
+
+namespace {
+
+using supervisor::BootOptions;
+
+/// A record as its report, without what no two boots have alike.
+std::string Masked(const record::BootRecord& boot) {
+    std::ostringstream report;
+    record::WriteReport(report, boot);
+    static const std::regex kThreadOrAddress("\"\\([0-9]+\\)|0x[0-9a-f]{8,}");
+    return std::regex_replace(report.str(), kThreadOrAddress, "?");
+}
+
+virtualphone::PhoneDescription Phone(const std::string& deed) {
+    virtualphone::PhoneDescription phone;
+    phone.properties["test.deed"] = deed;
+    phone.files["/laid"] = {1};
+    return phone;
+}
+
+/// Whatever a boot leaves behind, the next one finds the phone as it is described.
+TEST(Booter, EveryBootIsAsIfItWereTheOnlyOne) {
+    for (const char* library : {PLUGIN, MISBEHAVING}) {
+        const BootOptions options{.library = library, .timeout = std::chrono::milliseconds(1000)};
+        supervisor::Booter booter(options);
+        std::vector<virtualphone::PhoneDescription> phones;
+        for (const char* deed : {"crash", "", "throw", "fill a file", "exit", "litter", "hang", "fork"}) {
+            phones.push_back(Phone(deed));
+        }
+        for (const char* name : {"/halcyrion.json", "/fieldtrouble.json", "/halcyrion.json"}) {
+            phones.push_back(virtualphone::ReadPhoneFile(std::string(PHONES) + name));
+            phones.push_back(Phone(""));
+        }
+        for (const virtualphone::PhoneDescription& phone : phones) {
+            EXPECT_EQ(Masked(booter.boot(phone)), Masked(supervisor::Boot(phone, options)))
+                << phone.properties.begin()->second;
+        }
+    }
+}
+
+/// What a library does when it is loaded each boot shows.
+TEST(Booter, ALibraryThatDoesSomethingWhenItIsLoadedIsLoadedByEachPhone) {
+    const BootOptions options{.library = MISBEHAVING, .timeout = std::chrono::milliseconds(300)};
+    for (const char* deed : {"crash", "exit", "hang", "log", "thread"}) {
+        setenv("TEST_DEED_WHEN_LOADED", deed, 1);
+        supervisor::Booter booter(options);
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_EQ(Masked(booter.boot(Phone(""))), Masked(supervisor::Boot(Phone(""), options))) << deed;
+        }
+    }
+    unsetenv("TEST_DEED_WHEN_LOADED");
+}
+
+TEST(Booter, ALibraryThatIsNoPluginIsRefused) {
+    EXPECT_THROW(supervisor::Booter({.library = NO_PLUGIN}), supervisor::PluginError);
+    EXPECT_THROW(supervisor::Booter({.library = "none.so"}), supervisor::PluginError);
+}
+
+/// A phone crosses to its process with everything but the files; what is cut is none.
+TEST(DescriptionBytes, AreReadAsTheyWereWritten) {
+    for (const char* name : {"/halcyrion.json", "/fieldtrouble.json"}) {
+        virtualphone::PhoneDescription phone = virtualphone::ReadPhoneFile(std::string(PHONES) + name);
+        std::vector<std::uint8_t> bytes;
+        supervisor::AppendDescription(bytes, phone);
+        phone.files.clear();
+        EXPECT_TRUE(supervisor::ReadDescription(bytes) == phone);
+        for (std::size_t size = 0; size < bytes.size(); size += 97) {
+            EXPECT_FALSE(supervisor::ReadDescription(std::span(bytes).first(size))) << size;
+        }
+    }
+}
+
+}  // namespace
