@@ -21,14 +21,6 @@ std::string FileName(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-std::string Listed(const std::vector<std::string>& numbers) {
-    std::string text;
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        text += (i == 0 ? "" : i + 1 == numbers.size() ? " and " : ", ") + numbers[i];
-    }
-    return text;
-}
-
 std::string ChecksumsText(const analysis::ModuleMemory& memory, const Style& style) {
     if (memory.layout == nullptr) {
         return "layout unknown";
