@@ -113,7 +113,7 @@ PageSection Tags(const record::BootRecord& boot, const std::vector<analysis::Dev
         table.row({Markup(row == nullptr ? "unknown" : row->name) + " " +
                        Element("span", {{"class", "quiet"}}, origin),
                    DevicesText(shared.merges, boot, devices),
-                   std::string(TypeName(tag.values.type())) + "[" + std::to_string(tag.values.count()) + "]",
+                   std::string(tables::NameOf(tag.values.type())) + "[" + std::to_string(tag.values.count()) + "]",
                    Values(ValueLines(tag))},
                   {{"data-kind", kinds}});
     }
