@@ -9,6 +9,7 @@ build cmake              program cmake
 build ninja-build        program ninja
 build nlohmann-json3-dev header  nlohmann/json.hpp
 build libcli11-dev       header  CLI/CLI.hpp
+build libsqlite3-dev     header  sqlite3.h
 build android-liblog-dev header  android/log.h
 test  libgtest-dev       header  gtest/gtest.h
 test  libgmock-dev       header  gmock/gmock.h

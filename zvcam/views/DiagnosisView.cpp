@@ -21,14 +21,6 @@ std::string FileName(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-std::string Listed(const std::vector<std::string>& numbers) {
-    std::string text;
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        text += (i == 0 ? "" : i + 1 == numbers.size() ? " and " : ", ") + numbers[i];
-    }
-    return text;
-}
-
 std::string ChecksumsText(const analysis::ModuleMemory& memory, const Style& style) {
     if (memory.layout == nullptr) {
         return "layout unknown";
@@ -169,10 +161,13 @@ void PrintProperties(std::ostream& out, const record::BootRecord& boot) {
 }
 
 void PrintFiles(std::ostream& out, const record::BootRecord& boot) {
-    PrintHeading(out, "Files created or changed", boot.files.size());
+    PrintHeading(out, "Files written", boot.files.size() + boot.rewritten.size());
     Table table;
     for (const record::ChangedFile& file : boot.files) {
         table.row({Printable(file.path), ModeText(file.mode), BlobText(file.bytes)});
+    }
+    for (const record::ChangedFile& file : boot.rewritten) {
+        table.row({Printable(file.path), ModeText(file.mode), BlobText(file.bytes) + ", as before the boot"});
     }
     table.print(out, 2);
 }
@@ -203,6 +198,13 @@ void PrintErrorLines(std::ostream& out, const Diagnosis& diagnosis, const record
 
 std::string EndingText(const record::BootRecord& boot) {
     return !boot.ended || boot.ended->returned() ? "" : "the plug-in " + record::EndText(*boot.ended);
+}
+
+std::string ForeignFilesText(const record::BootRecord& boot) {
+    return boot.foreignFiles == 0
+               ? ""
+               : Counted(boot.foreignFiles, "file") +
+                     " under the root came from elsewhere; --clean-root removes what is there first.";
 }
 
 std::string Summary(const Diagnosis& diagnosis) {
@@ -280,16 +282,15 @@ std::vector<std::string> ClosingNotes(const analysis::Boot& boot, const Diagnosi
         "Published: " +
         (diagnosis.storedProperties == 1 ? std::string("1 property")
                                          : std::to_string(diagnosis.storedProperties) + " properties") +
-        ", " + Counted(boot.record.files.size(), "file") + ", " +
+        ", " + Counted(boot.record.files.size() + boot.record.rewritten.size(), "file") + ", " +
         Counted(record::EventsOf<record::ProviderMerge>(boot.record).size(), "device set") +
         ". `zvcam why` explains each."};
     if (!boot.phone) {
         notes.emplace_back(
             "The report does not say which phone it was: what its memories hold is not known.");
     }
-    if (boot.record.foreignFiles > 0) {
-        notes.push_back(Counted(boot.record.foreignFiles, "file") +
-                        " under the root came from elsewhere; --clean-root removes what is there first.");
+    if (const std::string words = ForeignFilesText(boot.record); !words.empty()) {
+        notes.push_back(words);
     }
     for (const std::string& trouble : boot.record.troubles) {
         notes.push_back("Not known: " + Printable(trouble));

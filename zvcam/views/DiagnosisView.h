@@ -13,6 +13,10 @@ namespace zvcam {
 /// returned or nobody says.
 std::string EndingText(const record::BootRecord& boot);
 
+/// That files lay in a kept root already which the phone did not lay: what is published may rest on them.
+/// Empty where there were none.
+std::string ForeignFilesText(const record::BootRecord& boot);
+
 /// "2 of 3 modules readable, no stabiliser calibration, 38 error lines (6 of them on every phone)".
 std::string Summary(const analysis::Diagnosis& diagnosis);
 
