@@ -147,6 +147,14 @@ std::vector<analysis::PulledFile> ReadPulledFolder(const fs::path& folder) {
     return pulled;
 }
 
+LikePhone ReadLikePhone(const std::string& file) {
+    if (file.empty()) {
+        return {.phone = virtualphone::ParsePhone(virtualphone::StartingPhoneFile(), "", "phone new"),
+                .name = "`zvcam phone new`"};
+    }
+    return {.phone = virtualphone::ReadPhoneFile(file), .name = file};
+}
+
 void CheckIsNew(const fs::path& path, bool force) {
     std::error_code error;
     // A pipe or a device stays one.
