@@ -3,8 +3,6 @@
 #include "record/RecordBytes.h"
 #include "record/internal/Frames.h"
 
-#include "record/RecordBytes.h"
-
 namespace record {
 
 void AppendEvent(std::vector<std::uint8_t>& bytes, const Event& event) {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -26,6 +27,11 @@ void PrintTo(std::ostream& out, const std::string& name, const Print& print) {
     if (!out.flush()) {
         ThrowUnwritable(name, errno);
     }
+}
+
+std::string_view Environment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
 }
 
 }  // namespace
@@ -108,8 +114,10 @@ void CheckIsNoInput(const std::string& path, const std::vector<fs::path>& inputs
 }
 
 Style OutputStyle() {
-    const char* const noColour = std::getenv("NO_COLOR");
-    return {.colour = (noColour == nullptr || *noColour == '\0') && isatty(STDOUT_FILENO) == 1};
+    const std::string_view noColour = Environment("NO_COLOR");
+    const std::string_view terminal = Environment("TERM");
+    return {.colour =
+                noColour.empty() && !terminal.empty() && terminal != "dumb" && isatty(STDOUT_FILENO) == 1};
 }
 
 }  // namespace zvcam

@@ -164,14 +164,6 @@ std::size_t MissingCount(const Device& device) {
     return count;
 }
 
-std::string Listed(const std::vector<std::string>& numbers) {
-    std::string text;
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        text += (i == 0 ? "" : i + 1 == numbers.size() ? " and " : ", ") + numbers[i];
-    }
-    return text;
-}
-
 void PrintDevices(std::ostream& out, const Diagnosis& diagnosis, const Style& style) {
     if (diagnosis.devices.empty()) {
         out << "Devices: none was updated\n";
@@ -217,15 +209,14 @@ void PrintEnd(std::ostream& out, const analysis::Boot& boot, const Diagnosis& di
     out << "Published: "
         << (diagnosis.storedProperties == 1 ? std::string("1 property")
                                             : std::to_string(diagnosis.storedProperties) + " properties")
-        << ", " << Counted(boot.record.files.size(), "file") << ", "
+        << ", " << Counted(boot.record.files.size() + boot.record.rewritten.size(), "file") << ", "
         << Counted(record::EventsOf<record::ProviderMerge>(boot.record).size(), "device set")
         << ". `zvcam why` explains each.\n";
     if (!boot.phone) {
         out << "The report does not say which phone it was: what its memories hold is not known.\n";
     }
-    if (boot.record.foreignFiles > 0) {
-        out << Counted(boot.record.foreignFiles, "file")
-            << " under the root came from elsewhere; --clean-root removes what is there first.\n";
+    if (const std::string words = ForeignFilesText(boot.record); !words.empty()) {
+        out << words << '\n';
     }
     for (const std::string& trouble : boot.record.troubles) {
         out << "Not known: " << Printable(trouble) << '\n';
@@ -254,10 +245,13 @@ void PrintProperties(std::ostream& out, const record::BootRecord& boot) {
 }
 
 void PrintFiles(std::ostream& out, const record::BootRecord& boot) {
-    PrintHeading(out, "Files created or changed", boot.files.size());
+    PrintHeading(out, "Files written", boot.files.size() + boot.rewritten.size());
     Table table;
     for (const record::ChangedFile& file : boot.files) {
         table.row({Printable(file.path), ModeText(file.mode), BlobText(file.bytes)});
+    }
+    for (const record::ChangedFile& file : boot.rewritten) {
+        table.row({Printable(file.path), ModeText(file.mode), BlobText(file.bytes) + ", as before the boot"});
     }
     table.print(out, 2);
 }
@@ -288,6 +282,13 @@ void PrintErrorLines(std::ostream& out, const Diagnosis& diagnosis, const record
 
 std::string EndingText(const record::BootRecord& boot) {
     return !boot.ended || boot.ended->returned() ? "" : "the plug-in " + record::EndText(*boot.ended);
+}
+
+std::string ForeignFilesText(const record::BootRecord& boot) {
+    return boot.foreignFiles == 0
+               ? ""
+               : Counted(boot.foreignFiles, "file") +
+                     " under the root came from elsewhere; --clean-root removes what is there first.";
 }
 
 void PrintDiagnosis(std::ostream& out, const analysis::Boot& boot, const Diagnosis& diagnosis,
