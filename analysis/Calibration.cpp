@@ -64,7 +64,7 @@ Owner OwnerOf(const std::string& fuseId, const std::vector<Module>& modules) {
     const auto found = std::find_if(modules.begin(), modules.end(),
                                     [&](const Module& module) { return module.fuseId == fuseId; });
     return found == modules.end()
-               ? Owner{.words = "a module that is not fitted (" + fuseId + ")", .fitted = false}
+               ? Owner{.words = "fuse id " + fuseId + " (no module publishes it)", .fitted = false}
                : Owner{.words = found->name, .fitted = true};
 }
 
@@ -328,7 +328,7 @@ std::optional<StabiliserDecision> StabiliserOf(const Boot& boot) {
         } else if (text.starts_with("OIS cali file fuseid not match")) {
             const std::string_view ids = text.substr(text.find(" : ") + 3);
             const std::string fitted(ids.substr(0, ids.find(':')));
-            decision.reason = "made for fuse id " + std::string(ids.substr(ids.find(':') + 1)) + ", " +
+            decision.reason = "is made for fuse id " + std::string(ids.substr(ids.find(':') + 1)) + ", " +
                               (fitted.empty() ? "the fitted module publishes none" : fitted + " is fitted");
         } else if (text.find("reasonable range") != std::string_view::npos) {
             decision.reason = GainsRefused();
@@ -338,10 +338,8 @@ std::optional<StabiliserDecision> StabiliserOf(const Boot& boot) {
 }
 
 const std::vector<std::uint8_t>* FileAtEnd(const Boot& boot, const std::string& path) {
-    const auto changed = std::find_if(boot.record.files.begin(), boot.record.files.end(),
-                                      [&](const record::ChangedFile& file) { return file.path == path; });
-    if (changed != boot.record.files.end()) {
-        return &changed->bytes;
+    if (const record::ChangedFile* const written = record::FindWritten(boot.record, path)) {
+        return &written->bytes;
     }
     if (!boot.phone) {
         return nullptr;

@@ -1,7 +1,9 @@
 #include "analysis/Diff.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "analysis/Devices.h"
@@ -49,7 +51,7 @@ std::map<std::string, std::string> SetProperties(const record::BootRecord& boot)
 std::vector<std::pair<std::string, const record::TagSet*>> NamedDevices(const Course& course) {
     std::vector<std::pair<std::string, const record::TagSet*>> named;
     for (const DeviceUpdate& device : course.devices) {
-        std::string name = "device " + DeviceNumber(device.logicalIndex, device.memberId);
+        std::string name = DeviceNumber(device.logicalIndex, device.memberId);
         named.emplace_back(std::move(name), device.merge == nullptr ? nullptr : &device.merge->metadata);
     }
     return named;
@@ -72,6 +74,23 @@ const record::TagValues* Find(const record::TagSet& set, std::uint32_t tag) {
     return found == nullptr ? nullptr : &found->values;
 }
 
+bool SameValues(const record::TagValues* left, const record::TagValues* right) {
+    return left == nullptr || right == nullptr ? left == right : *left == *right;
+}
+
+/// Adds a difference of one device to what differs alike.
+void AddTag(TagDifference difference, std::vector<TagDifference>& tags) {
+    const auto alike = std::find_if(tags.begin(), tags.end(), [&](const TagDifference& other) {
+        return other.tag == difference.tag && SameValues(other.left, difference.left) &&
+               SameValues(other.right, difference.right);
+    });
+    if (alike == tags.end()) {
+        tags.push_back(std::move(difference));
+    } else {
+        alike->devices.push_back(std::move(difference.devices[0]));
+    }
+}
+
 void CompareDevices(const Course& left, const Course& right, Differences& differences) {
     const auto leftDevices = NamedDevices(left);
     auto rightDevices = NamedDevices(right);
@@ -81,13 +100,13 @@ void CompareDevices(const Course& left, const Course& right, Differences& differ
         const record::TagSet* const otherSet = other == rightDevices.end() ? nullptr : other->second;
         if (set == nullptr || otherSet == nullptr) {
             if (set != otherSet) {
-                differences.devices.push_back({name, CountOf(set), CountOf(otherSet)});
+                differences.devices.push_back({"device " + name, CountOf(set), CountOf(otherSet)});
             }
         } else {
             ForEachDifference(
                 ByTag(*set), ByTag(*otherSet),
                 [&](std::uint32_t tag, const record::TagValues*, const record::TagValues*) {
-                    differences.tags.push_back({name, tag, Find(*set, tag), Find(*otherSet, tag)});
+                    AddTag({{name}, tag, Find(*set, tag), Find(*otherSet, tag)}, differences.tags);
                 });
         }
         if (other != rightDevices.end()) {
@@ -96,15 +115,17 @@ void CompareDevices(const Course& left, const Course& right, Differences& differ
     }
     for (const auto& [name, set] : rightDevices) {
         if (set != nullptr) {
-            differences.devices.push_back({name, std::nullopt, CountOf(set)});
+            differences.devices.push_back({"device " + name, std::nullopt, CountOf(set)});
         }
     }
 }
 
 std::map<std::string, const record::ChangedFile*> ByPath(const record::BootRecord& boot) {
     std::map<std::string, const record::ChangedFile*> files;
-    for (const record::ChangedFile& file : boot.files) {
-        files.emplace(file.path, &file);
+    for (const std::vector<record::ChangedFile>* const list : {&boot.files, &boot.rewritten}) {
+        for (const record::ChangedFile& file : *list) {
+            files.emplace(file.path, &file);
+        }
     }
     return files;
 }
@@ -143,20 +164,23 @@ void CompareHandOvers(const record::BootRecord& left, const record::BootRecord& 
     }
 }
 
+/// A step's name, and the device that it updated; empty outside of updates.
+using StepName = std::pair<std::string, std::string>;
+
 /// The lines of each step, in the order in which the steps ran.
-std::vector<std::pair<std::string, std::vector<std::string>>> LinesBySteps(const record::BootRecord& boot,
-                                                                           const Course& course) {
-    std::vector<std::string> nameOf(boot.events.size(), "elsewhere");
+std::vector<std::pair<StepName, std::vector<std::string>>> LinesBySteps(const record::BootRecord& boot,
+                                                                        const Course& course) {
+    std::vector<StepName> nameOf(boot.events.size(), StepName("elsewhere", ""));
     for (const Step& step : course.steps) {
-        std::string name(step.name);
+        StepName name(step.name, "");
         if (step.device) {
             const DeviceUpdate& device = course.devices[*step.device];
-            name += " of device " + DeviceNumber(device.logicalIndex, device.memberId);
+            name.second = DeviceNumber(device.logicalIndex, device.memberId);
         }
         std::fill(nameOf.begin() + static_cast<std::ptrdiff_t>(step.first),
                   nameOf.begin() + static_cast<std::ptrdiff_t>(step.end), name);
     }
-    std::vector<std::pair<std::string, std::vector<std::string>>> steps;
+    std::vector<std::pair<StepName, std::vector<std::string>>> steps;
     for (std::size_t i = 0; i < boot.events.size(); ++i) {
         if (const auto* const line = std::get_if<record::LogLine>(&boot.events[i])) {
             auto step = std::find_if(steps.rbegin(), steps.rend(),
@@ -171,9 +195,12 @@ std::vector<std::pair<std::string, std::vector<std::string>>> LinesBySteps(const
     return steps;
 }
 
-LogDifference CompareLines(std::string step, const std::vector<std::string>& left,
+LogDifference CompareLines(const StepName& step, const std::vector<std::string>& left,
                            const std::vector<std::string>& right) {
-    LogDifference difference{.step = std::move(step), .left = {}, .right = {}};
+    LogDifference difference{.step = step.first, .devices = {}, .left = {}, .right = {}};
+    if (!step.second.empty()) {
+        difference.devices.push_back(step.second);
+    }
     std::map<std::string_view, std::ptrdiff_t> surplus;
     for (const std::string& line : left) {
         ++surplus[line];
@@ -192,13 +219,43 @@ LogDifference CompareLines(std::string step, const std::vector<std::string>& lef
     return difference;
 }
 
+/// The devices that one of two boots updated, and the other did not.
+std::set<std::string> DevicesOfOne(const Course& left, const Course& right) {
+    const auto namesIn = [](const Course& course) {
+        std::set<std::string> names;
+        for (const auto& [name, set] : NamedDevices(course)) {
+            names.insert(name);
+        }
+        return names;
+    };
+    const std::set<std::string> leftNames = namesIn(left);
+    const std::set<std::string> rightNames = namesIn(right);
+    std::set<std::string> names;
+    std::set_symmetric_difference(leftNames.begin(), leftNames.end(), rightNames.begin(), rightNames.end(),
+                                  std::inserter(names, names.end()));
+    return names;
+}
+
 void CompareLogs(const Boot& left, const Course& leftCourse, const Boot& right, const Course& rightCourse,
                  Differences& differences) {
     const auto leftSteps = LinesBySteps(left.record, leftCourse);
     auto rightSteps = LinesBySteps(right.record, rightCourse);
+    // What was logged of a device that the other boot lacks says no more than that.
+    const std::set<std::string> lacking = DevicesOfOne(leftCourse, rightCourse);
     const auto add = [&](LogDifference difference) {
-        if (!difference.left.empty() || !difference.right.empty() || difference.reordered) {
+        const bool same = difference.left.empty() && difference.right.empty() && !difference.reordered;
+        if (same || (!difference.devices.empty() && lacking.contains(difference.devices[0]))) {
+            return;
+        }
+        const auto alike =
+            std::find_if(differences.log.begin(), differences.log.end(), [&](const LogDifference& other) {
+                return other.step == difference.step && other.left == difference.left &&
+                       other.right == difference.right && other.reordered == difference.reordered;
+            });
+        if (alike == differences.log.end()) {
             differences.log.push_back(std::move(difference));
+        } else {
+            alike->devices.insert(alike->devices.end(), difference.devices.begin(), difference.devices.end());
         }
     };
     for (const auto& [name, lines] : leftSteps) {

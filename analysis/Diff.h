@@ -16,24 +16,26 @@ struct Difference {
     std::optional<std::string> right;
 };
 
-/// A file that is not the same after both boots; null: that boot left it as it was, or has none.
+/// A file that is not the same after both boots; null: that boot did not write it.
 struct FileDifference {
     std::string path;
     const record::ChangedFile* left = nullptr;
     const record::ChangedFile* right = nullptr;
 };
 
-/// A tag of a device that both boots have; null: that boot did not publish it.
+/// A tag of devices that both boots have, and that differs alike for all of them; null: that boot did not
+/// publish it.
 struct TagDifference {
-    std::string device;
+    std::vector<std::string> devices;  ///< "4", "4/3"
     std::uint32_t tag = 0;
     const record::TagValues* left = nullptr;
     const record::TagValues* right = nullptr;
 };
 
-/// What a step logged in one boot only, with how often; thread ids and addresses left out.
+/// What a step logged in one boot only, thread ids and addresses left out.
 struct LogDifference {
-    std::string step;  ///< "MetadataUpdateScaler of device 4"
+    std::string step;                  ///< "MetadataUpdateScaler"
+    std::vector<std::string> devices;  ///< those whose update differs alike; empty outside of updates
     std::vector<std::string> left;
     std::vector<std::string> right;
     bool reordered = false;  ///< the same lines in another order

@@ -199,10 +199,9 @@ void FindProperty(const record::BootRecord& boot, Reason& reason) {
 }
 
 void FindFile(const Boot& boot, Reason& reason) {
-    const auto found =
-        std::find_if(boot.record.files.begin(), boot.record.files.end(),
-                     [&](const record::ChangedFile& file) { return file.path == reason.item.name; });
-    reason.file = found == boot.record.files.end() ? nullptr : &*found;
+    reason.file = record::FindWritten(boot.record, reason.item.name);
+    reason.fileRewritten = std::any_of(boot.record.rewritten.begin(), boot.record.rewritten.end(),
+                                       [&](const record::ChangedFile& file) { return &file == reason.file; });
     reason.fileLaid = boot.phone && boot.phone->files.contains(reason.item.name);
 }
 

@@ -53,7 +53,8 @@ struct Reason {
     std::optional<Device> device;
     const record::PropertySet* property = nullptr;  ///< set last
     const record::ChangedFile* file = nullptr;
-    bool fileLaid = false;  ///< the phone started with it, and it is as it was
+    bool fileRewritten = false;  ///< it was the same before the boot
+    bool fileLaid = false;       ///< the phone started with it, and nobody wrote it
     const record::Tag* tag = nullptr;
     std::optional<int> refused;  ///< error code of the update
     bool stepRan = false;

@@ -57,6 +57,8 @@ struct BootRecord {
     std::optional<PluginIdentity> plugin;
     std::vector<Event> events;
     std::vector<ChangedFile> files;  ///< by ascending path
+    /// Files that the run wrote and left as they were before: published all the same. By ascending path.
+    std::vector<ChangedFile> rewritten;
     /// Files that lay in a kept root already and that the phone did not lay.
     std::uint64_t foreignFiles = 0;
     /// What could not be found out after the run, a line each: a file that cannot be read, events that were
@@ -86,6 +88,9 @@ template <typename Kind>
 std::vector<const Kind*> EventsOf(const BootRecord& boot) {
     return EventsOf<Kind>(boot.events);
 }
+
+/// The file as the run left it; null where it neither changed nor wrote it.
+const ChangedFile* FindWritten(const BootRecord& boot, std::string_view path);
 
 /// The operation in whose name the plug-in logged a line: "SetFuseIdProp" of "(123)[SetFuseIdProp] enter".
 /// Empty for a line of another form.

@@ -75,6 +75,16 @@ Json EndReport(const Ended& ended) {
     return report;
 }
 
+Json FilesReport(const std::vector<ChangedFile>& files) {
+    Json report = Json::object();
+    for (const ChangedFile& file : files) {
+        report[file.path] = {{"size", file.bytes.size()},
+                             {"mode", ModeText(file.mode)},
+                             {"hex", formats::UpperHex(file.bytes)}};
+    }
+    return report;
+}
+
 /// Puts each event into the list of its kind, where it has one, and into the list of all.
 class Lists {
   public:
@@ -162,11 +172,12 @@ Json MakeReport(const BootRecord& boot) {
         report["ended"] = EndReport(*boot.ended);
     }
     report["properties"] = std::move(lists.properties);
-    Json& files = report["files"] = Json::object();
-    for (const ChangedFile& file : boot.files) {
-        files[file.path] = {{"size", file.bytes.size()},
-                            {"mode", ModeText(file.mode)},
-                            {"hex", formats::UpperHex(file.bytes)}};
+    report["files"] = FilesReport(boot.files);
+    if (!boot.rewritten.empty()) {
+        report["rewritten"] = FilesReport(boot.rewritten);
+    }
+    if (boot.foreignFiles > 0) {
+        report["foreignFiles"] = boot.foreignFiles;
     }
     report["devices"] = std::move(lists.devices);
     report["thirdCalibration"] = std::move(lists.thirdCalibration);

@@ -124,9 +124,9 @@ std::vector<Event> InOrder(const ReportNode& all, std::span<EventList> lists) {
 BootRecord ReadReport(std::string_view text) {
     const Json json = ParseReport(text);
     const ReportNode root(json);
-    const ReportObject report(
-        root, {"format", "phone", "plugin", "ended", "properties", "files", "devices", "thirdCalibration",
-               "eepromReads", "log", "exception", "troubles", "events", "description"});
+    const ReportObject report(root, {"format", "phone", "plugin", "ended", "properties", "files", "rewritten",
+                                     "foreignFiles", "devices", "thirdCalibration", "eepromReads", "log",
+                                     "exception", "troubles", "events", "description"});
     if (const ReportNode* const format = report.find("format")) {
         format->number<int>(1, 1);
     }
@@ -152,6 +152,12 @@ BootRecord ReadReport(std::string_view text) {
         }
     }
     boot.files = ReadFiles(report.at("files"));
+    if (const ReportNode* const rewritten = report.find("rewritten")) {
+        boot.rewritten = ReadFiles(*rewritten);
+    }
+    if (const ReportNode* const foreign = report.find("foreignFiles")) {
+        boot.foreignFiles = foreign->number<std::uint64_t>(0, std::numeric_limits<std::int64_t>::max());
+    }
     if (const ReportNode* const troubles = report.find("troubles")) {
         troubles->each([&boot](const ReportNode& trouble) { boot.troubles.push_back(trouble.text()); });
     }

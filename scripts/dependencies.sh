@@ -9,6 +9,7 @@ build cmake              program cmake
 build ninja-build        program ninja
 build nlohmann-json3-dev header  nlohmann/json.hpp
 build libcli11-dev       header  CLI/CLI.hpp
+build libsqlite3-dev     header  sqlite3.h
 build android-liblog-dev header  android/log.h
 test  libgtest-dev       header  gtest/gtest.h
 test  libgmock-dev       header  gmock/gmock.h
@@ -18,6 +19,9 @@ bench libbenchmark-dev   header  benchmark/benchmark.h
 bench libboost-dev       header  boost/crc.hpp
 clang clang              program clang++
 clang libclang-rt-dev    runtime fuzzer
+page  chromium           program chromium
+page  chromium-driver    program chromedriver
+page  python3-selenium   module  selenium
 check clang-format       program clang-format
 check clang-tidy         program clang-tidy
 check python3            program python3
@@ -51,7 +55,7 @@ missing_packages() {
     done
 }
 
-# install_dependencies PURPOSE...: build, test, bench, clang, check, package.
+# install_dependencies PURPOSE...: build, test, page, bench, clang, check, package.
 install_dependencies() {
     local missing as_root=()
     missing=$(missing_packages "$@")

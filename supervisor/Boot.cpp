@@ -98,8 +98,7 @@ record::BootRecord RunningBoot::finish() {
         ReadPhoneLog(state->log, status, timeOver ? std::optional(state->timeout) : std::nullopt);
     boot.phone = state->name;
     boot.description = std::move(state->description);
-    boot.foreignFiles = state->files.foreignFiles();
-    boot.files = state->files.changed(boot.troubles);
+    state->files.tell(boot);
     return boot;
 }
 

@@ -75,7 +75,7 @@ record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone) {
     if (state.options.describe) {
         boot.description = virtualphone::PhoneFileText(phone);
     }
-    boot.files = state.files->changed(boot.troubles);
+    state.files->tell(boot);
     return boot;
 }
 

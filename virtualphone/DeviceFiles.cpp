@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <fstream>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include "platform/DevicePath.h"
@@ -23,6 +25,9 @@ constexpr const char* kCameraDataFolder = "/data/vendor/camera";
 
 constexpr fs::perms kLaidMode =
     fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read;
+
+/// The clock of file times may stand still for so long: what is written twice meanwhile has one time.
+constexpr std::chrono::milliseconds kClockStep{10};
 
 [[noreturn]] void Fail(const std::string& path, const std::string& action, const std::string& reason) {
     throw PhoneFileError(path + ": cannot " + action + ": " + reason);
@@ -87,6 +92,13 @@ DeviceFiles::DeviceFiles(const fs::path& root, const std::map<std::string, std::
         static_cast<std::size_t>(std::count_if(mAtStart.begin(), mAtStart.end(), [&files](const auto& file) {
             return !files.contains(file.first);
         }));
+    // A file that an earlier boot has only just written must show when this one writes it again.
+    const fs::file_time_type now = fs::file_time_type::clock::now();
+    if (std::any_of(mAtStart.begin(), mAtStart.end(), [now](const auto& file) {
+            return file.second.written > now - kClockStep && file.second.written <= now;
+        })) {
+        std::this_thread::sleep_for(kClockStep);
+    }
 }
 
 DeviceFiles::~DeviceFiles() = default;
@@ -118,6 +130,8 @@ void DeviceFiles::lay(const std::string& phonePath, const std::vector<std::uint8
     if (error) {
         Fail(phonePath, "set the file's mode", error.message());
     }
+    // Laid long before the boot, which may write it again.
+    fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::seconds(1), error);
 }
 
 DeviceFiles::Tree DeviceFiles::readTree(std::vector<std::string>& troubles) const {
@@ -139,11 +153,11 @@ DeviceFiles::Tree DeviceFiles::readTree(std::vector<std::string>& troubles) cons
                 FileState& state = tree[path.substr(mPrefix.size())];
                 state = {.mode = static_cast<unsigned>(status.permissions()),
                          .bytes = std::move(content.bytes),
-                         .error = std::move(content.error)};
-                if (!state.error.empty()) {
-                    state.size = entry->file_size(gone);
-                    state.written = entry->last_write_time(gone);
-                }
+                         .error = std::move(content.error),
+                         .size = 0,
+                         .written = {}};
+                state.written = entry->last_write_time(gone);
+                state.size = state.error.empty() ? 0 : entry->file_size(gone);
             }
         }
         if (error) {
@@ -154,20 +168,26 @@ DeviceFiles::Tree DeviceFiles::readTree(std::vector<std::string>& troubles) cons
     return tree;
 }
 
-std::vector<record::ChangedFile> DeviceFiles::changed(std::vector<std::string>& troubles) const {
-    std::vector<record::ChangedFile> changed;
-    for (auto& [path, state] : readTree(troubles)) {
+bool DeviceFiles::FileState::isAs(const FileState& before) const {
+    return mode == before.mode && bytes == before.bytes && error == before.error && size == before.size &&
+           (error.empty() || written == before.written);
+}
+
+void DeviceFiles::tell(record::BootRecord& boot) const {
+    boot.foreignFiles = mForeignFiles;
+    for (auto& [path, state] : readTree(boot.troubles)) {
         const auto before = mAtStart.find(path);
-        if (before != mAtStart.end() && before->second == state) {
+        const bool asBefore = before != mAtStart.end() && state.isAs(before->second);
+        if (asBefore && state.written == before->second.written) {
             continue;
         }
         if (state.error.empty()) {
-            changed.push_back({.path = path, .mode = state.mode, .bytes = state.bytes});
+            (asBefore ? boot.rewritten : boot.files)
+                .push_back({.path = path, .mode = state.mode, .bytes = std::move(state.bytes)});
         } else {
-            troubles.push_back(path + ": changed, and cannot be read: " + state.error);
+            boot.troubles.push_back(path + ": changed, and cannot be read: " + state.error);
         }
     }
-    return changed;
 }
 
 }  // namespace virtualphone

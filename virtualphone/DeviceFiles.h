@@ -25,13 +25,10 @@ class VIRTUALPHONE_API DeviceFiles {
     DeviceFiles(const std::filesystem::path& root,
                 const std::map<std::string, std::vector<std::uint8_t>>& files, bool clean = false);
 
-    /// Regular files that are not as they were after laying, by ascending path. Symbolic links are not
-    /// followed.
-    /// @param troubles gets a line for each file or folder that cannot be read.
-    std::vector<record::ChangedFile> changed(std::vector<std::string>& troubles) const;
-
-    /// Number of regular files that lay under the root already, laid files aside.
-    std::size_t foreignFiles() const { return mForeignFiles; }
+    /// Tells what became of the regular files since they were laid: `files`, `rewritten` and `foreignFiles`
+    /// of the record, and a line of its `troubles` for each file or folder that cannot be read. Symbolic
+    /// links are not followed.
+    void tell(record::BootRecord& boot) const;
 
     /// Where a phone path lies.
     std::string locate(const char* phonePath) const { return mPrefix + phonePath; }
@@ -42,14 +39,15 @@ class VIRTUALPHONE_API DeviceFiles {
     DeviceFiles& operator=(const DeviceFiles&) = delete;
 
   private:
-    /// A file that cannot be read is told from its like by what the folder says of it.
     struct FileState {
         unsigned mode = 0;
         std::vector<std::uint8_t> bytes;
-        std::string error;  ///< why it cannot be read
-        std::uintmax_t size = 0;
+        std::string error;        ///< why it cannot be read
+        std::uintmax_t size = 0;  ///< of a file that cannot be read
         std::filesystem::file_time_type written = {};
-        bool operator==(const FileState&) const = default;
+
+        /// A file that cannot be read is told from its like by what the folder says of it.
+        bool isAs(const FileState& before) const;
     };
     using Tree = std::map<std::string, FileState>;
 

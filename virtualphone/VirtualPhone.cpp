@@ -68,8 +68,9 @@ VirtualPhone::~VirtualPhone() {
 }
 
 std::vector<record::ChangedFile> VirtualPhone::changedFiles() const {
-    std::vector<std::string> troubles;
-    return mState->files.changed(troubles);
+    record::BootRecord boot;
+    mState->files.tell(boot);
+    return std::move(boot.files);
 }
 
 std::optional<std::string> VirtualPhone::property(const std::string& name) const {

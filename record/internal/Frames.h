@@ -61,8 +61,8 @@ auto Fields(Fielded& part) {
     } else if constexpr (std::is_same_v<Part, Ended>) {
         return std::tie(part.how, part.what, part.signal, part.exitStatus, part.seconds, part.step);
     } else {
-        return std::tie(part.phone, part.plugin, part.events, part.files, part.foreignFiles, part.troubles,
-                        part.ended, part.description, part.ordered);
+        return std::tie(part.phone, part.plugin, part.events, part.files, part.rewritten, part.foreignFiles,
+                        part.troubles, part.ended, part.description, part.ordered);
     }
 }
 
@@ -140,7 +140,8 @@ class FrameWriter {
     template <typename Item>
     void putItems(const auto& items) {
         if constexpr (kIsPlain<Item> && requires { items.data(); }) {
-            copy(items.data(), items.size() * sizeof(Item));
+            const auto* const bytes = reinterpret_cast<const std::uint8_t*>(items.data());
+            mBytes.insert(mBytes.end(), bytes, bytes + items.size() * sizeof(Item));
         } else {
             for (const Item& item : items) {
                 put(item);
@@ -150,9 +151,7 @@ class FrameWriter {
     void copy(const void* data, std::size_t size) {
         const std::size_t at = mBytes.size();
         mBytes.resize(at + size);
-        if (size > 0) {
-            std::memcpy(&mBytes[at], data, size);
-        }
+        std::memcpy(&mBytes[at], data, size);
     }
 
     std::vector<std::uint8_t>& mBytes;
@@ -226,10 +225,16 @@ class FrameReader {
         if (!get(count) || count > mBytes.size() / kLeast) {
             return false;
         }
-        list.resize(count);
-        if constexpr (kIsPlain<Item>) {
+        if constexpr (sizeof(Item) == 1) {
+            const auto* const items = reinterpret_cast<const Item*>(mBytes.data());
+            list.assign(items, items + count);
+            mBytes = mBytes.subspan(count);
+            return true;
+        } else if constexpr (kIsPlain<Item>) {
+            list.resize(count);
             return copy(list.data(), count * sizeof(Item));
         } else {
+            list.resize(count);
             for (Item& item : list) {
                 if (!get(item)) {
                     return false;

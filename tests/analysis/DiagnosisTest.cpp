@@ -184,7 +184,7 @@ TEST(Diagnosis, TellsWhyEachCandidateOfAPairWasPassedOver) {
             testing::MatchesRegex("dcal.1.bin CRC 0x.... stored, 0x.... computed"),
             "dcal.2.bin too short for the fuse ids that it announces",
             "dcal.3.bin of 100 bytes, which no block of 419, 2048 or 4096 bytes makes",
-            "dcal.4.bin made for a module that is not fitted (0102EE0405060708090A0B0C) and back ultra",
+            "dcal.4.bin made for fuse id 0102EE0405060708090A0B0C (no module publishes it) and back ultra",
             "dcal.5.bin made for back main and back tele",
             "com.zelvan.dcal.wu.golden of 100 bytes, 4096 are needed"));
     EXPECT_EQ(diagnosis.pairs[1].source, analysis::PairDecision::Source::Persist);
@@ -208,7 +208,7 @@ TEST(Diagnosis, TellsWhyTheStabiliserFileWasRefused) {
         {Bytes(), "is empty"},
         {brokenCrc, "CRC 0x[0-9a-f]* stored, 0x[0-9a-f]* computed"},
         {formats::Encode(otherVersion), "has another version"},
-        {formats::Encode(otherModule), "made for fuse id AB, 0102030405060708090A0B0C is fitted"},
+        {formats::Encode(otherModule), "is made for fuse id AB, 0102030405060708090A0B0C is fitted"},
         {formats::Encode(wild), "its gains are not 4000 to 17000"},
     };
     for (const auto& [file, reason] : cases) {

@@ -30,6 +30,8 @@ BootRecord Boot() {
         .plugin = PluginIdentity{"/lib/p.so", "0a1b"},
         .events = EventSamples(),
         .files = {{"/a", 0600, {0xAB}}, {"/b", 07777, {}}},
+        .rewritten = {{"/d", 0600, {0xCD}}},
+        .foreignFiles = 2,
         .troubles = {"/c: cannot be read"},
         .ended = Ended{.how = Ended::How::Signal, .what = "", .signal = 11, .step = "Op"},
         .description = R"({"name": "a", "sensors": [{"deviceId": 7}], "big": [0.1, 1e9]})",
@@ -44,6 +46,8 @@ TEST(Report, IsReadAsItWasWritten) {
     EXPECT_EQ(read.plugin, boot.plugin);
     EXPECT_TRUE(read.events == boot.events);
     EXPECT_EQ(read.files, boot.files);
+    EXPECT_EQ(read.rewritten, boot.rewritten);
+    EXPECT_EQ(read.foreignFiles, boot.foreignFiles);
     EXPECT_EQ(read.troubles, boot.troubles);
     EXPECT_EQ(read.ended, boot.ended);
     EXPECT_TRUE(read.ordered);

@@ -152,6 +152,33 @@ TEST_F(Boot, AKeptRootIsOnePhonesAndMayBeEmptiedFirst) {
     fs::remove_all(options.root);
 }
 
+TEST_F(Boot, AFileWrittenAgainCountsThoughItIsTheSame) {
+    BootOptions options = kOptions;
+    options.root = mFolder.path() / "kept";
+    const auto paths = [](const std::vector<record::ChangedFile>& files) {
+        std::vector<std::string> found;
+        for (const record::ChangedFile& file : files) {
+            found.push_back(file.path);
+        }
+        return found;
+    };
+    const std::string made = "/data/vendor/camera/made";
+    virtualphone::PhoneDescription phone = Phone("make a file");
+    EXPECT_THAT(paths(supervisor::Boot(phone, options).files), ElementsAre(made));
+    // At once, while the clock of file times may still stand where it stood.
+    const record::BootRecord again = supervisor::Boot(phone, options);
+    EXPECT_THAT(again.files, IsEmpty());
+    EXPECT_THAT(paths(again.rewritten), ElementsAre(made));
+    EXPECT_THAT(supervisor::Boot(Phone(""), options).rewritten, IsEmpty());
+    // One that the phone brings itself.
+    phone.files[made] = again.rewritten.at(0).bytes;
+    options.root.clear();
+    const record::BootRecord laid = supervisor::Boot(phone, options);
+    EXPECT_THAT(laid.files, IsEmpty());
+    EXPECT_THAT(paths(laid.rewritten), ElementsAre(made));
+    fs::remove_all(mFolder.path() / "kept");
+}
+
 TEST_F(Boot, ALinkToThisMachinesRootIsRefused) {
     fs::create_directory_symlink("/", mFolder.path() / "link");
     BootOptions options = kOptions;

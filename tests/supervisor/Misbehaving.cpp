@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -56,16 +57,8 @@ const std::map<std::string, void (*)()> kDeeds = {
              Log("flood");
          }
      }},
-    {"log", [] { Log("when loaded"); }},
-    {"thread", [] { std::thread([] { pause(); }).detach(); }},
-    {"litter",
-     [] {
-         const std::string root = DevicePath("");
-         std::filesystem::create_directory_symlink("/", root + "/link");
-         std::filesystem::create_directories(root + "/laid by none/folder");
-         std::filesystem::remove(root + "/laid");
-         std::filesystem::create_directory(root + "/laid");
-     }},
+#include <filesystem>
+#include <fstream>
     {"fill a file",
      [] {
          const std::string path = DevicePath("/data/vendor/camera/large");

@@ -1,6 +1,9 @@
+#include <array>
 #include <map>
+#include <pty.h>
 #include <regex>
 #include <set>
+#include <unistd.h>
 
 #include <nlohmann/json.hpp>
 
@@ -113,7 +116,7 @@ Properties set (2)
   test.ending  =
   refused      = \x1B[1m\xFF   [refused]
 
-Files created or changed (1)
+Files written (1)
   /data/vendor/camera/made  0644  4 bytes: 6D 61 64 65
 
 Device sets (1)
@@ -212,7 +215,7 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
         {"streams phone.json --format YUX",
          "--format: expected a format such as YCBCR_420_888, YUV, JPEG or 0x23, got \"YUX\"" + hint},
         {"why '" PHONES "/halcyrion.json' CALIBTOOL",
-         "zvcam: \"CALIBTOOL\" may be ZELVAN_CALIBTOOL_TYPE, ZELVAN_CALIBTOOL_FILE_NAME, "
+         "zvcam: \"CALIBTOOL\" may be ZELVAN_CALIBTOOL_TYPE, ZELVAN_CALIBTOOL_FILE_NAME and "
          "ZELVAN_CALIBTOOL_SENSOR_DRV_VALUES\n"},
         {"streams '" PHONES "/fieldtrouble.json' --device 8",
          "zvcam: no device \"8\" was updated; there are 0, 0/0, 0/2, 1, 2, 3, 4, 4/0, 4/2, 5, 6, 6/0, 6/2, "
@@ -226,6 +229,65 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
         EXPECT_THAT(result.out, IsEmpty()) << arguments;
     }
     EXPECT_FALSE(fs::exists(file("made"))) << "a bad phone file has run";
+}
+
+TEST_F(Zvcam, AKeptRootOfAnEarlierBootChangesNoAnswer) {
+    const std::string phone = "'" PHONES "/halcyrion.json'";
+    const std::string why = "why " + phone + " dcal.wu.data";
+    const std::string first = zvcam(why + " --root kept").out;
+    EXPECT_THAT(first, StartsWith("/data/vendor/camera/com.zelvan.dcal.wu.data was published by "
+                                  "DualCameraDataDumpFile.\n  0600  4096 bytes of 0x15\n"));
+    const std::string hint =
+        "2 files under the root came from elsewhere; --clean-root removes what is there first.\n";
+    EXPECT_EQ(
+        zvcam(why + " --root kept").out,
+        std::string(first).replace(first.find(".\n"), 1, ", with the content that it had before the boot.") +
+            hint);
+    EXPECT_EQ(zvcam(why + " --root kept --clean-root").out, first);
+    // A report says so too.
+    zvcam("run " + phone + " --root kept --json report");
+    EXPECT_THAT(zvcam("why report dcal.wu.data").out, testing::EndsWith(hint));
+    const Result same = zvcam("diff " + phone + " " + phone + " --root other");
+    EXPECT_EQ(same.exitCode, 0);
+    EXPECT_EQ(same.out, "");
+    EXPECT_EQ(same.error, "zvcam: B: " + hint);
+    zvcam("run " + phone + " --root kept --json kept.json");
+    EXPECT_EQ(zvcam("diff kept.json " + phone).out, "");
+}
+
+/// What a program leaves on a terminal.
+std::string OnATerminal(const std::string& command) {
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+        execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+        _exit(127);
+    }
+    std::string shown;
+    std::array<char, 4096> buffer;
+    // The end of a terminal that nobody holds any more is an error.
+    for (ssize_t count = 0; (count = read(terminal, buffer.data(), buffer.size())) > 0;) {
+        shown.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    close(terminal);
+    waitpid(child, nullptr, 0);
+    return shown;
+}
+
+TEST_F(Zvcam, ColourIsForTerminalsThatShowItAndPeopleWhoWantIt) {
+    const std::string run =
+        " TMPDIR='" + file("tmp").string() + "' '" ZVCAM "' run '" PHONES "/halcyrion.json'";
+    const std::string plain = zvcam("run '" PHONES "/halcyrion.json'").out;
+    const auto shown = [&](const std::string& environment) {
+        return std::regex_replace(OnATerminal("env -u TERM -u NO_COLOR " + environment + run),
+                                  std::regex("\r\n"), "\n");
+    };
+    for (const char* const without : {"", "TERM=dumb", "TERM=xterm NO_COLOR=1"}) {
+        EXPECT_EQ(shown(without), plain) << without;
+    }
+    const std::string painted = shown("TERM=xterm NO_COLOR=");
+    EXPECT_THAT(painted, StartsWith("\x1B[1mPhone halcyrion: "));
+    EXPECT_EQ(std::regex_replace(painted, std::regex("\x1B\\[[0-9]+m"), ""), plain);
 }
 
 TEST_F(Zvcam, HelpAndVersion) {
@@ -251,6 +313,7 @@ TEST_F(Zvcam, ReportAnswersAsThePhoneDoes) {
         for (const std::pair<const char*, const char*>& command :
              std::vector<std::pair<const char*, const char*>>{
                  {"run", ""},
+                 {"run", "--html -"},
                  {"getprop", ""},
                  {"dumpsys", "--device 4"},
                  {"dumpsys", "--provider 7"},

@@ -1,3 +1,4 @@
+#include <map>
 #include <regex>
 #include <sstream>
 #include <vector>
@@ -41,6 +42,26 @@ TEST_F(Zvcam, ToolPageShowsWhatTheProgramPrints) {
         std::ofstream(page) << renewed;
     }
     EXPECT_EQ(renewed, text) << "scripts/renew-golden writes the page anew.";
+}
+
+TEST_F(Zvcam, ReadmeShowsHowOutputsBegin) {
+    const std::string prompt = kIndent + "$ zvcam ";
+    std::map<std::string, std::string> samples;  // by command
+    std::string* sample = nullptr;
+    std::istringstream lines(ReadText(SOURCE "/README.md"));
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(prompt)) {
+            sample = &samples[line.substr(prompt.size())];
+        } else if (!line.starts_with(kIndent) || line.ends_with(" ...")) {
+            sample = nullptr;
+        } else if (sample != nullptr) {
+            *sample += line + "\n";
+        }
+    }
+    EXPECT_EQ(samples.size(), 2U);
+    for (const auto& [command, beginning] : samples) {
+        EXPECT_THAT(Shown(zvcam(command, SOURCE).out), testing::StartsWith(beginning));
+    }
 }
 
 }  // namespace

@@ -119,23 +119,27 @@ void CollectSideFiles(const nlohmann::json& value, const fs::path& folder, std::
 
 }  // namespace
 
-void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
+void AddSharedBootOptions(CLI::App& command, BootOptions& options) {
     command.add_option("--set", options.properties, "Set a system property before start-up; may be repeated")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false)
         ->check(CheckProperty);
-    command
-        .add_option("--root", options.root,
-                    "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
-        ->type_name("DIR")
-        ->check(CheckNotEmpty);
-    command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first");
     command.add_option("--library", options.library, "Load this build of the plug-in")
         ->type_name("FILE")
         ->check(CheckNotEmpty);
     command.add_option("--timeout", options.timeout, "End a boot that takes longer (default: 60)")
         ->type_name("SECONDS")
         ->check(CheckSeconds);
+}
+
+void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
+    AddSharedBootOptions(command, options);
+    command
+        .add_option("--root", options.root,
+                    "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
+        ->type_name("DIR")
+        ->check(CheckNotEmpty);
+    command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first");
 }
 
 void AddBootOptions(CLI::App& command, BootOptions& options) {
@@ -148,6 +152,22 @@ void AddBootOptions(CLI::App& command, BootOptions& options) {
     AddBootOptionsWithoutSource(command, options);
 }
 
+void SetProperties(const BootOptions& options, virtualphone::PhoneDescription& phone) {
+    for (const std::string& property : options.properties) {
+        const std::size_t equals = property.find('=');
+        phone.properties[property.substr(0, equals)] = property.substr(equals + 1);
+    }
+}
+
+supervisor::BootOptions SupervisorOptions(const BootOptions& options, bool describe) {
+    const std::chrono::duration<double> timeout(options.timeout);
+    return {.library = LibraryOf(options),
+            .root = options.root,
+            .cleanRoot = options.cleanRoot,
+            .timeout = std::chrono::duration_cast<std::chrono::milliseconds>(timeout),
+            .describe = describe};
+}
+
 analysis::Boot Obtain(const BootOptions& options, bool forReport) {
     const std::string text = ReadSource(options.source);
     if (IsReport(text)) {
@@ -156,18 +176,9 @@ analysis::Boot Obtain(const BootOptions& options, bool forReport) {
     virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
         text, IsStandardInput(options.source) ? "" : fs::path(options.source).parent_path(),
         virtualphone::InputName(options.source));
-    for (const std::string& property : options.properties) {
-        const std::size_t equals = property.find('=');
-        phone.properties[property.substr(0, equals)] = property.substr(equals + 1);
-    }
+    SetProperties(options, phone);
     analysis::Boot boot;
-    const std::chrono::duration<double> timeout(options.timeout);
-    boot.record =
-        supervisor::Boot(phone, {.library = LibraryOf(options),
-                                 .root = options.root,
-                                 .cleanRoot = options.cleanRoot,
-                                 .timeout = std::chrono::duration_cast<std::chrono::milliseconds>(timeout),
-                                 .describe = forReport});
+    boot.record = supervisor::Boot(phone, SupervisorOptions(options, forReport));
     boot.phone = std::move(phone);
     return boot;
 }

@@ -9,6 +9,7 @@
 
 #include "analysis/Boot.h"
 #include "analysis/Devices.h"
+#include "supervisor/Boot.h"
 
 namespace zvcam {
 
@@ -33,6 +34,15 @@ struct BootOptions {
 void AddBootOptions(CLI::App& command, BootOptions& options);
 /// The options alone, for a command whose sources are named by other positionals.
 void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options);
+/// Those among them that many boots can share: all but the root folder's.
+void AddSharedBootOptions(CLI::App& command, BootOptions& options);
+
+/// Sets the properties that the options name.
+void SetProperties(const BootOptions& options, virtualphone::PhoneDescription& phone);
+
+/// How the supervisor is to boot.
+/// @param describe whether the record carries the phone.
+supervisor::BootOptions SupervisorOptions(const BootOptions& options, bool describe);
 
 /// Boots the phone, or reads the report.
 /// @throws std::exception for what cannot be used.

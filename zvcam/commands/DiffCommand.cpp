@@ -1,3 +1,4 @@
+#include <iostream>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
@@ -7,6 +8,7 @@
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/Output.h"
+#include "zvcam/views/DiagnosisView.h"
 #include "zvcam/views/DiffView.h"
 
 namespace zvcam {
@@ -16,7 +18,14 @@ namespace {
 struct DiffOptions {
     BootOptions boot;  ///< of both; its source is the left one
     std::string right;
+    bool log = false;
 };
+
+void SayForeignFiles(const char* which, const record::BootRecord& boot) {
+    if (const std::string words = ForeignFilesText(boot); !words.empty()) {
+        std::cerr << "zvcam: " << which << ": " << words << '\n';
+    }
+}
 
 int Run(const DiffOptions& options) {
     if (options.boot.source == "-" && options.right == "-") {
@@ -27,7 +36,10 @@ int Run(const DiffOptions& options) {
     const analysis::Boot left = Obtain(options.boot);
     const analysis::Boot right = Obtain(rightOptions);
     const analysis::Differences differences = analysis::Compare(left, right);
-    PrintOut([&](std::ostream& out) { PrintDifferences(out, differences, OutputStyle()); });
+    PrintOut([&](std::ostream& out) { PrintDifferences(out, differences, options.log, OutputStyle()); });
+    // Not among the differences, of which there may be none.
+    SayForeignFiles("A", left.record);
+    SayForeignFiles("B", right.record);
     return differences.none() ? kExitSuccess : kExitBad;
 }
 
@@ -41,6 +53,7 @@ void AddDiffCommand(CLI::App& app, std::function<int()>& chosen) {
         ->required();
     command->add_option("B", options->right, "Another one")->required();
     AddBootOptionsWithoutSource(*command, options->boot);
+    command->add_flag("--log", options->log, "Print every line of the log that differs, however many");
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }
 

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -65,6 +66,11 @@ class Draft {
     std::string mName;
 };
 
+std::string_view Environment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
 /// What a new file's permissions are by the process's mask.
 fs::perms NewFilePermissions() {
     const mode_t mask = umask(0);
@@ -119,8 +125,10 @@ void CheckIsNoInput(const std::string& path, const std::vector<fs::path>& inputs
 }
 
 Style OutputStyle() {
-    const char* const noColour = std::getenv("NO_COLOR");
-    return {.colour = (noColour == nullptr || *noColour == '\0') && isatty(STDOUT_FILENO) == 1};
+    const std::string_view noColour = Environment("NO_COLOR");
+    const std::string_view terminal = Environment("TERM");
+    return {.colour =
+                noColour.empty() && !terminal.empty() && terminal != "dumb" && isatty(STDOUT_FILENO) == 1};
 }
 
 }  // namespace zvcam

@@ -27,7 +27,7 @@ void WriteFile(const std::string& path, const Print& print);
 /// @throws std::runtime_error when `path` leads to one of them.
 void CheckIsNoInput(const std::string& path, const std::vector<std::filesystem::path>& inputs);
 
-/// What standard output can show: colour on a terminal, unless NO_COLOR asks for none.
+/// What standard output can show: colour on a terminal, unless NO_COLOR or what TERM says is against it.
 Style OutputStyle();
 
 }  // namespace zvcam

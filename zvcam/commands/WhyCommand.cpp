@@ -21,14 +21,6 @@ struct WhyOptions {
     std::string device;
 };
 
-std::string Listed(const std::vector<std::string>& names) {
-    std::string text;
-    for (const std::string& name : names) {
-        text += (text.empty() ? "" : ", ") + name;
-    }
-    return text;
-}
-
 /// The one thing that a text names. Of the two numbers of a bokeh tag, that of the device's role.
 analysis::Item ItemNamed(const std::string& text, const analysis::Device* device) {
     std::vector<analysis::Item> items = analysis::ItemsNamed(text);
@@ -79,7 +71,7 @@ int Run(const WhyOptions& options) {
     const std::size_t device = isTag ? DeviceOf(options, devices) : 0;
     const analysis::Item item = ItemNamed(options.item, isTag ? &devices[device] : nullptr);
     const analysis::Reason reason = analysis::WhyOf(boot, course, devices, item, device);
-    PrintOut([&](std::ostream& out) { PrintReason(out, reason, boot.record.ordered, OutputStyle()); });
+    PrintOut([&](std::ostream& out) { PrintReason(out, reason, boot.record, OutputStyle()); });
     return ExitStatusOf(boot);
 }
 

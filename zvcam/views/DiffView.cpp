@@ -12,6 +12,9 @@ namespace zvcam {
 
 namespace {
 
+/// Lines of the log that are shown without being asked for.
+constexpr std::size_t kShownLogLines = 40;
+
 /// Prints the two sides of differences.
 class Sides {
   public:
@@ -81,13 +84,19 @@ std::vector<std::string> Lines(std::uint32_t tag, const record::TagValues* value
     return values == nullptr ? std::vector<std::string>() : ValueLines({.tag = tag, .values = *values});
 }
 
+/// "device 4", "devices 4, 4/0 and 7".
+std::string Devices(const std::vector<std::string>& numbers) {
+    return (numbers.size() == 1 ? "device " : "devices ") + Listed(numbers);
+}
+
 void PrintTagDifference(Sides& sides, const analysis::TagDifference& difference) {
     const std::vector<std::string> left = Lines(difference.tag, difference.left);
     const std::vector<std::string> right = Lines(difference.tag, difference.right);
     const auto counted = [](const record::TagValues& values) {
         return std::string(tables::NameOf(values.type())) + "[" + std::to_string(values.count()) + "]";
     };
-    sides.item(difference.device + ": " + TagName(difference.tag) + " (" + HexNumber(difference.tag) + ")");
+    sides.item(Devices(difference.devices) + ": " + TagName(difference.tag) + " (" +
+               HexNumber(difference.tag) + ")");
     if (difference.left == nullptr) {
         sides.right(counted(*difference.right));
         return;
@@ -129,9 +138,43 @@ std::vector<std::string> CountedLines(const std::vector<std::string>& lines) {
     return texts;
 }
 
+void PrintLog(Sides& sides, const std::vector<analysis::LogDifference>& log, bool everyLine) {
+    if (log.empty()) {
+        return;
+    }
+    sides.heading("Log, by step", log.size());
+    std::size_t lines = 0;
+    for (const analysis::LogDifference& difference : log) {
+        lines += difference.left.size() + difference.right.size();
+    }
+    everyLine = everyLine || lines <= kShownLogLines;
+    for (const analysis::LogDifference& difference : log) {
+        std::string name =
+            difference.step + (difference.devices.empty() ? "" : " of " + Devices(difference.devices));
+        if (difference.reordered) {
+            sides.item(name + ": the same lines in another order");
+        } else if (!everyLine) {
+            sides.item(name + ": -" + std::to_string(difference.left.size()) + " +" +
+                       Counted(difference.right.size(), "line"));
+        } else {
+            sides.item(name);
+            for (const std::string& line : CountedLines(difference.left)) {
+                sides.left(line);
+            }
+            for (const std::string& line : CountedLines(difference.right)) {
+                sides.right(line);
+            }
+        }
+    }
+    if (!everyLine) {
+        sides.item("(the lines: zvcam diff --log)");
+    }
+}
+
 }  // namespace
 
-void PrintDifferences(std::ostream& out, const analysis::Differences& differences, const Style& style) {
+void PrintDifferences(std::ostream& out, const analysis::Differences& differences, bool everyLine,
+                      const Style& style) {
     Sides sides(out, style);
     Print(sides, "Ending", differences.endings);
     Print(sides, "Properties", differences.properties);
@@ -155,21 +198,7 @@ void PrintDifferences(std::ostream& out, const analysis::Differences& difference
         PrintTagDifference(sides, difference);
     }
     Print(sides, "Third calibration hand-overs", differences.handOvers);
-    if (!differences.log.empty()) {
-        sides.heading("Log, by step", differences.log.size());
-    }
-    for (const analysis::LogDifference& difference : differences.log) {
-        sides.item(difference.step);
-        for (const std::string& line : CountedLines(difference.left)) {
-            sides.left(line);
-        }
-        for (const std::string& line : CountedLines(difference.right)) {
-            sides.right(line);
-        }
-        if (difference.reordered) {
-            sides.item("  (the same lines in another order)");
-        }
-    }
+    PrintLog(sides, differences.log, everyLine);
 }
 
 }  // namespace zvcam

@@ -45,6 +45,14 @@ std::string Counted(std::size_t count, std::string_view noun) {
     return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }
 
+std::string Listed(const std::vector<std::string>& texts) {
+    std::string list;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        list += (i == 0 ? "" : i + 1 == texts.size() ? " and " : ", ") + texts[i];
+    }
+    return list;
+}
+
 std::string BlobText(std::span<const std::uint8_t> bytes) {
     std::string text = Counted(bytes.size(), "byte");
     const analysis::BlockContent content = analysis::ContentOf(bytes);

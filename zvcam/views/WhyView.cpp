@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "record/BootRecord.h"
+#include "zvcam/views/DiagnosisView.h"
 #include "zvcam/views/LogView.h"
 #include "zvcam/views/MetadataView.h"
 
@@ -105,13 +105,15 @@ void PrintQuestions(std::ostream& out, const Reason& reason, bool ordered) {
 
 }  // namespace
 
-void PrintReason(std::ostream& out, const Reason& reason, bool ordered, const Style& style) {
+void PrintReason(std::ostream& out, const Reason& reason, const record::BootRecord& boot,
+                 const Style& style) {
     const bool published = reason.published();
     out << style.bold(NameOf(reason.item))
         << (published         ? " was published"
-            : reason.fileLaid ? " is as it was laid before the boot"
+            : reason.fileLaid ? " was laid before the boot, and not written"
                               : " was not published")
-        << ForDevice(reason) << (published ? " by " + std::string(reason.item.operation.name) : "") << ".\n";
+        << ForDevice(reason) << (published ? " by " + std::string(reason.item.operation.name) : "")
+        << (reason.fileRewritten ? ", with the content that it had before the boot" : "") << ".\n";
     if (published) {
         PrintValue(out, reason);
     } else {
@@ -124,7 +126,10 @@ void PrintReason(std::ostream& out, const Reason& reason, bool ordered, const St
             << " of beginnings, ends and shared helpers: zvcam logcat --step " << reason.item.operation.step
             << ")\n";
     }
-    PrintQuestions(out, reason, ordered);
+    PrintQuestions(out, reason, boot.ordered);
+    if (const std::string words = ForeignFilesText(boot); !words.empty()) {
+        out << words << '\n';
+    }
 }
 
 }  // namespace zvcam
