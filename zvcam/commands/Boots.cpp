@@ -99,6 +99,21 @@ analysis::Boot ReadBoot(const std::string& text, const std::string& name) {
     return boot;
 }
 
+void SetProperties(virtualphone::PhoneDescription& phone, const BootOptions& options) {
+    for (const std::string& property : options.properties) {
+        const std::size_t equals = property.find('=');
+        phone.properties[property.substr(0, equals)] = property.substr(equals + 1);
+    }
+}
+
+virtualphone::PhoneDescription ReadPhone(const std::string& text, const BootOptions& options) {
+    virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
+        text, IsStandardInput(options.source) ? "" : fs::path(options.source).parent_path(),
+        virtualphone::InputName(options.source));
+    SetProperties(phone, options);
+    return phone;
+}
+
 fs::path LibraryOf(const BootOptions& options) {
     return options.library.empty() ? supervisor::Plugin::DefaultLibrary() : fs::path(options.library);
 }
@@ -119,17 +134,11 @@ void CollectSideFiles(const nlohmann::json& value, const fs::path& folder, std::
 
 }  // namespace
 
-void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
+void AddBootOptionsWithoutRoot(CLI::App& command, BootOptions& options) {
     command.add_option("--set", options.properties, "Set a system property before start-up; may be repeated")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false)
         ->check(CheckProperty);
-    command
-        .add_option("--root", options.root,
-                    "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
-        ->type_name("DIR")
-        ->check(CheckNotEmpty);
-    command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first");
     command.add_option("--library", options.library, "Load this build of the plug-in")
         ->type_name("FILE")
         ->check(CheckNotEmpty);
@@ -138,14 +147,37 @@ void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
         ->check(CheckSeconds);
 }
 
-void AddBootOptions(CLI::App& command, BootOptions& options) {
+void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
+    AddBootOptionsWithoutRoot(command, options);
+    command
+        .add_option("--root", options.root,
+                    "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
+        ->type_name("DIR")
+        ->check(CheckNotEmpty);
+    command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first");
+}
+
+void AddSource(CLI::App& command, BootOptions& options) {
     command
         .add_option("P", options.source,
                     "A phone file (JSON with comments; booted first), a report of `run --json`, or \"-\"")
         ->type_name("FILE")
         ->required()
         ->check(CheckNotEmpty);
+}
+
+void AddBootOptions(CLI::App& command, BootOptions& options) {
+    AddSource(command, options);
     AddBootOptionsWithoutSource(command, options);
+}
+
+supervisor::BootOptions SettingsOf(const BootOptions& options) {
+    const std::chrono::duration<double> timeout(options.timeout);
+    return {.library = LibraryOf(options),
+            .root = options.root,
+            .cleanRoot = options.cleanRoot,
+            .timeout = std::chrono::duration_cast<std::chrono::milliseconds>(timeout),
+            .describe = false};
 }
 
 analysis::Boot Obtain(const BootOptions& options, bool forReport) {
@@ -153,23 +185,26 @@ analysis::Boot Obtain(const BootOptions& options, bool forReport) {
     if (IsReport(text)) {
         return ReadBoot(text, virtualphone::InputName(options.source));
     }
-    virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
-        text, IsStandardInput(options.source) ? "" : fs::path(options.source).parent_path(),
-        virtualphone::InputName(options.source));
-    for (const std::string& property : options.properties) {
-        const std::size_t equals = property.find('=');
-        phone.properties[property.substr(0, equals)] = property.substr(equals + 1);
-    }
     analysis::Boot boot;
-    const std::chrono::duration<double> timeout(options.timeout);
-    boot.record =
-        supervisor::Boot(phone, {.library = LibraryOf(options),
-                                 .root = options.root,
-                                 .cleanRoot = options.cleanRoot,
-                                 .timeout = std::chrono::duration_cast<std::chrono::milliseconds>(timeout),
-                                 .describe = forReport});
-    boot.phone = std::move(phone);
+    boot.phone = ReadPhone(text, options);
+    supervisor::BootOptions settings = SettingsOf(options);
+    settings.describe = forReport;
+    boot.record = supervisor::Boot(*boot.phone, settings);
     return boot;
+}
+
+virtualphone::PhoneDescription PhoneOf(const BootOptions& options) {
+    const std::string text = ReadSource(options.source);
+    if (!IsReport(text)) {
+        return ReadPhone(text, options);
+    }
+    const std::string name = virtualphone::InputName(options.source);
+    std::optional<virtualphone::PhoneDescription> phone = ReadBoot(text, name).phone;
+    if (!phone) {
+        throw std::runtime_error(name + ": the report does not say which phone it was");
+    }
+    SetProperties(*phone, options);
+    return std::move(*phone);
 }
 
 std::vector<fs::path> InputsOf(const BootOptions& options) {

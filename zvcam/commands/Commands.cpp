@@ -10,9 +10,9 @@ void AddCommands(CLI::App& app, std::function<int()>& chosen) {
         "2 wrong usage, an input that cannot be used, or an output that cannot be written.");
     app.set_version_flag("--version", "zvcam " ZVCAM_VERSION);
     app.require_subcommand(1);
-    for (const auto& add :
-         {AddRunCommand, AddGetpropCommand, AddDumpsysCommand, AddLogcatCommand, AddStreamsCommand,
-          AddWhyCommand, AddDiffCommand, AddEepromCommand, AddCalibrationCommand, AddPhoneCommand}) {
+    for (const auto& add : {AddRunCommand, AddGetpropCommand, AddDumpsysCommand, AddLogcatCommand,
+                            AddStreamsCommand, AddWhyCommand, AddDiffCommand, AddEepromCommand,
+                            AddCalibrationCommand, AddPhoneCommand, AddInfluenceCommand}) {
         add(app, chosen);
     }
 }
