@@ -281,6 +281,9 @@ std::vector<std::string> IdleFaults(const Boot& boot) {
     check("sensorList", faults.sensorList, record::Query::SensorList);
     check("calibrationDriver", faults.calibrationDriver, record::Query::CalibrationDriver);
     const auto checkEach = [&](const char* name, const auto& numbers, record::Query query) {
+        if (numbers.empty()) {
+            return;
+        }
         const std::set<std::int64_t> about = AskedAbout(boot.record, query);
         for (const auto number : numbers) {
             if (!about.contains(tables::Number(number))) {

@@ -1,5 +1,6 @@
 #include "analysis/LogWords.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -52,6 +53,31 @@ bool Matches(std::string_view text, std::string_view pattern, std::string_view& 
     return true;
 }
 
+bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+bool IsHexDigit(char character) {
+    return IsDigit(character) || (character >= 'a' && character <= 'f') ||
+           (character >= 'A' && character <= 'F');
+}
+
+bool IsOfWord(char character) {
+    return IsHexDigit(character) || (character >= 'g' && character <= 'z') ||
+           (character >= 'G' && character <= 'Z') || character == '_';
+}
+
+/// Whether a word is a number or an id.
+bool IsNumber(std::string_view word) {
+    constexpr std::size_t kShortestId = 8;
+    if (word.starts_with("0x") && word.size() > 2) {
+        return std::all_of(word.begin() + 2, word.end(), IsHexDigit);
+    }
+    return std::all_of(word.begin(), word.end(), IsDigit) ||
+           (word.size() >= kShortestId && std::all_of(word.begin(), word.end(), IsHexDigit) &&
+            std::any_of(word.begin(), word.end(), IsDigit));
+}
+
 }  // namespace
 
 bool IsError(const record::LogLine& line) {
@@ -83,6 +109,31 @@ std::string InWords(const record::LogLine& line) {
         return "the platform refused it (" + std::string(number) + ")";
     }
     return std::string(text);
+}
+
+std::string WithoutNumbers(std::string_view text) {
+    std::string kind;
+    while (!text.empty()) {
+        const auto end = std::find_if_not(text.begin(), text.end(), IsOfWord);
+        const std::string_view word = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+        if (word.empty()) {
+            kind += text.front();
+            text.remove_prefix(1);
+            continue;
+        }
+        if (IsNumber(word)) {
+            // A sign is the number's, a dash between two words is not.
+            if (kind.ends_with('-') &&
+                (kind.size() == 1 || !(IsOfWord(kind.end()[-2]) || kind.end()[-2] == '#'))) {
+                kind.pop_back();
+            }
+            kind += '#';
+        } else {
+            kind += word;
+        }
+        text.remove_prefix(word.size());
+    }
+    return kind;
 }
 
 }  // namespace analysis

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "record/Events.h"
 
@@ -16,5 +17,9 @@ bool IsOnEveryPhone(const record::LogLine& line);
 /// What a line of the plug-in says went wrong, in words that need no look-up: "no sensor object" for "Cannot
 /// get halsensor". The line's own text where there are no better words.
 std::string InWords(const record::LogLine& line);
+
+/// A text in which "#" stands for what differs from phone to phone: numbers, in hexadecimal too, and ids of
+/// eight hexadecimal digits or more. "role #, tag:#" of "role 20, tag:-5"; names such as imx707 stay.
+std::string WithoutNumbers(std::string_view text);
 
 }  // namespace analysis

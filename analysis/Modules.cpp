@@ -68,9 +68,11 @@ std::map<int, int> SensorIndices(const record::BootRecord& boot) {
 /// Whether the log says that the memory of a role's module was not read.
 bool ReadingFailed(const record::BootRecord& boot, int role) {
     const std::string text = "GetCamCalCalDataV2 get all data error : roleID = " + std::to_string(role);
-    const std::vector<const record::LogLine*> log = record::EventsOf<record::LogLine>(boot);
-    return std::any_of(log.begin(), log.end(),
-                       [&](const record::LogLine* line) { return record::TextOf(*line) == text; });
+    return std::any_of(boot.events.begin(), boot.events.end(), [&](const record::Event& event) {
+        const auto* const line = std::get_if<record::LogLine>(&event);
+        // The end is cheaper to compare than to find the text.
+        return line != nullptr && line->message.ends_with(text) && record::TextOf(*line) == text;
+    });
 }
 
 std::string MakerName(int makerId) {
@@ -115,6 +117,7 @@ void AddMemory(const Boot& boot, int index, Module& module) {
     }
     const std::vector<std::uint8_t>& image =
         boot.phone->sensors[static_cast<std::size_t>(index)].eeprom->image;
+    module.image = image;
     module.memory = MemoryOf(image, formats::FindEepromLayout(image), module.role);
     if (module.memory->layout != nullptr) {
         module.layoutOfThisChip = IsLayoutOf(module.memory->layout->eepromName, module.chip);

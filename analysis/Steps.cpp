@@ -23,8 +23,8 @@ constexpr std::array<Operation, 9> kBootSteps = {{
     {"OverriderDualCamCalData", true},
     {"OverriderOisCamCalData", false},
     {"setDataBinGroupProperty", false},
-    {kDeviceWalk.data(), true},
-    {kEepromDump.data(), false},
+    {kDeviceWalk, true},
+    {kEepromDump, false},
 }};
 
 constexpr std::array<Operation, 16> kDeviceSteps = {{
@@ -46,18 +46,12 @@ constexpr std::array<Operation, 16> kDeviceSteps = {{
     {"MetadataUpdateFocalLength35mm", true},
 }};
 
-/// The operations that store something, each run by one step alone.
-constexpr tables::PublishingOperation kPublishing[] = {
-#define OPERATION(name, step, sourceFile) tables::operation::name,
-#include "tables/PublishingOperations.inc"
-#undef OPERATION
-};
-
-/// Operations that store nothing and that one step alone runs.
+/// An operation that one step alone runs.
 struct Called {
     std::string_view name;
     std::string_view step;
 };
+/// Those that store nothing.
 constexpr std::array<Called, 10> kCalled = {{
     {"DualCameraDataFromEeprom", "OverriderDualCamCalData"},
     {"DualCameraDataFromPersist", "OverriderDualCamCalData"},
@@ -70,6 +64,20 @@ constexpr std::array<Called, 10> kCalled = {{
     {"GetCalibDataFromDumpFile", "MetedataUpdateCalibData"},
     {"matchDrvNameToPlatformDrvName", "MetedataUpdateCalibData"},
 }};
+
+/// All operations that belong to one step.
+std::vector<Called> AllCalled() {
+    std::vector<Called> all(kCalled.begin(), kCalled.end());
+    for (const std::span<const Operation> steps : {BootSteps(), DeviceSteps()}) {
+        for (const Operation& step : steps) {
+            all.push_back({step.name, step.name});
+        }
+    }
+#define OPERATION(name, step, sourceFile) all.push_back({#name, #step});
+#include "tables/PublishingOperations.inc"
+#undef OPERATION
+    return all;
+}
 
 const Operation* Find(std::span<const Operation> operations, std::string_view name) {
     const auto found = std::find_if(operations.begin(), operations.end(),
@@ -188,17 +196,10 @@ std::span<const Operation> DeviceSteps() {
 }
 
 std::string_view StepOf(std::string_view operation) {
-    if (Find(kBootSteps, operation) != nullptr || Find(kDeviceSteps, operation) != nullptr) {
-        return operation;
-    }
-    for (const tables::PublishingOperation& row : kPublishing) {
-        if (operation == row.name) {
-            return row.step;
-        }
-    }
-    const auto* const called = std::find_if(kCalled.begin(), kCalled.end(),
-                                            [=](const Called& row) { return row.name == operation; });
-    return called == kCalled.end() ? std::string_view() : called->step;
+    static const std::vector<Called> kAll = AllCalled();
+    const auto found =
+        std::find_if(kAll.begin(), kAll.end(), [=](const Called& row) { return row.name == operation; });
+    return found == kAll.end() ? std::string_view() : found->step;
 }
 
 Course CourseOf(const record::BootRecord& boot) {

@@ -13,7 +13,7 @@ namespace analysis {
 
 /// An operation that the plug-in runs after another one, in a fixed order.
 struct Operation {
-    const char* name;
+    std::string_view name;
     /// Logs a line before it asks the platform for anything. What happens between the last trace of the
     /// operation before and the first trace of this one is then the other's.
     bool opensWithALine;

@@ -31,26 +31,33 @@ std::vector<Stretch> StretchSearch::next() {
     if (mMissing > 0 || mDone) {
         return stretches;
     }
+    const auto tryNow = [&stretches](const Stretch& bytes) {
+        stretches.push_back(bytes);
+        return Segment{.bytes = bytes, .effects = {}};
+    };
     std::vector<Segment> segments;
-    const std::vector<bool> halve = mBegun ? toHalve() : std::vector<bool>(mSegments.size());
+    const std::vector<Fate> fate = mBegun ? fates() : std::vector<Fate>(mSegments.size(), Fate::Stays);
     mSettled = 0;
     for (std::size_t i = 0; i < mSegments.size(); ++i) {
-        const Stretch& bytes = mSegments[i].bytes;
+        Segment& segment = mSegments[i];
+        const Stretch bytes = segment.bytes;
         if (!mBegun) {
-            stretches.push_back(bytes);
-            segments.push_back(mSegments[i]);
-        } else if (halve[i]) {
+            segments.push_back(tryNow(bytes));
+        } else if (fate[i] == Fate::Halved) {
             // The first part is a power of two times the step, so that both come down to it.
             std::size_t half = bytes.count > mStep ? mStep : 1;
             while (half * 2 < bytes.count) {
                 half *= 2;
             }
-            stretches.push_back({bytes.first, half});
-            stretches.push_back({bytes.first + half, bytes.count - half});
-            segments.push_back({.bytes = stretches[stretches.size() - 2], .effects = {}});
-            segments.push_back({.bytes = stretches.back(), .effects = {}});
+            segments.push_back(tryNow({bytes.first, half}));
+            segments.push_back(tryNow({bytes.first + half, bytes.count - half}));
         } else {
-            segments.push_back({.bytes = bytes, .effects = mSegments[i].effects, .open = false});
+            if (fate[i] == Fate::TriesLastByte) {
+                stretches.push_back({bytes.first + bytes.count - 1, 1});
+                segment.lastByte = Segment::LastByte::Trying;
+            }
+            segment.open = false;
+            segments.push_back(segment);
             mSettled += bytes.count;
         }
     }
@@ -61,35 +68,61 @@ std::vector<Stretch> StretchSearch::next() {
     return stretches;
 }
 
+std::vector<StretchSearch::Segment>::iterator StretchSearch::segmentWith(std::size_t offset) {
+    const auto after = std::upper_bound(
+        mSegments.begin(), mSegments.end(), offset,
+        [](std::size_t value, const Segment& segment) { return value < segment.bytes.first; });
+    return after == mSegments.begin() ? mSegments.end() : after - 1;
+}
+
+bool StretchSearch::anyEffectDoes(const Stretch& stretch) const {
+    return stretch.count > mStep ||
+           std::any_of(mSegments.begin(), mSegments.end(), [&](const Segment& segment) {
+               return segment.lastByte == Segment::LastByte::Trying &&
+                      segment.bytes.first + segment.bytes.count == stretch.first + stretch.count;
+           });
+}
+
 void StretchSearch::take(const Stretch& stretch, std::size_t effects) {
-    const auto segment =
-        std::lower_bound(mSegments.begin(), mSegments.end(), stretch.first,
-                         [](const Segment& other, std::size_t first) { return other.bytes.first < first; });
-    if (segment != mSegments.end() && segment->bytes == stretch && !segment->effects) {
+    const auto segment = segmentWith(stretch.first);
+    if (segment == mSegments.end()) {
+        return;
+    }
+    if (segment->bytes == stretch && !segment->effects) {
         segment->effects = effects;
+        --mMissing;
+    } else if (segment->lastByte == Segment::LastByte::Trying && stretch.count == 1) {
+        segment->lastByte = effects == 0 ? Segment::LastByte::Idle : Segment::LastByte::Counts;
         --mMissing;
     }
 }
 
-std::vector<bool> StretchSearch::toHalve() const {
+std::vector<StretchSearch::Fate> StretchSearch::fates() const {
     std::map<std::size_t, std::size_t> bytesWith;
     for (const Segment& segment : mSegments) {
         if (segment.bytes.count <= mStep) {
             bytesWith[*segment.effects] += segment.bytes.count;
         }
     }
-    std::vector<bool> halve(mSegments.size());
+    std::vector<Fate> fates(mSegments.size(), Fate::Stays);
     for (std::size_t i = 0; i < mSegments.size(); ++i) {
         const Segment& segment = mSegments[i];
+        if (segment.bytes.count == 1 || *segment.effects == 0) {
+            continue;
+        }
         const auto isLikeThis = [&](std::size_t other) {
             return mSegments[other].effects == segment.effects && mSegments[other].bytes.count <= mStep;
         };
         const bool common = segment.bytes.count <= mStep &&
                             bytesWith[*segment.effects] >= kManyStretches * mStep && i > 0 &&
                             i + 1 < mSegments.size() && isLikeThis(i - 1) && isLikeThis(i + 1);
-        halve[i] = segment.bytes.count > 1 && *segment.effects != 0 && !common;
+        if (!common || segment.lastByte == Segment::LastByte::Idle) {
+            fates[i] = Fate::Halved;
+        } else if (segment.lastByte == Segment::LastByte::NotTried) {
+            fates[i] = Fate::TriesLastByte;
+        }
     }
-    return halve;
+    return fates;
 }
 
 std::vector<Range> StretchSearch::ranges() const {

@@ -29,7 +29,8 @@ struct Range {
 ///
 /// Large stretches come first: what does nothing is left, the rest is halved down to stretches of `step`
 /// bytes, and on to single bytes. Effects that many stretches have in common, as those of a checksum over
-/// kilobytes, are followed to single bytes at their first and last stretch alone.
+/// kilobytes, are followed to single bytes at their first and last stretch alone; of the stretches between,
+/// the last byte is tried, so that a gap is seen that reaches beyond a stretch or ends with one.
 ///
 ///     StretchSearch search(image.size(), 16);
 ///     while (!search.done()) {
@@ -49,8 +50,8 @@ class StretchSearch {
 
     bool done() const { return mDone; }
 
-    /// Whether a stretch is larger than the search looks at closely: that it has an effect is then enough.
-    bool isCoarse(const Stretch& stretch) const { return stretch.count > mStep; }
+    /// Whether it is enough to know if a stretch has an effect: a large one, or the last byte of one.
+    bool anyEffectDoes(const Stretch& stretch) const;
 
     /// Bytes about which nothing more will be asked, as far as is known.
     std::size_t settledBytes() const { return mSettled; }
@@ -63,8 +64,12 @@ class StretchSearch {
         Stretch bytes;
         std::optional<std::size_t> effects;  ///< none: not tried yet
         bool open = true;
+        /// Of a stretch with common effects: whether its last byte was tried by itself, and has an effect.
+        enum class LastByte { NotTried, Trying, Counts, Idle } lastByte = LastByte::NotTried;
     };
-    std::vector<bool> toHalve() const;
+    enum class Fate { Stays, TriesLastByte, Halved };
+    std::vector<Fate> fates() const;
+    std::vector<Segment>::iterator segmentWith(std::size_t offset);
 
     std::size_t mStep;
     std::vector<Segment> mSegments;  ///< all bytes, in order

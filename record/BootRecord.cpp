@@ -16,11 +16,15 @@ struct LineParts {
     std::string_view text;
 };
 
+/// A diagnosis asks this of every line several times.
 LineParts Split(std::string_view message) {
-    const std::size_t open = message.find(")[");
-    const std::size_t close = message.find(']');
-    if (!message.starts_with('(') || open == std::string_view::npos || close == std::string_view::npos ||
-        close < open) {
+    const auto at = [message](std::size_t i) { return i < message.size() ? message[i] : ']'; };
+    std::size_t open = at(0) == '(' ? 1 : message.size();
+    while (at(open) != ']' && !(at(open) == ')' && at(open + 1) == '[')) {
+        ++open;
+    }
+    const std::size_t close = at(open) == ')' ? message.find(']', open) : std::string_view::npos;
+    if (close == std::string_view::npos) {
         return {.operation = {}, .text = message};
     }
     std::string_view text = message.substr(close + 1);

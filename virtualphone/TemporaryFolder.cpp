@@ -1,12 +1,14 @@
 #include "virtualphone/TemporaryFolder.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <mutex>
 #include <optional>
 #include <set>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 #include "virtualphone/internal/FolderLock.h"
@@ -19,6 +21,30 @@ namespace {
 
 /// Nobody else gives a folder such a name.
 constexpr const char* kPrefix = "virtualphone-temporary-";
+
+[[noreturn]] void Fail(const fs::path& path, int error) {
+    throw fs::filesystem_error("cannot make a temporary folder", path,
+                               std::error_code(error, std::generic_category()));
+}
+
+/// Where temporary folders lie: where the environment says, else in memory where there is plenty of it (a boot
+/// makes and removes some twenty files and folders, which costs a disk more than the boot), else in /tmp.
+fs::path Parent() {
+    constexpr const char* kMemory = "/dev/shm";
+    /// Several times what a phone's files may take.
+    constexpr std::uintmax_t kPlenty = std::uintmax_t{512} << 20;
+    std::error_code error;
+    if (std::getenv("TMPDIR") == nullptr && access(kMemory, W_OK | X_OK) == 0 &&
+        fs::space(kMemory, error).available >= kPlenty && !error) {
+        return kMemory;
+    }
+    const fs::path parent = fs::temp_directory_path(error);
+    if (error) {
+        const char* const named = std::getenv("TMPDIR");
+        Fail(named == nullptr ? "/tmp" : named, error.value());
+    }
+    return parent;
+}
 
 /// Once for each parent, which may hold very many other things.
 void RemoveOrphans(const fs::path& parent) {
@@ -42,20 +68,10 @@ void RemoveOrphans(const fs::path& parent) {
     }
 }
 
-[[noreturn]] void Fail(const fs::path& path, int error) {
-    throw fs::filesystem_error("cannot make a temporary folder", path,
-                               std::error_code(error, std::generic_category()));
-}
-
 }  // namespace
 
 TemporaryFolder::TemporaryFolder() {
-    std::error_code missing;
-    const fs::path parent = fs::temp_directory_path(missing);
-    if (missing) {
-        const char* const named = std::getenv("TMPDIR");
-        Fail(named == nullptr ? "/tmp" : named, missing.value());
-    }
+    const fs::path parent = Parent();
     RemoveOrphans(parent);
     while (mLock == nullptr) {
         std::string made = (parent / kPrefix).string() + "XXXXXX";

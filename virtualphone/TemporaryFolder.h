@@ -9,7 +9,8 @@ namespace virtualphone {
 
 class FolderLock;
 
-/// A fresh folder under the system's temporary folder, removed with all that lies in it.
+/// A fresh folder, removed with all that lies in it: under TMPDIR where that is set, else under /dev/shm
+/// where much is free, else under /tmp.
 ///
 /// It lies in a folder that its owner has locked. The first one of a program removes those whose owner is
 /// gone: what a killed program left.

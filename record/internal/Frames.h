@@ -127,12 +127,12 @@ class FrameWriter {
             put(static_cast<std::uint8_t>(value.type()));
             put(static_cast<std::uint32_t>(value.count()));
             value.visit(
-                [this](const auto items) { putItems<std::remove_cvref_t<decltype(items[0])>>(items); });
+                [this](const auto items) { this->putItems<std::remove_cvref_t<decltype(items[0])>>(items); });
         } else if constexpr (std::is_same_v<Value, Event>) {
             put(static_cast<std::uint8_t>(value.index()));
-            std::visit([this](const auto& of) { put(of); }, value);
+            std::visit([this](const auto& of) { this->put(of); }, value);
         } else {
-            std::apply([this](const auto&... fields) { (put(fields), ...); }, Fields(value));
+            std::apply([this](const auto&... fields) { (this->put(fields), ...); }, Fields(value));
         }
     }
 
@@ -140,7 +140,8 @@ class FrameWriter {
     template <typename Item>
     void putItems(const auto& items) {
         if constexpr (kIsPlain<Item> && requires { items.data(); }) {
-            copy(items.data(), items.size() * sizeof(Item));
+            const auto* const bytes = reinterpret_cast<const std::uint8_t*>(items.data());
+            mBytes.insert(mBytes.end(), bytes, bytes + items.size() * sizeof(Item));
         } else {
             for (const Item& item : items) {
                 put(item);
@@ -150,9 +151,7 @@ class FrameWriter {
     void copy(const void* data, std::size_t size) {
         const std::size_t at = mBytes.size();
         mBytes.resize(at + size);
-        if (size > 0) {
-            std::memcpy(&mBytes[at], data, size);
-        }
+        std::memcpy(&mBytes[at], data, size);
     }
 
     std::vector<std::uint8_t>& mBytes;
@@ -187,11 +186,11 @@ class FrameReader {
         } else if constexpr (Sorted<Value>) {
             return getSorted(value);
         } else if constexpr (kIsArray<Value>) {
-            return std::all_of(value.begin(), value.end(), [this](auto& item) { return get(item); });
+            return std::all_of(value.begin(), value.end(), [this](auto& item) { return this->get(item); });
         } else if constexpr (std::is_same_v<Value, TagValues>) {
             return getValues(value);
         } else {
-            return std::apply([this](auto&... fields) { return (get(fields) && ...); }, Fields(value));
+            return std::apply([this](auto&... fields) { return (this->get(fields) && ...); }, Fields(value));
         }
     }
 
@@ -226,10 +225,16 @@ class FrameReader {
         if (!get(count) || count > mBytes.size() / kLeast) {
             return false;
         }
-        list.resize(count);
-        if constexpr (kIsPlain<Item>) {
+        if constexpr (sizeof(Item) == 1) {
+            const auto* const items = reinterpret_cast<const Item*>(mBytes.data());
+            list.assign(items, items + count);
+            mBytes = mBytes.subspan(count);
+            return true;
+        } else if constexpr (kIsPlain<Item>) {
+            list.resize(count);
             return copy(list.data(), count * sizeof(Item));
         } else {
+            list.resize(count);
             for (Item& item : list) {
                 if (!get(item)) {
                     return false;

@@ -99,18 +99,11 @@ analysis::Boot ReadBoot(const std::string& text, const std::string& name) {
     return boot;
 }
 
-void SetProperties(virtualphone::PhoneDescription& phone, const BootOptions& options) {
-    for (const std::string& property : options.properties) {
-        const std::size_t equals = property.find('=');
-        phone.properties[property.substr(0, equals)] = property.substr(equals + 1);
-    }
-}
-
 virtualphone::PhoneDescription ReadPhone(const std::string& text, const BootOptions& options) {
     virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
         text, IsStandardInput(options.source) ? "" : fs::path(options.source).parent_path(),
         virtualphone::InputName(options.source));
-    SetProperties(phone, options);
+    SetProperties(options, phone);
     return phone;
 }
 
@@ -134,7 +127,7 @@ void CollectSideFiles(const nlohmann::json& value, const fs::path& folder, std::
 
 }  // namespace
 
-void AddBootOptionsWithoutRoot(CLI::App& command, BootOptions& options) {
+void AddSharedBootOptions(CLI::App& command, BootOptions& options) {
     command.add_option("--set", options.properties, "Set a system property before start-up; may be repeated")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false)
@@ -148,7 +141,7 @@ void AddBootOptionsWithoutRoot(CLI::App& command, BootOptions& options) {
 }
 
 void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
-    AddBootOptionsWithoutRoot(command, options);
+    AddSharedBootOptions(command, options);
     command
         .add_option("--root", options.root,
                     "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
@@ -171,13 +164,20 @@ void AddBootOptions(CLI::App& command, BootOptions& options) {
     AddBootOptionsWithoutSource(command, options);
 }
 
-supervisor::BootOptions SettingsOf(const BootOptions& options) {
+void SetProperties(const BootOptions& options, virtualphone::PhoneDescription& phone) {
+    for (const std::string& property : options.properties) {
+        const std::size_t equals = property.find('=');
+        phone.properties[property.substr(0, equals)] = property.substr(equals + 1);
+    }
+}
+
+supervisor::BootOptions SupervisorOptions(const BootOptions& options, bool describe) {
     const std::chrono::duration<double> timeout(options.timeout);
     return {.library = LibraryOf(options),
             .root = options.root,
             .cleanRoot = options.cleanRoot,
             .timeout = std::chrono::duration_cast<std::chrono::milliseconds>(timeout),
-            .describe = false};
+            .describe = describe};
 }
 
 analysis::Boot Obtain(const BootOptions& options, bool forReport) {
@@ -187,9 +187,7 @@ analysis::Boot Obtain(const BootOptions& options, bool forReport) {
     }
     analysis::Boot boot;
     boot.phone = ReadPhone(text, options);
-    supervisor::BootOptions settings = SettingsOf(options);
-    settings.describe = forReport;
-    boot.record = supervisor::Boot(*boot.phone, settings);
+    boot.record = supervisor::Boot(*boot.phone, SupervisorOptions(options, forReport));
     return boot;
 }
 
@@ -203,7 +201,7 @@ virtualphone::PhoneDescription PhoneOf(const BootOptions& options) {
     if (!phone) {
         throw std::runtime_error(name + ": the report does not say which phone it was");
     }
-    SetProperties(*phone, options);
+    SetProperties(options, *phone);
     return std::move(*phone);
 }
 

@@ -36,20 +36,24 @@ void AddBootOptions(CLI::App& command, BootOptions& options);
 void AddSource(CLI::App& command, BootOptions& options);
 /// The options alone, for a command whose sources are named by other positionals.
 void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options);
-/// Those of a command that boots more than once, in temporary folders.
-void AddBootOptionsWithoutRoot(CLI::App& command, BootOptions& options);
+/// Those among them that many boots can share: all but the root folder's.
+void AddSharedBootOptions(CLI::App& command, BootOptions& options);
+
+/// Sets the properties that the options name.
+void SetProperties(const BootOptions& options, virtualphone::PhoneDescription& phone);
+
+/// How the supervisor is to boot.
+/// @param describe whether the record carries the phone.
+supervisor::BootOptions SupervisorOptions(const BootOptions& options, bool describe);
 
 /// Boots the phone, or reads the report.
 /// @throws std::exception for what cannot be used.
 /// @param forReport the record is to be written as a report, with the phone that it came from.
 analysis::Boot Obtain(const BootOptions& options, bool forReport = false);
 
-/// The phone, unbooted; that of a report, which has been booted, too.
+/// The phone, unbooted; that of a report too.
 /// @throws std::exception for what cannot be used, a report that does not say which phone it was among it.
 virtualphone::PhoneDescription PhoneOf(const BootOptions& options);
-
-/// How the phone is to be booted, without its description in the record.
-supervisor::BootOptions SettingsOf(const BootOptions& options);
 
 /// Every file that `Obtain` reads: the source, its side files, the plug-in. What cannot be read names none.
 std::vector<std::filesystem::path> InputsOf(const BootOptions& options);

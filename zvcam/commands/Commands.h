@@ -32,5 +32,7 @@ void AddCalibrationCommand(CLI::App& app, std::function<int()>& chosen);
 void AddCalibrationWriters(CLI::App& calibration, std::function<int()>& chosen);
 /// Checks and makes phone files.
 void AddPhoneCommand(CLI::App& app, std::function<int()>& chosen);
+/// Boots many phones, and asks what they share.
+void AddFleetCommand(CLI::App& app, std::function<int()>& chosen);
 
 }  // namespace zvcam

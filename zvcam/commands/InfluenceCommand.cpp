@@ -30,8 +30,9 @@ int Run(const InfluenceOptions& options) {
             CheckIsNoInput(output, InputsOf(options.boot));
         }
     }
-    InfluenceRun run(PhoneOf(options.boot),
-                     {.boot = SettingsOf(options.boot), .module = options.module, .step = options.step});
+    InfluenceRun run(PhoneOf(options.boot), {.boot = SupervisorOptions(options.boot, /*describe=*/false),
+                                             .module = options.module,
+                                             .step = options.step});
     const analysis::Influence influence = run.find();
     if (!options.json.empty()) {
         WriteFile(options.json, [&](std::ostream& out) { WriteInfluence(out, influence); });
@@ -52,7 +53,7 @@ void AddInfluenceCommand(CLI::App& app, std::function<int()>& chosen) {
     CLI::App* const command = app.add_subcommand(
         "influence", "Find out, by boots with changed bytes, which inputs decide what is published");
     AddSource(*command, options->boot);
-    AddBootOptionsWithoutRoot(*command, options->boot);
+    AddSharedBootOptions(*command, options->boot);
     command
         ->add_option("--module", options->module,
                      "Change this module's memory alone: back_main, front_main and so on")

@@ -135,7 +135,7 @@ struct InfluenceRun::State {
     void askAbout(std::size_t input) {
         for (const Stretch& stretch : searches[input].next()) {
             add({.what = Job::What::Change,
-                 .anyEffect = searches[input].isCoarse(stretch),
+                 .anyEffect = searches[input].anyEffectDoes(stretch),
                  .input = input,
                  .stretch = stretch});
         }

@@ -76,9 +76,11 @@ Markup Picture(const Influence& influence, const InputInfluence& of) {
                                "many have in common; light: the log alone; empty: nothing."));
 }
 
-Markup Reached(const analysis::Effects& effects) {
-    std::vector<std::string> texts = EffectTexts(effects, true);
-    return texts.empty() ? Markup("nothing") : Markup(Listed(texts));
+/// What of the published is reached; where nothing is, what logs otherwise.
+std::string Reached(const analysis::Effects& effects) {
+    const bool published = ReachesPublished(effects);
+    return effects.empty() ? "nothing"
+                           : (published ? "" : "the log alone: ") + Listed(EffectTexts(effects, !published));
 }
 
 Markup Ranges(const Influence& influence, const InputInfluence& of) {

@@ -1,0 +1,86 @@
+#include <cstdint>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "virtualphone/PhoneFile.h"
+#include "zvcam/commands/Boots.h"
+#include "zvcam/commands/FleetCommands.h"
+#include "zvcam/commands/Output.h"
+#include "zvcam/commands/Progress.h"
+#include "zvcam/fleet/MadeFolder.h"
+#include "zvcam/fleet/Maker.h"
+#include "zvcam/views/Text.h"
+
+namespace zvcam {
+
+namespace {
+
+struct MakeOptions {
+    std::string output;
+    std::string like;
+    std::string troubles;
+    std::uint64_t count = 0;
+    std::uint64_t seed = 0;
+    bool quiet = false;
+};
+
+int Run(const MakeOptions& options) {
+    const std::vector<TroubleRate> rates = ReadTroubleRates(options.troubles);
+    const FleetMaker maker(options.like.empty()
+                               ? virtualphone::ParsePhone(virtualphone::StartingPhoneFile(), "", "phone new")
+                               : virtualphone::ReadPhoneFile(options.like),
+                           options.seed, rates);
+    MadeFolder folder(options.output, maker.like());
+    Progress progress("phones", options.count, options.quiet);
+    for (std::uint64_t number = 0; number < options.count; ++number) {
+        folder.add(number, maker.make(number));
+        progress.advance();
+    }
+    const std::vector<std::size_t> counts = folder.finish(rates);
+    progress.clear();
+    if (!options.quiet) {
+        PrintOut([&](std::ostream& out) {
+            out << Counted(options.count, "phone") << " in " << Printable(options.output) << '\n';
+            Table table;
+            for (std::size_t i = 0; i < rates.size(); ++i) {
+                const Trouble& trouble = Troubles()[rates[i].trouble];
+                table.row({trouble.name, std::to_string(counts[i]), trouble.meaning});
+            }
+            table.print(out, 2);
+        });
+    }
+    return kExitSuccess;
+}
+
+}  // namespace
+
+void AddFleetMakeCommand(CLI::App& fleet, std::function<int()>& chosen) {
+    const auto options = std::make_shared<MakeOptions>();
+    CLI::App* const command =
+        fleet.add_subcommand("make", "Make a fleet of phone files with troubles that are known");
+    std::string troubles = "Troubles and their rates, such as lsc=0.01,erased=0.002; there are";
+    for (const Trouble& trouble : Troubles()) {
+        troubles += std::string(trouble.name == Troubles()[0].name ? " " : ", ") + trouble.name;
+    }
+    command->add_option("--count", options->count, "How many phones")
+        ->required()
+        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000}));
+    command->add_option("--seed", options->seed,
+                        "The same seed makes the same phones everywhere (default: 0)");
+    command->add_option("--trouble", options->troubles, troubles)->type_name("NAME=RATE,...");
+    command
+        ->add_option("--like", options->like,
+                     "The phone that all are like (default: that of `zvcam phone new`)")
+        ->type_name("FILE")
+        ->check(CheckNotEmpty);
+    command->add_option("-o,--output", options->output, "The folder to write")
+        ->type_name("FOLDER")
+        ->required()
+        ->check(CheckNotEmpty);
+    command->add_flag("-q,--quiet", options->quiet, "Print nothing but errors");
+    command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
+}
+
+}  // namespace zvcam

@@ -1,0 +1,47 @@
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "zvcam/commands/Boots.h"
+#include "zvcam/commands/FleetCommands.h"
+#include "zvcam/commands/Output.h"
+#include "zvcam/fleet/FleetDatabase.h"
+#include "zvcam/views/Text.h"
+
+namespace zvcam {
+
+namespace {
+
+struct MergeOptions {
+    std::string output;
+    std::vector<std::string> inputs;
+};
+
+int Run(const MergeOptions& options) {
+    const auto phones = static_cast<std::size_t>(MergeFleets(options.output, options.inputs));
+    PrintOut([&](std::ostream& out) {
+        out << Printable(options.output) << ": " << Counted(phones, "phone") << " of "
+            << Counted(options.inputs.size(), "database") << '\n';
+    });
+    return kExitSuccess;
+}
+
+}  // namespace
+
+void AddFleetMergeCommand(CLI::App& fleet, std::function<int()>& chosen) {
+    const auto options = std::make_shared<MergeOptions>();
+    CLI::App* const command =
+        fleet.add_subcommand("merge", "Join the databases of several runs into a new one");
+    command->add_option("OUT", options->output, "The database to write")
+        ->type_name("FILE")
+        ->required()
+        ->check(CheckNotEmpty);
+    command->add_option("IN", options->inputs, "Databases of `zvcam fleet run`")
+        ->type_name("FILE")
+        ->required()
+        ->check(CheckNotEmpty);
+    command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
+}
+
+}  // namespace zvcam

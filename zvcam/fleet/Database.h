@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace zvcam {
+
+/// What SQLite refuses: "FILE: database disk image is malformed".
+class DatabaseError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// An open SQLite database.
+class Database {
+  public:
+    enum class Access {
+        Read,   ///< of one that exists
+        Write,  ///< makes it where it does not exist
+    };
+
+    /// @throws DatabaseError
+    Database(const std::filesystem::path& path, Access access);
+
+    /// Runs statements that return no rows.
+    /// @throws DatabaseError
+    void run(const std::string& sql);
+
+    /// @throws DatabaseError with the last error.
+    [[noreturn]] void fail() const;
+
+  private:
+    friend class Statement;
+    struct Close {
+        void operator()(sqlite3* database) const;
+    };
+    std::string mName;
+    std::unique_ptr<sqlite3, Close> mDatabase;
+};
+
+/// A prepared statement, to be run any number of times. The database outlives it.
+///
+///     Statement named(database, "SELECT path FROM phones WHERE name = ?");
+///     named.bind("halcyrion");
+///     while (named.step()) { Use(named.text(0)); }
+class Statement {
+  public:
+    /// @throws DatabaseError
+    Statement(Database& database, const std::string& sql);
+
+    /// Binds the next parameter, the first one after each reset.
+    void bind(std::nullptr_t);
+    void bind(std::int64_t number);
+    /// @param text stays as it is until the reset.
+    void bind(std::string_view text);
+
+    /// @return whether there is a row; at the end the statement is reset.
+    /// @throws DatabaseError
+    bool step();
+    void reset();
+
+    int columns() const;
+    std::string name(int column) const;
+    bool isNull(int column) const;
+    std::int64_t number(int column) const;
+    std::string text(int column) const;
+
+  private:
+    struct Finalize {
+        void operator()(sqlite3_stmt* statement) const;
+    };
+    Database& mDatabase;
+    std::unique_ptr<sqlite3_stmt, Finalize> mStatement;
+    int mBound = 0;
+};
+
+/// Changes that are made as a whole or not at all.
+class Transaction {
+  public:
+    explicit Transaction(Database& database);
+    /// Takes back what is not committed.
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    void commit();
+
+  private:
+    Database* mDatabase;  ///< null: committed
+};
+
+}  // namespace zvcam

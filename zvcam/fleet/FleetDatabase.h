@@ -1,0 +1,67 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "analysis/FleetRows.h"
+#include "zvcam/fleet/Database.h"
+
+namespace zvcam {
+
+/// Writes the rows of phones into a fleet's database (docs/fleet.md has its tables), many phones in one
+/// transaction: a program that is killed loses the phones of the transaction at hand and nothing else.
+class FleetWriter {
+  public:
+    /// @param resume opens what is there; else a database that exists is refused.
+    /// @param source list or folder that the phones come from, for readers of the database.
+    /// @param shard "2/8", or empty.
+    /// @throws std::runtime_error for a database that exists or is of another kind; DatabaseError
+    FleetWriter(const std::filesystem::path& path, bool resume, const std::string& source,
+                const std::string& shard);
+
+    /// Paths of the phones that the database holds. Those that this machine could not boot have gone from
+    /// it, to be tried again.
+    std::unordered_set<std::string> paths();
+
+    /// @param rows of one phone, its own first.
+    /// @throws DatabaseError
+    void add(std::vector<analysis::FleetRow> rows);
+
+    /// Writes what is still to write.
+    /// @throws DatabaseError
+    void finish();
+
+    /// Phones in the database whose entry cannot be read.
+    std::int64_t unread();
+
+  private:
+    void write();
+
+    Database mDatabase;
+    std::vector<Statement> mInserts;  ///< one for each of `FleetTables`
+    std::vector<std::vector<analysis::FleetRow>> mBatch;
+    std::chrono::steady_clock::time_point mBatchStart;
+    std::int64_t mRun = 0;
+    std::int64_t mLastPhone = 0;
+};
+
+/// Opens a fleet's database to read it.
+/// @throws std::runtime_error for a file of another kind; DatabaseError
+Database OpenFleet(const std::filesystem::path& path);
+
+/// Joins databases into a new one, which appears whole or not at all.
+/// @return phones in it.
+/// @throws std::runtime_error when `path` exists, or two inputs have a phone of the same path; DatabaseError
+std::int64_t MergeFleets(const std::filesystem::path& path, const std::vector<std::string>& inputs);
+
+/// The names of the tables and views that `--csv` prints.
+std::vector<std::string> FleetTableNames();
+
+/// A query for a table with the path of the phone in place of its number, or for a view.
+std::string QueryOfTable(const std::string& name);
+
+}  // namespace zvcam

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+
+#include "zvcam/fleet/Database.h"
+#include "zvcam/fleet/Summary.h"
+#include "zvcam/views/Text.h"
+
+namespace zvcam {
+
+/// What a run over a fleet did.
+struct FleetRun {
+    std::size_t entries = 0;
+    std::size_t repeated = 0;  ///< entries of the list that stood there before
+    std::size_t done = 0;      ///< that the database held already
+    std::size_t unread = 0;    ///< that cannot be read
+    std::size_t failed = 0;    ///< that this machine could not boot
+    double seconds = 0;
+};
+
+/// "1000 phones in 1.6 s, 625 a second; 3 cannot be read. `zvcam fleet report FILE` tells what they share."
+void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRun& run);
+
+/// The report on a fleet, the worst first.
+void PrintFleet(std::ostream& out, const std::string& database, const FleetSummary& summary,
+                const Style& style);
+
+/// The same as a page.
+void WriteFleetPage(std::ostream& out, const std::string& database, const FleetSummary& summary);
+
+/// The rows of a query, comma-separated, below the names of its columns. A text with a comma, a quote or a
+/// line's end stands in quotes; nothing stands for NULL.
+void PrintTableAsCsv(std::ostream& out, Statement& query);
+
+}  // namespace zvcam
