@@ -93,7 +93,8 @@ class HtmlTable {
         return *this;
     }
 
-    /// @param rowAttributes class "error" marks what went wrong.
+    /// @param rowAttributes class "error" marks what went wrong; "data-kind" names further kinds that the row
+    /// is of, parted by blanks.
     void row(const std::vector<Markup>& cells, Attributes rowAttributes = {});
 
     Markup markup() const;
