@@ -213,7 +213,7 @@ class OtherPhones(unittest.TestCase):
         self.assertIn("was ended by SIGSEGV in MetadataUpdateScaler", browser.one("[role=alert]").text)
         rows = browser.shown("#timeline tbody tr")
         self.assertRegex(rows[7], "^8 MetadataUpdate ✗.the boot ended here")
-        self.assertRegex(rows[-1], "^9 DumpEepromRawData\\s+not reached")
+        self.assertRegex(rows[-1], "^9 DumpEepromRawData\\s+not reached$")
 
     def test_of_an_older_report(self):
         report = report_of("halcyrion")
