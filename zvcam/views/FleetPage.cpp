@@ -92,7 +92,7 @@ Markup Modules(const FleetSummary& summary) {
                                               {"modules", Kind::Number},
                                               {"unreadable", Kind::Number},
                                               {"erased", Kind::Number},
-                                              {"of another", Kind::Number}};
+                                              {"foreign layout", Kind::Number}};
     for (const std::string& range : summary.rangeNames) {
         columns.push_back({range + " bad", Kind::Number});
     }

@@ -96,7 +96,7 @@ void PrintModules(std::ostream& out, const FleetSummary& summary, const Style& s
     out << style.bold("Modules by maker and layout") << " (bad checksums by range)\n";
     Table table;
     std::vector<std::string> heading = {"module",  "chip",       "maker",  "layout",
-                                        "modules", "unreadable", "erased", "of another"};
+                                        "modules", "unreadable", "erased", "foreign layout"};
     heading.insert(heading.end(), summary.rangeNames.begin(), summary.rangeNames.end());
     table.row(std::move(heading));
     for (const FleetSummary::ModuleKind& kind : summary.modules) {
@@ -176,7 +176,7 @@ void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRu
         out << "; " << run.done << " were done before";
     }
     if (run.repeated > 0) {
-        out << "; " << run.repeated << " stand in the list more than once";
+        out << "; repeated in the list: " << run.repeated;
     }
     if (run.unread > 0) {
         out << "; " << run.unread << " cannot be read";
