@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
@@ -15,6 +13,7 @@
 #include "virtualphone/PhoneFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Files.h"
 #include "zvcam/commands/Output.h"
 #include "zvcam/commands/PhoneFolder.h"
 #include "zvcam/views/PhoneView.h"
@@ -28,21 +27,14 @@ struct CheckOptions {
 };
 
 int RunCheck(const CheckOptions& options) {
-    int status = kExitSuccess;
-    for (const std::string& source : options.sources) {
-        try {
-            const virtualphone::PhoneDescription phone = virtualphone::ReadPhoneFile(source);
-            const analysis::PhoneCheck check = analysis::Check(phone);
-            PrintOut([&](std::ostream& out) {
-                PrintPhoneCheck(out, virtualphone::InputName(source), phone, check, OutputStyle());
-            });
-            status = std::max(status, check.bad() ? kExitBad : kExitSuccess);
-        } catch (const virtualphone::PhoneFileError& error) {
-            std::cerr << "zvcam: " << error.what() << '\n';
-            status = kExitUnusable;
-        }
-    }
-    return status;
+    return ForEachFile(options.sources, [](const std::string& source) {
+        const virtualphone::PhoneDescription phone = virtualphone::ReadPhoneFile(source);
+        const analysis::PhoneCheck check = analysis::Check(phone);
+        PrintOut([&](std::ostream& out) {
+            PrintPhoneCheck(out, virtualphone::InputName(source), phone, check, OutputStyle());
+        });
+        return !check.bad();
+    });
 }
 
 struct TextOptions {

@@ -29,8 +29,4 @@ LikePhone ReadLikePhone(const std::string& file);
 /// @throws std::runtime_error when they cannot be written, or exist without `force`.
 void WritePhone(const std::filesystem::path& path, const virtualphone::PhoneDescription& phone, bool force);
 
-/// Refuses to replace a file.
-/// @throws std::runtime_error when something exists at `path`, unless `force`.
-void CheckIsNew(const std::filesystem::path& path, bool force);
-
 }  // namespace zvcam

@@ -1,0 +1,5 @@
+#include "platforminfo/CameraPlatformInfoZelvan.h"
+
+int main() {
+    CameraPlatformInfoZelvan::CreateInstance()->ExposureModuleInfo();
+}
