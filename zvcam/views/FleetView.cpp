@@ -168,10 +168,13 @@ void PrintCsvCell(std::ostream& out, std::string_view text) {
 
 void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRun& run) {
     const std::size_t booted = run.entries - run.done;
-    std::array<char, 80> speed;
-    std::snprintf(speed.data(), speed.size(), " in %.1f s, %.0f a second", run.seconds,
-                  run.seconds > 0 ? static_cast<double>(booted) / run.seconds : 0);
-    out << Counted(booted, "phone") << speed.data();
+    out << Counted(booted, "phone");
+    if (booted > 0) {
+        std::array<char, 80> speed;
+        std::snprintf(speed.data(), speed.size(), " in %.1f s, %.0f a second", run.seconds,
+                      static_cast<double>(booted) / run.seconds);
+        out << speed.data();
+    }
     if (run.done > 0) {
         out << "; " << run.done << " were done before";
     }
