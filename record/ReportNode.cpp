@@ -19,7 +19,7 @@ constexpr std::size_t kShownCharacters = 60;
 std::string Shown(const Json& value) {
     std::string text = value.dump(-1, ' ', /*ensure_ascii=*/true, Json::error_handler_t::replace);
     if (text.size() > kShownCharacters) {
-        text = text.substr(0, kShownCharacters) + "...";
+        text.replace(kShownCharacters, std::string::npos, "...");
     }
     return text;
 }

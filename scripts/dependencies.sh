@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the commands of this project: makes sure that the tools and libraries that one of them needs are
 # there. Debian's packages are installed; on another system what is missing is named.
 
@@ -25,6 +26,9 @@ page  python3-selenium   module  selenium
 check clang-format       program clang-format
 check clang-tidy         program clang-tidy
 check python3            program python3
+check cppcheck           program cppcheck
+check shellcheck         program shellcheck
+cover gcovr              program gcovr
 package dpkg-dev         program dpkg-shlibdeps
 package file             program file
 package debootstrap      program debootstrap
@@ -55,25 +59,25 @@ missing_packages() {
     done
 }
 
-# install_dependencies PURPOSE...: build, test, page, bench, clang, check, package.
+# install_dependencies PURPOSE...: build, test, page, bench, clang, check, cover, package.
 install_dependencies() {
     local missing as_root=()
-    missing=$(missing_packages "$@")
-    [ -n "$missing" ] || return 0
+    mapfile -t missing < <(missing_packages "$@")
+    [ ${#missing[@]} -gt 0 ] || return 0
     if ! command -v apt-get >/dev/null; then
-        echo "Missing (by the names of Debian's packages):" $missing >&2
+        echo "Missing (by the names of Debian's packages):" "${missing[@]}" >&2
         echo "Install them with this system's package manager, then call this again." >&2
         exit 1
     fi
     if [ "$(id -u)" -ne 0 ]; then
         as_root=(sudo)
     fi
-    echo "Installing:" $missing
+    echo "Installing:" "${missing[@]}"
     "${as_root[@]}" apt-get update
-    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y --no-install-recommends $missing
-    missing=$(missing_packages "$@")
-    if [ -n "$missing" ]; then
-        echo "Still missing after the installation:" $missing >&2
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}"
+    mapfile -t missing < <(missing_packages "$@")
+    if [ ${#missing[@]} -gt 0 ]; then
+        echo "Still missing after the installation:" "${missing[@]}" >&2
         exit 1
     fi
 }

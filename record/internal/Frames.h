@@ -127,12 +127,12 @@ class FrameWriter {
             put(static_cast<std::uint8_t>(value.type()));
             put(static_cast<std::uint32_t>(value.count()));
             value.visit(
-                [this](const auto items) { putItems<std::remove_cvref_t<decltype(items[0])>>(items); });
+                [this](const auto items) { this->putItems<std::remove_cvref_t<decltype(items[0])>>(items); });
         } else if constexpr (std::is_same_v<Value, Event>) {
             put(static_cast<std::uint8_t>(value.index()));
-            std::visit([this](const auto& of) { put(of); }, value);
+            std::visit([this](const auto& of) { this->put(of); }, value);
         } else {
-            std::apply([this](const auto&... fields) { (put(fields), ...); }, Fields(value));
+            std::apply([this](const auto&... fields) { (this->put(fields), ...); }, Fields(value));
         }
     }
 
@@ -186,11 +186,11 @@ class FrameReader {
         } else if constexpr (Sorted<Value>) {
             return getSorted(value);
         } else if constexpr (kIsArray<Value>) {
-            return std::all_of(value.begin(), value.end(), [this](auto& item) { return get(item); });
+            return std::all_of(value.begin(), value.end(), [this](auto& item) { return this->get(item); });
         } else if constexpr (std::is_same_v<Value, TagValues>) {
             return getValues(value);
         } else {
-            return std::apply([this](auto&... fields) { return (get(fields) && ...); }, Fields(value));
+            return std::apply([this](auto&... fields) { return (this->get(fields) && ...); }, Fields(value));
         }
     }
 

@@ -1,8 +1,8 @@
 """A headless Chromium that opens pages from disk, and what can be asked of them."""
 
-import json
 import os
 import pathlib
+import time
 
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
@@ -94,6 +94,8 @@ class Browser:
                         ".map(e => e.innerText.trim())", selector)
 
     def fragment(self):
+        """What the address ends with when it has come to rest."""
+        time.sleep(0.3)
         return self.run("return location.hash")
 
     def overhang(self):

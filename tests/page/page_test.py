@@ -30,8 +30,14 @@ def tearDownModule():
 
 def make_page(source, name):
     page = pathlib.Path(folder.name) / f"{name}.html"
-    subprocess.run([ZVCAM, "run", source, "--html", page], check=False, stdout=subprocess.DEVNULL)
+    subprocess.run([ZVCAM, "run", source, "--html", page], check=False,
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     return page
+
+
+def report_of(name):
+    return json.loads(subprocess.run([ZVCAM, "run", f"{PHONES}/{name}.json", "--json", "-"],
+                                     check=True, capture_output=True).stdout)
 
 
 class EveryPage(unittest.TestCase):
@@ -199,9 +205,22 @@ class OtherPhones(unittest.TestCase):
         self.assertEqual(browser.run("return document.scripts.length + document.images.length"), 1)
         self.assertEqual(len(browser.shown("#devices tbody tr")), 64)
 
+    def test_whose_boot_ended_in_the_walk(self):
+        report = report_of("halcyrion")
+        del report["events"][2000:]
+        lists = {"property": "properties", "device": "devices", "thirdCalibration": "thirdCalibration",
+                 "eepromRead": "eepromReads", "log": "log"}
+        for kind, name in lists.items():
+            del report[name][sum(kind in event for event in report["events"]):]
+        report["ended"] = {"how": "signal", "signal": "SIGSEGV", "step": "MetadataUpdateScaler"}
+        self.open("crashed", report)
+        self.assertIn("was ended by SIGSEGV in MetadataUpdateScaler", browser.one("[role=alert]").text)
+        rows = browser.shown("#timeline tbody tr")
+        self.assertRegex(rows[7], "^8 MetadataUpdate ✗.the boot ended here")
+        self.assertRegex(rows[-1], "^9 DumpEepromRawData\\s+not reached")
+
     def test_of_an_older_report(self):
-        report = json.loads(subprocess.run([ZVCAM, "run", f"{PHONES}/halcyrion.json", "--json", "-"],
-                                           check=True, capture_output=True).stdout)
+        report = report_of("halcyrion")
         for key in ("format", "plugin", "ended", "events", "description"):
             del report[key]
         for read in report["eepromReads"]:

@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -13,7 +11,7 @@
 #include "analysis/EepromFindings.h"
 #include "formats/EepromDump.h"
 #include "formats/EepromImage.h"
-#include "formats/Hex.h"
+#include "formats/ImageChange.h"
 #include "virtualphone/InputFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
@@ -37,36 +35,11 @@ struct EepromOptions {
     bool hasOutput() const { return !raw.empty() || !text.empty(); }
 };
 
-/// Bytes to put into an image.
-struct Change {
-    std::size_t offset = 0;
-    std::vector<std::uint8_t> bytes;
-};
-
-/// None for a text that is no change inside an image.
-std::optional<Change> ReadChange(std::string_view text) {
-    const std::size_t equals = text.find('=');
-    std::string_view number = text.substr(0, equals);
-    const bool hexadecimal = number.starts_with("0x") || number.starts_with("0X");
-    number.remove_prefix(hexadecimal ? 2 : 0);
-    Change change;
-    const char* const end = number.data() + number.size();
-    const auto parsed = std::from_chars(number.data(), end, change.offset, hexadecimal ? 16 : 10);
-    const auto bytes =
-        equals == std::string_view::npos ? std::nullopt : formats::ParseHex(text.substr(equals + 1));
-    if (parsed.ec != std::errc() || parsed.ptr != end || !bytes || bytes->empty() ||
-        change.offset >= tables::kEepromImageSize ||
-        bytes->size() > tables::kEepromImageSize - change.offset) {
-        return std::nullopt;
-    }
-    change.bytes = *bytes;
-    return change;
-}
-
 std::string CheckChange(const std::string& text) {
-    return ReadChange(text) ? ""
-                            : "expected OFFSET=BYTES, such as 0x0010=0102 or \"16=01 02\", inside " +
-                                  std::to_string(tables::kEepromImageSize) + " bytes, got \"" + text + "\"";
+    return formats::ReadImageChange(text)
+               ? ""
+               : "expected OFFSET=BYTES, such as 0x0010=0102 or \"16=01 02\", inside " +
+                     std::to_string(tables::kEepromImageSize) + " bytes, got \"" + text + "\"";
 }
 
 std::string CheckLayout(const std::string& name) {
@@ -96,9 +69,9 @@ formats::EepromFile Read(const std::string& file) {
 void Mend(const EepromOptions& options, const EepromCheckSumDesc* layout, const std::string& file,
           std::vector<std::uint8_t>& image) {
     for (const std::string& text : options.changes) {
-        const Change change = ReadChange(text).value_or(Change{});
-        std::copy(change.bytes.begin(), change.bytes.end(),
-                  image.begin() + static_cast<std::ptrdiff_t>(change.offset));
+        if (const auto change = formats::ReadImageChange(text)) {
+            change->apply(image);
+        }
     }
     if (options.seal) {
         layout = layout == nullptr ? formats::FindEepromLayout(image) : layout;

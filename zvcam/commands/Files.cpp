@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <iostream>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 #include "formats/PrintableText.h"
@@ -46,6 +47,15 @@ int ForEachFile(const std::vector<std::string>& files,
     return status;
 }
 
+void CheckIsNew(const fs::path& path, bool force) {
+    std::error_code error;
+    // A pipe or a device stays one.
+    if (!force && path != "-" && fs::exists(fs::symlink_status(path, error)) &&
+        !fs::is_other(fs::status(path, error))) {
+        throw std::runtime_error("cannot write " + path.string() + ": it exists; --force replaces it");
+    }
+}
+
 void CheckOutputs(const std::vector<std::string>& outputs, const std::vector<std::string>& inputs,
                   bool force) {
     for (auto output = outputs.begin(); output != outputs.end(); ++output) {
@@ -59,10 +69,7 @@ void CheckOutputs(const std::vector<std::string>& outputs, const std::vector<std
             })) {
             throw std::runtime_error("cannot write " + *output + ": another output goes there");
         }
-        std::error_code error;
-        if (*output != "-" && !force && fs::is_regular_file(*output, error)) {
-            throw std::runtime_error("cannot write " + *output + ": it exists; --force replaces it");
-        }
+        CheckIsNew(*output, force);
     }
 }
 

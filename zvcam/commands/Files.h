@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,10 @@ std::vector<std::uint8_t> ReadFile(const std::string& file, std::string_view exp
 /// @param isGood does the work on one; throws std::exception for a file that cannot be used.
 /// @return the worst exit status.
 int ForEachFile(const std::vector<std::string>& files, const std::function<bool(const std::string&)>& isGood);
+
+/// Refuses to replace a file.
+/// @throws std::runtime_error when something exists at `path`, unless `force`.
+void CheckIsNew(const std::filesystem::path& path, bool force);
 
 /// Refuses outputs that nobody can mean: an input, the same file twice, or, without `force`, a file that
 /// exists.

@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <ostream>
 #include <stdexcept>
@@ -15,6 +13,7 @@
 #include "virtualphone/PhoneFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Files.h"
 #include "zvcam/commands/Output.h"
 #include "zvcam/commands/PhoneFolder.h"
 #include "zvcam/views/PhoneView.h"
@@ -28,21 +27,14 @@ struct CheckOptions {
 };
 
 int RunCheck(const CheckOptions& options) {
-    int status = kExitSuccess;
-    for (const std::string& source : options.sources) {
-        try {
-            const virtualphone::PhoneDescription phone = virtualphone::ReadPhoneFile(source);
-            const analysis::PhoneCheck check = analysis::Check(phone);
-            PrintOut([&](std::ostream& out) {
-                PrintPhoneCheck(out, virtualphone::InputName(source), phone, check, OutputStyle());
-            });
-            status = std::max(status, check.bad() ? kExitBad : kExitSuccess);
-        } catch (const virtualphone::PhoneFileError& error) {
-            std::cerr << "zvcam: " << error.what() << '\n';
-            status = kExitUnusable;
-        }
-    }
-    return status;
+    return ForEachFile(options.sources, [](const std::string& source) {
+        const virtualphone::PhoneDescription phone = virtualphone::ReadPhoneFile(source);
+        const analysis::PhoneCheck check = analysis::Check(phone);
+        PrintOut([&](std::ostream& out) {
+            PrintPhoneCheck(out, virtualphone::InputName(source), phone, check, OutputStyle());
+        });
+        return !check.bad();
+    });
 }
 
 struct TextOptions {
@@ -79,17 +71,14 @@ int RunFromDevice(const FromDeviceOptions& options) {
     if (options.output == "-") {
         throw std::runtime_error("standard output has no room for side files; -o takes the name of a file");
     }
-    const virtualphone::PhoneDescription like =
-        options.like.empty() ? virtualphone::ParsePhone(virtualphone::StartingPhoneFile(), "", "phone new")
-                             : virtualphone::ReadPhoneFile(options.like);
+    const LikePhone like = ReadLikePhone(options.like);
     const std::vector<analysis::PulledFile> files = ReadPulledFolder(options.folder);
     std::vector<std::filesystem::path> inputs = {options.like};
     for (const analysis::PulledFile& file : files) {
         inputs.push_back(std::filesystem::path(options.folder) / file.path);
     }
     CheckIsNoInput(options.output, inputs);
-    analysis::DevicePull pull =
-        analysis::PhoneFromDevice(files, like, options.like.empty() ? "`zvcam phone new`" : options.like);
+    analysis::DevicePull pull = analysis::PhoneFromDevice(files, like.phone, like.name);
     if (!pull.trouble.empty()) {
         throw std::runtime_error(options.folder + ": " + pull.trouble);
     }

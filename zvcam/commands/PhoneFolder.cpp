@@ -13,6 +13,7 @@
 #include "formats/EepromDump.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
+#include "zvcam/commands/Files.h"
 #include "zvcam/commands/Output.h"
 
 namespace zvcam {
@@ -147,13 +148,12 @@ std::vector<analysis::PulledFile> ReadPulledFolder(const fs::path& folder) {
     return pulled;
 }
 
-void CheckIsNew(const fs::path& path, bool force) {
-    std::error_code error;
-    // A pipe or a device stays one.
-    if (!force && path != "-" && fs::exists(fs::symlink_status(path, error)) &&
-        !fs::is_other(fs::status(path, error))) {
-        throw std::runtime_error("cannot write " + path.string() + ": it exists; --force replaces it");
+LikePhone ReadLikePhone(const std::string& file) {
+    if (file.empty()) {
+        return {.phone = virtualphone::ParsePhone(virtualphone::StartingPhoneFile(), "", "phone new"),
+                .name = "`zvcam phone new`"};
     }
+    return {.phone = virtualphone::ReadPhoneFile(file), .name = file};
 }
 
 void WritePhone(const fs::path& path, const virtualphone::PhoneDescription& phone, bool force) {

@@ -110,12 +110,13 @@ PageSection Tags(const record::BootRecord& boot, const std::vector<analysis::Dev
         }
         const std::string origin =
             HexNumber(tag.tag) + (row == nullptr ? "" : std::string(" by ") + row->operation.name);
-        table.row({Markup(row == nullptr ? "unknown" : row->name) + " " +
-                       Element("span", {{"class", "quiet"}}, origin),
-                   DevicesText(shared.merges, boot, devices),
-                   std::string(TypeName(tag.values.type())) + "[" + std::to_string(tag.values.count()) + "]",
-                   Values(ValueLines(tag))},
-                  {{"data-kind", kinds}});
+        table.row(
+            {Markup(row == nullptr ? "unknown" : row->name) + " " +
+                 Element("span", {{"class", "quiet"}}, origin),
+             DevicesText(shared.merges, boot, devices),
+             std::string(tables::NameOf(tag.values.type())) + "[" + std::to_string(tag.values.count()) + "]",
+             Values(ValueLines(tag))},
+            {{"data-kind", kinds}});
     }
     return Section("tags", "Tags", tags.size(), table);
 }

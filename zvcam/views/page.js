@@ -7,14 +7,25 @@ const state = () => {
   return new URLSearchParams(fragment.includes('=') ? fragment : '');
 };
 
-const remember = values => {
-  const wanted = state();
-  for (const [name, value] of Object.entries(values)) {
-    value === '' ? wanted.delete(name) : wanted.set(name, value);
-  }
-  const text = wanted.toString().replaceAll('%3A', ':');
-  history.replaceState(null, '', text === '' ? location.pathname + location.search : '#' + text);
-};
+// Browsers refuse an address that changes with every key, so it follows when the keys rest.
+const remember = (() => {
+  let changes = {};
+  let timer = 0;
+  const store = () => {
+    const wanted = state();
+    for (const [name, value] of Object.entries(changes)) {
+      value === '' ? wanted.delete(name) : wanted.set(name, value);
+    }
+    const text = wanted.toString().replaceAll('%3A', ':');
+    history.replaceState(null, '', text === '' ? location.pathname + location.search : '#' + text);
+    changes = {};
+  };
+  return values => {
+    Object.assign(changes, values);
+    clearTimeout(timer);
+    timer = setTimeout(store, 150);
+  };
+})();
 
 // The search box filters the rows of the tables.
 (() => {
