@@ -117,6 +117,7 @@ void AddMemory(const Boot& boot, int index, Module& module) {
     }
     const std::vector<std::uint8_t>& image =
         boot.phone->sensors[static_cast<std::size_t>(index)].eeprom->image;
+    module.image = image;
     module.memory = MemoryOf(image, formats::FindEepromLayout(image), module.role);
     if (module.memory->layout != nullptr) {
         module.layoutOfThisChip = IsLayoutOf(module.memory->layout->eepromName, module.chip);

@@ -39,13 +39,14 @@ struct Module {
     std::optional<ModuleMemory> memory;    ///< none where it was not read, or the boot has no description
     std::string fuseId;                    ///< as published, upper-case hexadecimal
     std::string focusPoints;               ///< as published
+    formats::ImageBytes image;             ///< of its memory; empty where there is no `memory`
     std::optional<bool> layoutOfThisChip;  ///< none without a layout
 
     bool fitted() const { return !chip.empty(); }
 };
 
 /// The modules by ascending role, those that are not fitted included. Empty where the boot did not come to
-/// name them.
+/// name them. They point into `boot`.
 std::vector<Module> ModulesOf(const Boot& boot);
 
 /// What an image says of its module.

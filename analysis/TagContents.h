@@ -23,6 +23,8 @@ struct StreamRow {
     std::optional<std::int64_t> direction;    ///< none in lists of durations, which are about outputs
     std::optional<std::int64_t> minDuration;  ///< of a frame, nanoseconds
     std::optional<std::int64_t> stall;        ///< nanoseconds
+
+    friend bool operator==(const StreamRow&, const StreamRow&) = default;
 };
 
 /// The rows of a stream list; none for other tags, and for a list that ends in the middle of a row.
@@ -32,6 +34,8 @@ std::optional<std::vector<StreamRow>> StreamRowsOf(const record::Tag& tag);
 struct OfferedStream {
     StreamRow row;       ///< with the durations of an output
     bool again = false;  ///< the same format, size and direction stands further up
+
+    friend bool operator==(const OfferedStream&, const OfferedStream&) = default;
 };
 
 /// The configurations of a metadata set with their durations: the n-th of a format and size has the n-th

@@ -20,6 +20,9 @@ bench libbenchmark-dev   header  benchmark/benchmark.h
 bench libboost-dev       header  boost/crc.hpp
 clang clang              program clang++
 clang libclang-rt-dev    runtime fuzzer
+page  chromium           program chromium
+page  chromium-driver    program chromedriver
+page  python3-selenium   module  selenium
 check clang-format       program clang-format
 check clang-tidy         program clang-tidy
 check python3            program python3
@@ -56,7 +59,7 @@ missing_packages() {
     done
 }
 
-# install_dependencies PURPOSE...: build, test, bench, clang, check, cover, package.
+# install_dependencies PURPOSE...: build, test, page, bench, clang, check, cover, package.
 install_dependencies() {
     local missing as_root=()
     mapfile -t missing < <(missing_packages "$@")

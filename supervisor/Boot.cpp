@@ -21,13 +21,17 @@
 
 namespace supervisor {
 
+using virtualphone::DeviceFiles;
+
 struct RunningBoot::State {
     State(virtualphone::PhoneDescription phone, const BootOptions& options)
         : name(phone.name),
           timeout(options.timeout),
           description(options.describe ? virtualphone::PhoneFileText(phone) : ""),
           files(options.root.empty() ? temporary.emplace().path() : options.root, phone.files,
-                options.cleanRoot),
+                options.root.empty() ? DeviceFiles::Root::Fresh
+                : options.cleanRoot  ? DeviceFiles::Root::Emptied
+                                     : DeviceFiles::Root::Kept),
           log(options.recordLimit),
           timer(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC), "cannot make a timer"),
           events(epoll_create1(EPOLL_CLOEXEC), "cannot make a poll") {
@@ -68,7 +72,7 @@ struct RunningBoot::State {
     std::chrono::milliseconds timeout;
     std::string description;
     std::optional<virtualphone::TemporaryFolder> temporary;
-    virtualphone::DeviceFiles files;
+    DeviceFiles files;
     SharedLog log;
     File timer;
     File events;

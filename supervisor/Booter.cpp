@@ -19,6 +19,8 @@
 
 namespace supervisor {
 
+using virtualphone::DeviceFiles;
+
 struct Booter::State {
     explicit State(BootOptions bootOptions) : options(std::move(bootOptions)) {
         if (options.root.empty()) {
@@ -26,22 +28,17 @@ struct Booter::State {
             options.root = temporary.emplace().path();
         }
         options.cleanRoot = true;
-        layFiles({});
-        startServer();
+        useRoot();
+        server = PluginServer::Start(options.library, options.timeout, *files, log);
     }
 
-    void layFiles(const std::map<std::string, std::vector<std::uint8_t>>& contents) {
-        // The root is one phone's at a time.
-        files.reset();
-        files = std::make_unique<virtualphone::DeviceFiles>(options.root, contents, /*clean=*/true);
-    }
-
-    void startServer() { server = PluginServer::Start(options.library, options.timeout, *files, log); }
+    void useRoot() { files.emplace(options.root, DeviceFiles::Contents(), DeviceFiles::Root::Fresh); }
 
     std::optional<EndingWaits> endingWaits;  ///< first to come and last to go
     BootOptions options;
     std::optional<virtualphone::TemporaryFolder> temporary;
-    std::unique_ptr<virtualphone::DeviceFiles> files;
+    std::optional<DeviceFiles> files;
+    DeviceFiles::Traces traces;  ///< of the last boot; nothing is known of the root at first
     SharedLog log{options.recordLimit};
     std::unique_ptr<PluginServer> server;
 };
@@ -55,13 +52,16 @@ record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone) {
     const EndingWaits endingWaits;
     std::optional<Child> child;
     if (state.server) {
-        state.layFiles(phone.files);
+        state.files->renew(phone.files, std::exchange(state.traces, {}));
         state.log.clear();
         child = state.server->boot(phone);
     }
     if (!child) {
+        // The root is one phone's at a time.
         state.files.reset();
-        return Boot(phone, state.options);
+        record::BootRecord boot = Boot(phone, state.options);
+        state.useRoot();
+        return boot;
     }
     const File process(static_cast<int>(syscall(SYS_pidfd_open, child->id(), 0)), "cannot watch a process");
     const bool ended = WaitFor(process.get(), state.options.timeout);
@@ -75,7 +75,7 @@ record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone) {
     if (state.options.describe) {
         boot.description = virtualphone::PhoneFileText(phone);
     }
-    state.files->tell(boot);
+    state.traces = state.files->tell(boot);
     return boot;
 }
 

@@ -16,6 +16,7 @@ inline constexpr int kStabilisedRole = camera_role::kBackMain;
 
 /// A number that a module keeps for its stabiliser, high byte first.
 struct StabiliserField {
+    const char* name;
     int offset;  ///< in the EEPROM image, bytes
     int size;    ///< 1 or 2 bytes
     /// Sensitivities are burned as differences from a base of the maker's.
@@ -25,12 +26,12 @@ struct StabiliserField {
 /// In the order in which the parameters are read and handed on: gain X and Y, third and fourth parameter,
 /// sensitivity X and Y (fixed point with 12 fraction bits).
 inline constexpr std::array<StabiliserField, 6> kStabiliserFields = {{
-    {.offset = 0x20F2, .size = 2},
-    {.offset = 0x2112, .size = 2},
-    {.offset = 0x20F4, .size = 1},
-    {.offset = 0x2114, .size = 1},
-    {.offset = 0x210D, .size = 1, .isSensitivity = true},
-    {.offset = 0x212D, .size = 1, .isSensitivity = true},
+    {.name = "gain X", .offset = 0x20F2, .size = 2},
+    {.name = "gain Y", .offset = 0x2112, .size = 2},
+    {.name = "third parameter", .offset = 0x20F4, .size = 1},
+    {.name = "fourth parameter", .offset = 0x2114, .size = 1},
+    {.name = "sensitivity X", .offset = 0x210D, .size = 1, .isSensitivity = true},
+    {.name = "sensitivity Y", .offset = 0x212D, .size = 1, .isSensitivity = true},
 }};
 
 static_assert(std::all_of(kStabiliserFields.begin(), kStabiliserFields.end(),

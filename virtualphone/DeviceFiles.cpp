@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <fcntl.h>
 #include <fstream>
+#include <string_view>
 #include <system_error>
 #include <thread>
+#include <unistd.h>
 #include <utility>
 
 #include "platform/DevicePath.h"
@@ -25,6 +28,9 @@ constexpr const char* kCameraDataFolder = "/data/vendor/camera";
 
 constexpr fs::perms kLaidMode =
     fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read;
+
+/// What boots have put under a root, each path with a zero byte behind it.
+constexpr const char* kList = "/.virtualphone";
 
 /// The clock of file times may stand still for so long: what is written twice meanwhile has one time.
 constexpr std::chrono::milliseconds kClockStep{10};
@@ -57,44 +63,40 @@ fs::path UsableRoot(const fs::path& root) {
     return absolute;
 }
 
+/// Every folder that laying `files` makes, by ascending path.
+std::set<std::string> FoldersOf(const DeviceFiles::Contents& files) {
+    std::set<std::string> folders;
+    const auto add = [&folders](std::string_view folder) {
+        while (folder.size() > 1 && folders.emplace(folder).second) {
+            folder = folder.substr(0, folder.rfind('/'));
+        }
+    };
+    add(kCameraDataFolder);
+    for (const auto& file : files) {
+        add(std::string_view(file.first).substr(0, file.first.rfind('/')));
+    }
+    return folders;
+}
+
 }  // namespace
 
-DeviceFiles::DeviceFiles(const fs::path& root, const std::map<std::string, std::vector<std::uint8_t>>& files,
-                         bool clean)
-    : mRoot(UsableRoot(root)), mPrefix(mRoot.string()) {
+DeviceFiles::DeviceFiles(const fs::path& root, const Contents& files, Root use)
+    : mRoot(UsableRoot(root)), mPrefix(mRoot.string()), mUse(use) {
     auto lock = FolderLock::Take(mRoot, FolderLock::OtherOwner::Refuse);
     if (!lock) {
         FailRoot(mRoot,
                  errno == EWOULDBLOCK ? "another phone has it" : std::generic_category().message(errno));
     }
     mLock = std::make_unique<FolderLock>(std::move(*lock));
-    if (clean) {
-        std::error_code error;
-        for (fs::directory_iterator entry(mRoot, error); !error && entry != fs::directory_iterator();
-             entry.increment(error)) {
-            fs::remove_all(entry->path(), error);
-            if (error) {
-                break;
-            }
-        }
-        if (error) {
-            FailRoot(mRoot, "it cannot be emptied: " + error.message());
-        }
+    if (use == Root::Emptied) {
+        empty();
+    } else if (use == Root::Kept) {
+        readList();
     }
-    makeFolders(kCameraDataFolder);
-    for (const auto& [path, bytes] : files) {
-        lay(path, bytes);
-    }
-    // What cannot be read is foreign, and said after the run only if it changed.
-    std::vector<std::string> ignored;
-    mAtStart = readTree(ignored);
-    mForeignFiles =
-        static_cast<std::size_t>(std::count_if(mAtStart.begin(), mAtStart.end(), [&files](const auto& file) {
-            return !files.contains(file.first);
-        }));
+    layAll(files);
     // A file that an earlier boot has only just written must show when this one writes it again.
     const fs::file_time_type now = fs::file_time_type::clock::now();
-    if (std::any_of(mAtStart.begin(), mAtStart.end(), [now](const auto& file) {
+    if (std::any_of(mAtStart.files.begin(), mAtStart.files.end(), [now](const auto& file) {
             return file.second.written > now - kClockStep && file.second.written <= now;
         })) {
         std::this_thread::sleep_for(kClockStep);
@@ -102,6 +104,20 @@ DeviceFiles::DeviceFiles(const fs::path& root, const std::map<std::string, std::
 }
 
 DeviceFiles::~DeviceFiles() = default;
+
+void DeviceFiles::empty() const {
+    std::error_code error;
+    for (fs::directory_iterator entry(mRoot, error); !error && entry != fs::directory_iterator();
+         entry.increment(error)) {
+        fs::remove_all(entry->path(), error);
+        if (error) {
+            break;
+        }
+    }
+    if (error) {
+        FailRoot(mRoot, "it cannot be emptied: " + error.message());
+    }
+}
 
 void DeviceFiles::makeFolders(const fs::path& phonePath) const {
     std::error_code error;
@@ -111,9 +127,39 @@ void DeviceFiles::makeFolders(const fs::path& phonePath) const {
     }
 }
 
+void DeviceFiles::layAll(const Contents& files) {
+    makeFolders(kCameraDataFolder);
+    std::vector<std::string> paths;
+    for (const auto& [path, bytes] : files) {
+        if (mUse == Root::Kept) {
+            refuseToLayOver(path, bytes);
+        }
+        makeFolders(fs::path(path).parent_path());
+        lay(path, bytes);
+        paths.push_back(path);
+    }
+    list(paths);
+    // What cannot be read is foreign, and said after the run only if it changed.
+    std::vector<std::string> ignored;
+    mAtStart = readTree(ignored);
+    mForeignFiles = static_cast<std::size_t>(
+        std::count_if(mAtStart.files.begin(), mAtStart.files.end(),
+                      [&files](const auto& file) { return !files.contains(file.first); }));
+}
+
+void DeviceFiles::refuseToLayOver(const std::string& phonePath,
+                                  const std::vector<std::uint8_t>& bytes) const {
+    const fs::path path = locate(phonePath.c_str());
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(path, error);
+    if (fs::exists(status) && !fs::is_directory(status) && !mListed.contains(phonePath) &&
+        !(fs::is_regular_file(status) && ReadWholeFile(path, /*regularOnly=*/true).bytes == bytes)) {
+        Fail(phonePath, "lay the file", "one that no boot has put there is there");
+    }
+}
+
 void DeviceFiles::lay(const std::string& phonePath, const std::vector<std::uint8_t>& bytes) const {
     const fs::path path = locate(phonePath.c_str());
-    makeFolders(fs::path(phonePath).parent_path());
     std::error_code error;
     if (fs::is_directory(fs::symlink_status(path, error))) {
         Fail(phonePath, "lay the file", "a folder of that name is there");
@@ -134,6 +180,41 @@ void DeviceFiles::lay(const std::string& phonePath, const std::vector<std::uint8
     fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::seconds(1), error);
 }
 
+void DeviceFiles::renew(const Contents& files, const Traces& traces) {
+    const std::set<std::string> folders = FoldersOf(files);
+    if (traces.more ||
+        !std::equal(folders.begin(), folders.end(), mAtStart.folders.begin(), mAtStart.folders.end(),
+                    [](const std::string& path, const auto& folder) { return path == folder.first; })) {
+        empty();
+        layAll(files);
+        return;
+    }
+    const auto remove = [this](const std::string& path) {
+        if (std::error_code error; !fs::remove(locate(path.c_str()), error)) {
+            FailRoot(mRoot, path + " cannot be removed: " + error.message());
+        }
+        mAtStart.files.erase(path);
+    };
+    for (const std::string& path : traces.files) {
+        remove(path);
+    }
+    for (auto file = mAtStart.files.begin(); file != mAtStart.files.end();) {
+        const std::string path = (file++)->first;
+        if (!files.contains(path)) {
+            remove(path);
+        }
+    }
+    for (const auto& [path, bytes] : files) {
+        FileState& state = mAtStart.files[path];
+        if (state.mode == 0 || state.bytes != bytes) {
+            lay(path, bytes);
+            state.mode = static_cast<unsigned>(kLaidMode);
+            state.bytes = bytes;
+            state.written = fs::last_write_time(locate(path.c_str()));
+        }
+    }
+}
+
 DeviceFiles::Tree DeviceFiles::readTree(std::vector<std::string>& troubles) const {
     Tree tree;
     std::vector<fs::path> folders{mRoot};
@@ -145,22 +226,31 @@ DeviceFiles::Tree DeviceFiles::readTree(std::vector<std::string>& troubles) cons
              entry.increment(error)) {
             std::error_code gone;
             const fs::file_status status = entry->symlink_status(gone);
+            const std::string path = entry->path().string();
+            const std::string phonePath = path.substr(mPrefix.size());
+            const auto mode = static_cast<unsigned>(status.permissions());
             if (fs::is_directory(status)) {
                 folders.push_back(entry->path());
+                tree.folders[phonePath] = mode;
             } else if (fs::is_regular_file(status)) {
-                const std::string path = entry->path().string();
+                if (phonePath == kList && mUse != Root::Fresh) {
+                    continue;
+                }
                 FileContent content = ReadWholeFile(path, /*regularOnly=*/true);
-                FileState& state = tree[path.substr(mPrefix.size())];
-                state = {.mode = static_cast<unsigned>(status.permissions()),
+                FileState& state = tree.files[phonePath];
+                state = {.mode = mode,
                          .bytes = std::move(content.bytes),
                          .error = std::move(content.error),
                          .size = 0,
                          .written = {}};
                 state.written = entry->last_write_time(gone);
                 state.size = state.error.empty() ? 0 : entry->file_size(gone);
+            } else {
+                tree.others = true;
             }
         }
         if (error) {
+            tree.others = true;
             troubles.push_back(folder.string().substr(mPrefix.size()) +
                                "/: cannot be listed: " + error.message());
         }
@@ -173,20 +263,56 @@ bool DeviceFiles::FileState::isAs(const FileState& before) const {
            (error.empty() || written == before.written);
 }
 
-void DeviceFiles::tell(record::BootRecord& boot) const {
+DeviceFiles::Traces DeviceFiles::tell(record::BootRecord& boot) const {
     boot.foreignFiles = mForeignFiles;
-    for (auto& [path, state] : readTree(boot.troubles)) {
-        const auto before = mAtStart.find(path);
-        const bool asBefore = before != mAtStart.end() && state.isAs(before->second);
+    Tree tree = readTree(boot.troubles);
+    Traces traces{.files = {}, .more = tree.others || tree.folders != mAtStart.folders};
+    std::size_t stayed = 0;
+    for (auto& [path, state] : tree.files) {
+        const auto before = mAtStart.files.find(path);
+        stayed += before == mAtStart.files.end() ? 0 : 1;
+        const bool asBefore = before != mAtStart.files.end() && state.isAs(before->second);
         if (asBefore && state.written == before->second.written) {
             continue;
         }
+        traces.files.push_back(path);
         if (state.error.empty()) {
             (asBefore ? boot.rewritten : boot.files)
                 .push_back({.path = path, .mode = state.mode, .bytes = std::move(state.bytes)});
         } else {
             boot.troubles.push_back(path + ": changed, and cannot be read: " + state.error);
         }
+    }
+    traces.more |= stayed < mAtStart.files.size();
+    list(traces.files);
+    return traces;
+}
+
+void DeviceFiles::readList() {
+    const std::vector<std::uint8_t> bytes = ReadWholeFile(locate(kList), /*regularOnly=*/true).bytes;
+    for (auto start = bytes.begin(); start != bytes.end();) {
+        const auto end = std::find(start, bytes.end(), '\0');
+        mListed.emplace(start, end);
+        start = end == bytes.end() ? end : end + 1;
+    }
+}
+
+void DeviceFiles::list(const std::vector<std::string>& phonePaths) const {
+    if (mUse == Root::Fresh) {
+        return;
+    }
+    std::string added;
+    for (const std::string& path : phonePaths) {
+        if (!mListed.contains(path)) {
+            added += path + '\0';
+        }
+    }
+    // The plug-in may have put a link or a pipe there.
+    const int file = open(locate(kList).c_str(),
+                          O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0644);
+    if (file >= 0) {
+        [[maybe_unused]] const ssize_t written = write(file, added.data(), added.size());
+        close(file);
     }
 }
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -18,17 +19,37 @@ class FolderLock;
 /// The phone's file system under its root folder.
 class VIRTUALPHONE_API DeviceFiles {
   public:
-    /// Makes the root and the camera's data folder, and lays `files` (content by phone path) with mode 0644.
-    /// @param clean removes first whatever lies under the root. Links are removed, not followed.
+    using Contents = std::map<std::string, std::vector<std::uint8_t>>;  ///< by phone path
+
+    /// What lies under the root already.
+    enum class Root {
+        Fresh,   ///< nothing, and nobody will use it again
+        Kept,    ///< stays; a file that no boot has laid or written is not laid over
+        Emptied  ///< is removed first; links are removed, not followed
+    };
+
+    /// Makes the root and the camera's data folder, and lays `files` with mode 0644. A root that may be used
+    /// again gets a list of the files that boots put there, "/.virtualphone".
     /// @throws PhoneFileError when that fails, or another phone has the root; of what lies under the root it
     /// names the phone's path.
-    DeviceFiles(const std::filesystem::path& root,
-                const std::map<std::string, std::vector<std::uint8_t>>& files, bool clean = false);
+    DeviceFiles(const std::filesystem::path& root, const Contents& files, Root use = Root::Kept);
+
+    /// What a boot has left of the tree.
+    struct Traces {
+        std::vector<std::string> files;  ///< paths of files that changed, came or were written again
+        bool more = true;  ///< anything else: files that went, folders, links, what is unreadable
+    };
 
     /// Tells what became of the regular files since they were laid: `files`, `rewritten` and `foreignFiles`
     /// of the record, and a line of its `troubles` for each file or folder that cannot be read. Symbolic
     /// links are not followed.
-    void tell(record::BootRecord& boot) const;
+    Traces tell(record::BootRecord& boot) const;
+
+    /// Makes the tree what it would be if it were emptied and `files` were laid, but touches only what
+    /// differs.
+    /// @param traces what `tell` has found, or the default when that is not known.
+    /// @throws PhoneFileError; the tree is then any.
+    void renew(const Contents& files, const Traces& traces);
 
     /// Where a phone path lies.
     std::string locate(const char* phonePath) const { return mPrefix + phonePath; }
@@ -49,16 +70,28 @@ class VIRTUALPHONE_API DeviceFiles {
         /// A file that cannot be read is told from its like by what the folder says of it.
         bool isAs(const FileState& before) const;
     };
-    using Tree = std::map<std::string, FileState>;
+    /// All under the root, by phone path.
+    struct Tree {
+        std::map<std::string, FileState> files;   ///< regular ones
+        std::map<std::string, unsigned> folders;  ///< with their modes
+        bool others = false;                      ///< links, pipes, what cannot be listed
+    };
 
-    void lay(const std::string& phonePath, const std::vector<std::uint8_t>& bytes) const;
     void makeFolders(const std::filesystem::path& phonePath) const;
-    /// All regular files by phone path.
+    void empty() const;
+    void layAll(const Contents& files);
+    void lay(const std::string& phonePath, const std::vector<std::uint8_t>& bytes) const;
+    void refuseToLayOver(const std::string& phonePath, const std::vector<std::uint8_t>& bytes) const;
     Tree readTree(std::vector<std::string>& troubles) const;
+    void readList();
+    /// Adds to the list of files that boots put there, in the root too.
+    void list(const std::vector<std::string>& phonePaths) const;
 
     std::filesystem::path mRoot;
     std::string mPrefix;
+    Root mUse;
     std::unique_ptr<FolderLock> mLock;
+    std::set<std::string> mListed;
     Tree mAtStart;
     std::size_t mForeignFiles = 0;
 };

@@ -57,8 +57,17 @@ const std::map<std::string, void (*)()> kDeeds = {
              Log("flood");
          }
      }},
-#include <filesystem>
-#include <fstream>
+    {"log", [] { Log("when loaded"); }},
+    {"thread", [] { std::thread([] { pause(); }).detach(); }},
+    {"litter",
+     [] {
+         const std::string root = DevicePath("");
+         std::filesystem::create_directory_symlink("/", root + "/link");
+         std::filesystem::create_directories(root + "/laid by none/folder");
+         std::filesystem::remove(root + "/laid");
+         std::filesystem::create_directory(root + "/laid");
+     }},
+    {"make a file", [] { std::ofstream(DevicePath("/data/vendor/camera/made")) << "made"; }},
     {"fill a file",
      [] {
          const std::string path = DevicePath("/data/vendor/camera/large");

@@ -1,6 +1,9 @@
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <map>
+#include <set>
+#include <sstream>
 #include <sys/stat.h>
 
 #include "platform/DevicePath.h"
@@ -80,16 +83,100 @@ TEST(DeviceFiles, ChangesInContentOrMode) {
                 testing::ElementsAre("/b 0644 32", "/c 0700 31", "/data/vendor/camera/new 0400 ABCD"));
 }
 
-TEST(DeviceFiles, AnUsedRootKeepsItsFilesAndTakesFreshOnes) {
+/// What a person has put into a root is never laid over; what boots have put there is.
+TEST(DeviceFiles, AUsedRootKeepsWhatIsItsOwners) {
     const virtualphone::TemporaryFolder root;
-    std::ofstream(root.path() / "kept") << "kept";
-    fs::create_symlink("elsewhere", root.path() / "a");
+    const fs::path& path = root.path();
+    std::ofstream(path / "kept") << "kept";
+    std::ofstream(path / "same") << "1";
     record::Recorder recorder;
-    const virtualphone::VirtualPhone phone(PhoneBuilder().file("/a", {1}).description(), root.path() / "",
-                                           recorder);
-    EXPECT_FALSE(fs::exists(root.path() / "elsewhere"));
-    EXPECT_THAT(Changes(phone), testing::IsEmpty());
-    EXPECT_EQ(DevicePath("/a"), root.path().string() + "/a");
+    const auto boot = [&](const PhoneBuilder& builder) {
+        return virtualphone::VirtualPhone(builder.description(), path / "", recorder);
+    };
+    const auto errorOf = [&](const PhoneBuilder& builder) {
+        return PhoneFileErrorOf([&] { boot(builder); });
+    };
+    {
+        const virtualphone::VirtualPhone phone = boot(PhoneBuilder().file("/a", {1}).file("/same", {'1'}));
+        EXPECT_EQ(DevicePath("/a"), path.string() + "/a");
+        EXPECT_THAT(Changes(phone), testing::IsEmpty());
+        std::ofstream(path / "written") << "by the boot";
+        EXPECT_THAT(Changes(phone), testing::SizeIs(1));
+    }
+    boot(PhoneBuilder().file("/a", {2}).file("/same", {2}).file("/written", {2}));
+    const std::string notOurs = ": cannot lay the file: one that no boot has put there is there";
+    EXPECT_EQ(errorOf(PhoneBuilder().file("/kept", {1})), "/kept" + notOurs);
+    fs::create_symlink("elsewhere", path / "link");
+    EXPECT_EQ(errorOf(PhoneBuilder().file("/link", {1})), "/link" + notOurs);
+    EXPECT_FALSE(fs::exists(path / "elsewhere"));
+    // A list that is a link leads nowhere.
+    fs::remove(path / ".virtualphone");
+    fs::create_symlink("elsewhere", path / ".virtualphone");
+    boot(PhoneBuilder().file("/b", {1}));
+    EXPECT_FALSE(fs::exists(path / "elsewhere"));
+}
+
+/// However the tree was before, it becomes what a fresh one would be.
+TEST(DeviceFiles, RenewedTheyAreAsFreshOnes) {
+    using Files = virtualphone::DeviceFiles;
+    const std::vector<Files::Contents> phones = {
+        {{"/a", {1}}, {"/b", {1}}},
+        {{"/a", {2}}, {"/b", {1}}},
+        {{"/b", {1}}, {"/d/e", {3}}},
+        {{"/d", {4}}},
+        {},
+    };
+    const std::vector<std::function<void(const fs::path&)>> boots = {
+        [](const fs::path&) {},
+        [](const fs::path& root) { std::ofstream(root / "new") << "x"; },
+        [](const fs::path& root) { std::ofstream(root / "b") << "x"; },
+        [](const fs::path& root) { fs::remove(root / "a"), fs::remove(root / "b"); },
+        [](const fs::path& root) { fs::create_directories(root / "new" / "folder"); },
+        [](const fs::path& root) { fs::create_symlink("/", root / "link"); },
+        [](const fs::path& root) { fs::permissions(root / "data", fs::perms::owner_all); },
+        [](const fs::path& root) {
+            for (const char* name : {"a", "b"}) {
+                std::error_code none;
+                fs::permissions(root / name, fs::perms::owner_all, none);
+            }
+        },
+    };
+    const auto treeOf = [](const fs::path& root) {
+        std::set<std::string> tree;
+        for (const auto& entry : fs::recursive_directory_iterator(root)) {
+            const auto status = entry.symlink_status();
+            std::stringstream line;
+            line << entry.path().lexically_relative(root) << ' ' << static_cast<int>(status.type()) << ' '
+                 << static_cast<int>(status.permissions()) << ' ';
+            if (entry.is_regular_file()) {
+                line << std::ifstream(entry.path()).rdbuf();
+            }
+            tree.insert(line.str());
+        }
+        return tree;
+    };
+    std::map<std::size_t, std::set<std::string>> fresh;
+    for (std::size_t i = 0; i < phones.size(); ++i) {
+        const virtualphone::TemporaryFolder root;
+        const Files files(root.path(), phones[i], Files::Root::Fresh);
+        fresh[i] = treeOf(root.path());
+    }
+    for (const Files::Contents& first : phones) {
+        for (const auto& boot : boots) {
+            for (std::size_t second = 0; second < phones.size(); ++second) {
+                const virtualphone::TemporaryFolder root;
+                Files files(root.path(), first, Files::Root::Fresh);
+                boot(root.path());
+                record::BootRecord record;
+                files.renew(phones[second], files.tell(record));
+                EXPECT_EQ(treeOf(root.path()), fresh[second]);
+                record::BootRecord none;
+                files.tell(none);
+                EXPECT_THAT(none.files, testing::IsEmpty());
+                EXPECT_THAT(none.rewritten, testing::IsEmpty());
+            }
+        }
+    }
 }
 
 TEST(DeviceFiles, WhatCannotBeLaidIsSaid) {

@@ -313,6 +313,7 @@ TEST_F(Zvcam, ReportAnswersAsThePhoneDoes) {
         for (const std::pair<const char*, const char*>& command :
              std::vector<std::pair<const char*, const char*>>{
                  {"run", ""},
+                 {"run", "--html -"},
                  {"getprop", ""},
                  {"dumpsys", "--device 4"},
                  {"dumpsys", "--provider 7"},

@@ -1,12 +1,16 @@
+#include <filesystem>
 #include <memory>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "analysis/Diagnosis.h"
 #include "record/Report.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Files.h"
 #include "zvcam/commands/Output.h"
+#include "zvcam/views/BootPage.h"
 #include "zvcam/views/DiagnosisView.h"
 
 namespace zvcam {
@@ -16,20 +20,29 @@ namespace {
 struct RunOptions {
     BootOptions boot;
     std::string json;
+    std::string html;
     bool all = false;
 };
 
 int Run(const RunOptions& options) {
-    if (!options.json.empty()) {
-        CheckIsNoInput(options.json, InputsOf(options.boot));
+    const bool isPrinted = options.json != "-" && options.html != "-";
+    if (!options.json.empty() || !options.html.empty()) {
+        const std::vector<std::filesystem::path> inputs = InputsOf(options.boot);
+        CheckOutputs({options.json, options.html}, {inputs.begin(), inputs.end()}, /*force=*/true);
     }
     const analysis::Boot boot = Obtain(options.boot, /*forReport=*/!options.json.empty());
     const int status = ExitStatusOf(boot);
     if (!options.json.empty()) {
         WriteFile(options.json, [&](std::ostream& out) { record::WriteReport(out, boot.record); });
     }
-    if (options.json != "-") {
-        const analysis::Diagnosis diagnosis = analysis::Diagnose(boot);
+    if (!isPrinted && options.html.empty()) {
+        return status;
+    }
+    const analysis::Diagnosis diagnosis = analysis::Diagnose(boot);
+    if (!options.html.empty()) {
+        WriteFile(options.html, [&](std::ostream& out) { WriteBootPage(out, boot, diagnosis); });
+    }
+    if (isPrinted) {
         PrintOut([&](std::ostream& out) {
             (options.all ? PrintEverything : PrintDiagnosis)(out, boot, diagnosis, OutputStyle());
         });
@@ -47,6 +60,11 @@ void AddRunCommand(CLI::App& app, std::function<int()>& chosen) {
     command
         ->add_option("--json", options->json,
                      "Write the complete report to this file; \"-\": print it instead of the diagnosis")
+        ->type_name("FILE")
+        ->check(CheckNotEmpty);
+    command
+        ->add_option("--html", options->html,
+                     "Write a page to look at to this file; \"-\": print it instead of the diagnosis")
         ->type_name("FILE")
         ->check(CheckNotEmpty);
     command->add_flag("--all", options->all, "Print everything that was published too");

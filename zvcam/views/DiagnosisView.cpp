@@ -17,36 +17,8 @@ using analysis::Finding;
 using analysis::Module;
 using analysis::PairDecision;
 
-/// "Phone fieldtrouble: 2 of 3 modules readable, no stabiliser calibration, 38 error lines (6 of them on
-/// every phone)".
-std::string Headline(const analysis::Boot& boot, const Diagnosis& diagnosis) {
-    std::string text =
-        "Phone " + (boot.record.phone.empty() ? "without a name" : Printable(boot.record.phone)) + ": ";
-    const auto fitted = std::count_if(diagnosis.modules.begin(), diagnosis.modules.end(),
-                                      [](const Module& module) { return module.fitted(); });
-    const auto readable =
-        std::count_if(diagnosis.modules.begin(), diagnosis.modules.end(),
-                      [](const Module& module) { return module.reading == Module::Reading::Good; });
-    if (!diagnosis.modules.empty()) {
-        text += std::to_string(readable) + " of " + Counted(static_cast<std::size_t>(fitted), "module") +
-                " readable, ";
-    }
-    const auto uncalibrated =
-        std::count_if(diagnosis.pairs.begin(), diagnosis.pairs.end(),
-                      [](const PairDecision& pair) { return pair.source == PairDecision::Source::None; });
-    if (uncalibrated > 0) {
-        text += Counted(static_cast<std::size_t>(uncalibrated), "pair") + " without calibration, ";
-    }
-    if (diagnosis.stabiliser && !diagnosis.stabiliser->fromFile) {
-        text += "no stabiliser calibration, ";
-    }
-    text += Counted(diagnosis.errorLines, "error line");
-    if (diagnosis.errorLinesOnEveryPhone > 0) {
-        text += diagnosis.errorLinesOnEveryPhone == diagnosis.errorLines
-                    ? " (on every phone)"
-                    : " (" + std::to_string(diagnosis.errorLinesOnEveryPhone) + " of them on every phone)";
-    }
-    return text;
+std::string FileName(const std::string& path) {
+    return path.substr(path.rfind('/') + 1);
 }
 
 std::string ChecksumsText(const analysis::ModuleMemory& memory, const Style& style) {
@@ -100,10 +72,6 @@ void PrintModules(std::ostream& out, const Diagnosis& diagnosis, const Style& st
     table.print(out, 0);
 }
 
-std::string FileName(const std::string& path) {
-    return path.substr(path.rfind('/') + 1);
-}
-
 std::string SourceText(const PairDecision& decision, const Style& style) {
     switch (decision.source) {
         case PairDecision::Source::None:
@@ -127,18 +95,8 @@ void PrintCalibration(std::ostream& out, const Diagnosis& diagnosis, const Style
         if (!decision.path.empty()) {
             table.row({std::exchange(name, ""), std::exchange(source, ""), FileName(decision.path)});
         }
-        for (const analysis::PassedOver& passed : decision.passedOver) {
-            // What explains nothing: modules that carry no block, and files of others beside the pair's own.
-            const bool telling =
-                passed.candidate == "EEPROM"
-                    ? decision.pair->eepromOffset >= 0
-                    : decision.source != PairDecision::Source::Persist || !passed.ofAnotherPair;
-            if (telling) {
-                const std::string candidate =
-                    passed.candidate.ends_with('/') ? passed.candidate : FileName(passed.candidate);
-                table.row({std::exchange(name, ""), std::exchange(source, ""),
-                           "not " + Printable(candidate) + ": " + Printable(passed.reason)});
-            }
+        for (const std::string& reason : ReasonsAgainstOthers(decision)) {
+            table.row({std::exchange(name, ""), std::exchange(source, ""), reason});
         }
         if (!name.empty()) {
             table.row({name, source});
@@ -156,22 +114,10 @@ void PrintCalibration(std::ostream& out, const Diagnosis& diagnosis, const Style
     }
 }
 
-std::size_t MissingCount(const Device& device) {
-    std::size_t count = 0;
-    for (const analysis::MissingTags& missing : device.missing) {
-        count += missing.tags.size();
-    }
-    return count;
-}
-
 void PrintDevices(std::ostream& out, const Diagnosis& diagnosis, const Style& style) {
     if (diagnosis.devices.empty()) {
         out << "Devices: none was updated\n";
         return;
-    }
-    std::map<std::uint32_t, std::vector<std::string>> updates;
-    for (const Device& device : diagnosis.devices) {
-        updates[device.provider].push_back(analysis::DeviceNumber(device.logicalIndex, device.memberId));
     }
     Table table;
     table.row({"Devices", "provider", "role", "tags"});
@@ -187,13 +133,8 @@ void PrintDevices(std::ostream& out, const Diagnosis& diagnosis, const Style& st
                        : style.doubtful(std::to_string(MissingCount(device)) + " missing")});
     }
     table.print(out, 0);
-    for (const auto& [provider, numbers] : updates) {
-        const auto state = diagnosis.endStates.find(provider);
-        if (numbers.size() > 1 && state != diagnosis.endStates.end()) {
-            out << "  Provider " << HexNumber(provider) << " is that of " << Listed(numbers)
-                << ", the later over the earlier: it ends with " << Counted(state->second.size(), "tag")
-                << ".\n";
-        }
+    for (const std::string& note : ProviderNotes(diagnosis)) {
+        out << "  " << note << '\n';
     }
 }
 
@@ -202,31 +143,6 @@ void PrintFindings(std::ostream& out, const Diagnosis& diagnosis, const Style& s
         const bool error = finding.severity == Finding::Severity::Error;
         out << "  " << (error ? style.bad("error") : style.doubtful("warning")) << "  "
             << Printable(finding.about) << ": " << Printable(finding.words) << '\n';
-    }
-}
-
-void PrintEnd(std::ostream& out, const analysis::Boot& boot, const Diagnosis& diagnosis) {
-    out << "Published: "
-        << (diagnosis.storedProperties == 1 ? std::string("1 property")
-                                            : std::to_string(diagnosis.storedProperties) + " properties")
-        << ", " << Counted(boot.record.files.size() + boot.record.rewritten.size(), "file") << ", "
-        << Counted(record::EventsOf<record::ProviderMerge>(boot.record).size(), "device set")
-        << ". `zvcam why` explains each.\n";
-    if (!boot.phone) {
-        out << "The report does not say which phone it was: what its memories hold is not known.\n";
-    }
-    if (const std::string words = ForeignFilesText(boot.record); !words.empty()) {
-        out << words << '\n';
-    }
-    for (const std::string& trouble : boot.record.troubles) {
-        out << "Not known: " << Printable(trouble) << '\n';
-    }
-    if (!diagnosis.idleFaults.empty()) {
-        out << "Faults that were never asked for: ";
-        for (std::size_t i = 0; i < diagnosis.idleFaults.size(); ++i) {
-            out << (i == 0 ? "" : ", ") << Printable(diagnosis.idleFaults[i]);
-        }
-        out << '\n';
     }
 }
 
@@ -291,18 +207,119 @@ std::string ForeignFilesText(const record::BootRecord& boot) {
                      " under the root came from elsewhere; --clean-root removes what is there first.";
 }
 
+std::string Summary(const Diagnosis& diagnosis) {
+    std::string text;
+    const auto fitted = std::count_if(diagnosis.modules.begin(), diagnosis.modules.end(),
+                                      [](const Module& module) { return module.fitted(); });
+    const auto readable =
+        std::count_if(diagnosis.modules.begin(), diagnosis.modules.end(),
+                      [](const Module& module) { return module.reading == Module::Reading::Good; });
+    if (!diagnosis.modules.empty()) {
+        text += std::to_string(readable) + " of " + Counted(static_cast<std::size_t>(fitted), "module") +
+                " readable, ";
+    }
+    const auto uncalibrated =
+        std::count_if(diagnosis.pairs.begin(), diagnosis.pairs.end(),
+                      [](const PairDecision& pair) { return pair.source == PairDecision::Source::None; });
+    if (uncalibrated > 0) {
+        text += Counted(static_cast<std::size_t>(uncalibrated), "pair") + " without calibration, ";
+    }
+    if (diagnosis.stabiliser && !diagnosis.stabiliser->fromFile) {
+        text += "no stabiliser calibration, ";
+    }
+    text += Counted(diagnosis.errorLines, "error line");
+    if (diagnosis.errorLinesOnEveryPhone > 0) {
+        text += diagnosis.errorLinesOnEveryPhone == diagnosis.errorLines
+                    ? " (on every phone)"
+                    : " (" + std::to_string(diagnosis.errorLinesOnEveryPhone) + " of them on every phone)";
+    }
+    return text;
+}
+
+std::size_t MissingCount(const Device& device) {
+    std::size_t count = 0;
+    for (const analysis::MissingTags& missing : device.missing) {
+        count += missing.tags.size();
+    }
+    return count;
+}
+
+std::vector<std::string> ReasonsAgainstOthers(const PairDecision& decision) {
+    std::vector<std::string> reasons;
+    for (const analysis::PassedOver& passed : decision.passedOver) {
+        // What explains nothing: modules that carry no block, and files of others beside the pair's own.
+        const bool telling = passed.candidate == "EEPROM"
+                                 ? decision.pair->eepromOffset >= 0
+                                 : decision.source != PairDecision::Source::Persist || !passed.ofAnotherPair;
+        if (telling) {
+            const std::string candidate =
+                passed.candidate.ends_with('/') ? passed.candidate : FileName(passed.candidate);
+            reasons.push_back("not " + Printable(candidate) + ": " + Printable(passed.reason));
+        }
+    }
+    return reasons;
+}
+
+std::vector<std::string> ProviderNotes(const Diagnosis& diagnosis) {
+    std::map<std::uint32_t, std::vector<std::string>> updates;
+    for (const Device& device : diagnosis.devices) {
+        updates[device.provider].push_back(analysis::DeviceNumber(device.logicalIndex, device.memberId));
+    }
+    std::vector<std::string> notes;
+    for (const auto& [provider, numbers] : updates) {
+        const auto state = diagnosis.endStates.find(provider);
+        if (numbers.size() > 1 && state != diagnosis.endStates.end()) {
+            notes.push_back("Provider " + HexNumber(provider) + " is that of " + Listed(numbers) +
+                            ", the later over the earlier: it ends with " +
+                            Counted(state->second.size(), "tag") + ".");
+        }
+    }
+    return notes;
+}
+
+std::vector<std::string> ClosingNotes(const analysis::Boot& boot, const Diagnosis& diagnosis) {
+    std::vector<std::string> notes = {
+        "Published: " +
+        (diagnosis.storedProperties == 1 ? std::string("1 property")
+                                         : std::to_string(diagnosis.storedProperties) + " properties") +
+        ", " + Counted(boot.record.files.size() + boot.record.rewritten.size(), "file") + ", " +
+        Counted(record::EventsOf<record::ProviderMerge>(boot.record).size(), "device set") +
+        ". `zvcam why` explains each."};
+    if (!boot.phone) {
+        notes.emplace_back(
+            "The report does not say which phone it was: what its memories hold is not known.");
+    }
+    if (const std::string words = ForeignFilesText(boot.record); !words.empty()) {
+        notes.push_back(words);
+    }
+    for (const std::string& trouble : boot.record.troubles) {
+        notes.push_back("Not known: " + Printable(trouble));
+    }
+    if (!diagnosis.idleFaults.empty()) {
+        std::string faults;
+        for (const std::string& fault : diagnosis.idleFaults) {
+            faults += (faults.empty() ? "" : ", ") + Printable(fault);
+        }
+        notes.push_back("Faults that were never asked for: " + faults);
+    }
+    return notes;
+}
+
 void PrintDiagnosis(std::ostream& out, const analysis::Boot& boot, const Diagnosis& diagnosis,
                     const Style& style) {
     if (const std::string ending = EndingText(boot.record); !ending.empty()) {
         out << style.bad("THE BOOT DID NOT RETURN: " + Printable(ending)) << '\n';
     }
-    out << style.bold(Headline(boot, diagnosis)) << '\n';
+    const std::string name = boot.record.phone.empty() ? "without a name" : Printable(boot.record.phone);
+    out << style.bold("Phone " + name + ": " + Summary(diagnosis)) << '\n';
     PrintFindings(out, diagnosis, style);
     out << '\n';
     PrintModules(out, diagnosis, style);
     PrintCalibration(out, diagnosis, style);
     PrintDevices(out, diagnosis, style);
-    PrintEnd(out, boot, diagnosis);
+    for (const std::string& note : ClosingNotes(boot, diagnosis)) {
+        out << note << '\n';
+    }
 }
 
 void PrintEverything(std::ostream& out, const analysis::Boot& boot, const Diagnosis& diagnosis,

@@ -61,18 +61,16 @@ void PrintCheckSums(std::ostream& out, const EepromFindings& findings, const Sty
 }
 
 void PrintStabiliser(std::ostream& out, formats::ImageBytes image) {
-    constexpr std::array<const char*, tables::kStabiliserFields.size()> kNames = {
-        "  gain X",           "  gain Y",        "  third parameter",
-        "  fourth parameter", "  sensitivity X", "  sensitivity Y"};
     const auto parameters = formats::ReadStabiliserParameters(image);
     Table table;
     table.row({"stabiliser", "at", "bytes", "value"});
-    for (std::size_t i = 0; i < kNames.size(); ++i) {
+    for (std::size_t i = 0; i < tables::kStabiliserFields.size(); ++i) {
         const tables::StabiliserField& field = tables::kStabiliserFields[i];
         const auto bytes =
             image.subspan(static_cast<std::size_t>(field.offset), static_cast<std::size_t>(field.size));
         table.row(
-            {kNames[i], Offset(static_cast<std::size_t>(field.offset)), formats::UpperHex(bytes),
+            {std::string("  ") + field.name, Offset(static_cast<std::size_t>(field.offset)),
+             formats::UpperHex(bytes),
              std::to_string(parameters[i]) +
                  (field.isSensitivity ? ", " + std::to_string(parameters[i] - bytes[0]) + " of it the maker's"
                                       : std::string())});

@@ -32,6 +32,8 @@ const char* ClassOf(HtmlTable::Column::Kind kind) {
             return "number";
         case HtmlTable::Column::Kind::Code:
             return "code";
+        case HtmlTable::Column::Kind::Values:
+            return "values";
         case HtmlTable::Column::Kind::Text:
             break;
     }
@@ -151,24 +153,27 @@ std::string IdOf(std::string_view text) {
     return id;
 }
 
-Markup Folded(const Markup& summary, const Markup& content) {
-    return Element("details", {}, Element("summary", {}, summary) + content);
+Markup Folded(const Markup& summary, const Markup& content, bool isLong) {
+    return Element("details", {{"class", isLong ? "long" : ""}}, Element("summary", {}, summary) + content);
 }
 
 Markup Judged(Verdict verdict, const Markup& words) {
     const char* const name = verdict == Verdict::Good ? "good" : verdict == Verdict::Bad ? "bad" : "doubtful";
-    const char* const mark = verdict == Verdict::Good  ? "\u2713 "
-                             : verdict == Verdict::Bad ? "\u2717 "
-                                                       : "\u26A0\uFE0E ";
-    return Element("span", {{"class", name}}, Element("span", {{"aria-hidden", "true"}}, mark) + words);
+    const char* const mark = verdict == Verdict::Good  ? "\u2713"
+                             : verdict == Verdict::Bad ? "\u2717"
+                                                       : "\u26A0\uFE0E";
+    constexpr const char* kNoBreakSpace = "\u00A0";
+    return Element("span", {{"class", name}},
+                   Element("span", {{"aria-hidden", "true"}}, mark) + kNoBreakSpace + words);
 }
 
 void HtmlTable::row(const std::vector<Markup>& cells, Attributes rowAttributes) {
     Markup content;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        const std::string kind = i < mColumns.size() ? ClassOf(mColumns[i].kind) : "";
-        content += i == 0 ? Element("th", {{"scope", "row"}, {"class", kind}}, cells[i])
-                          : Element("td", {{"class", kind}}, cells[i]);
+    for (std::size_t i = 0; i < mColumns.size(); ++i) {
+        const char* const kind = ClassOf(mColumns[i].kind);
+        const Markup cell = i < cells.size() ? cells[i] : Markup();
+        content += i == 0 ? Element("th", {{"scope", "row"}, {"class", kind}}, cell)
+                          : Element("td", {{"class", kind}}, cell);
     }
     mRows += Element("tr", rowAttributes, content);
 }
@@ -176,7 +181,8 @@ void HtmlTable::row(const std::vector<Markup>& cells, Attributes rowAttributes) 
 Markup HtmlTable::markup() const {
     Markup headings;
     for (const Column& column : mColumns) {
-        headings += Element("th", {{"scope", "col"}, {"class", ClassOf(column.kind)}}, column.heading);
+        const bool isNumber = column.kind == Column::Kind::Number;
+        headings += Element("th", {{"scope", "col"}, {"class", isNumber ? "number" : ""}}, column.heading);
     }
     return Element(
         "div", {{"class", "wide"}, {"role", "region"}, {"tabindex", "0"}, {"aria-label", mCaption}},

@@ -64,7 +64,8 @@ std::string IdOf(std::string_view text);
 
 /// What stands behind a fold.
 /// @param summary what is seen of it when it is closed.
-Markup Folded(const Markup& summary, const Markup& content);
+/// @param isLong stays folded on paper too.
+Markup Folded(const Markup& summary, const Markup& content, bool isLong = false);
 
 /// How bad something is: a word and a mark, and a colour beside them.
 enum class Verdict { Good, Doubtful, Bad };
@@ -75,10 +76,11 @@ Markup Judged(Verdict verdict, const Markup& words);
 /// deeper.
 class HtmlTable {
   public:
-    /// A column with numbers is set flush right; one with code, such as bytes and names, in a fixed width.
+    /// Numbers are set flush right, Code (an id, an offset) in a fixed width on one line, Values (which may
+    /// be long) in a fixed width and broken anywhere.
     struct Column {
         Markup heading;
-        enum class Kind { Text, Number, Code } kind = Kind::Text;
+        enum class Kind { Text, Number, Code, Values } kind = Kind::Text;
     };
 
     HtmlTable(std::string caption, std::vector<Column> columns)
@@ -91,7 +93,9 @@ class HtmlTable {
         return *this;
     }
 
-    /// @param rowAttributes class "error" marks what went wrong.
+    /// @param cells one a column; those that are left out at the end are empty.
+    /// @param rowAttributes class "error" marks what went wrong; "data-kind" names further kinds that the row
+    /// is of, parted by blanks.
     void row(const std::vector<Markup>& cells, Attributes rowAttributes = {});
 
     Markup markup() const;
