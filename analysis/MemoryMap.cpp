@@ -1,8 +1,6 @@
 #include "analysis/MemoryMap.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <tuple>
 
 #include "analysis/Calibration.h"
@@ -15,17 +13,12 @@ namespace analysis {
 
 namespace {
 
+using formats::HexNumber;
 using Kind = MarkedRange::Kind;
 using State = MarkedRange::State;
 
 /// The bytes that a module keeps its header id in, whatever its layout.
 constexpr std::size_t kHeaderIdSize = 4;
-
-std::string Hex(std::uint32_t number, int digits) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "0x%0*X", digits, number);
-    return text.data();
-}
 
 /// The ranges of one image as they are found.
 class Marks {
@@ -50,7 +43,7 @@ class Marks {
         const State state = !finding.good() ? State::Bad : empty ? State::Empty : State::Good;
         add(kind, name, offset, size, "", state);
         add(Kind::CheckSum, name + " checksum", static_cast<int>(finding.range.checkSumAddr), 1,
-            Hex(finding.stored, 2) + " stored, " + Hex(finding.computed, 2) + " computed", state);
+            HexNumber(finding.stored, 2) + " stored, " + HexNumber(finding.computed, 2) + " computed", state);
     }
 
     std::vector<MarkedRange> take() {
@@ -68,13 +61,13 @@ class Marks {
 void MarkIdentity(formats::ImageBytes image, const ModuleMemory& memory, Marks& marks) {
     const formats::ModuleIdentity identity = formats::ReadIdentity(image);
     marks.add(Kind::Identity, "maker", tables::kVendorIdOffset, 1,
-              Hex(memory.makerId, 2) + " " + (memory.maker.empty() ? "unknown" : memory.maker));
+              HexNumber(memory.makerId, 2) + " " + (memory.maker.empty() ? "unknown" : memory.maker));
     const EepromCheckSumDesc& layout = memory.layout == nullptr ? tables::kEepromLayouts[0] : *memory.layout;
     marks.add(Kind::Identity, "header id", static_cast<int>(layout.headerIdOffset), kHeaderIdSize,
-              Hex(formats::ReadHeaderId(image, layout), 8) + ", " +
+              HexNumber(formats::ReadHeaderId(image, layout), 8) + ", " +
                   (memory.layout == nullptr ? "of no layout" : memory.layout->eepromName));
-    marks.add(Kind::Identity, "lens id", tables::kLensIdOffset, 1, Hex(identity.lensId, 2));
-    marks.add(Kind::Identity, "sensor id", tables::kSensorIdOffset, 1, Hex(identity.sensorId, 2));
+    marks.add(Kind::Identity, "lens id", tables::kLensIdOffset, 1, HexNumber(identity.lensId, 2));
+    marks.add(Kind::Identity, "sensor id", tables::kSensorIdOffset, 1, HexNumber(identity.sensorId, 2));
 }
 
 void MarkFuseId(formats::ImageBytes image, int role, Marks& marks) {
@@ -92,7 +85,7 @@ void MarkQRCode(int role, const ModuleMemory& memory, formats::ImageBytes image,
             const QRCodeDescriptor& place = row.qrCode;
             const bool valid = formats::ReadQRCode(image, place).has_value();
             marks.add(Kind::QRCode, "QR code flag", place.flagOffset, 1,
-                      Hex(image[static_cast<std::size_t>(place.flagOffset)], 2) +
+                      HexNumber(image[static_cast<std::size_t>(place.flagOffset)], 2) +
                           (valid ? ", there is a code" : ", there is no code"));
             marks.add(Kind::QRCode, "QR code", place.qrCodeOffset, place.qrCodeLength,
                       valid ? memory.qrCode : "not valid");

@@ -14,7 +14,8 @@ FLAGS = [
     "--disable-component-update", "--disable-sync", "--disable-dev-shm-usage", "--hide-scrollbars",
 ]
 
-# The contrast of every piece of text that can be seen, by the formula of WCAG 2: those below 4.5, and how many were looked at.
+# The contrast of text that can be seen, by the formula of WCAG 2, once for elements of the same kind in the same place:
+# those below 4.5, and how many were looked at.
 POOR_CONTRAST = """
 const numbers = colour => colour.match(/[\\d.]+/g).map(Number);
 const luminance = ([r, g, b]) => {
@@ -29,19 +30,21 @@ const ground = element => {
   return [255, 255, 255];
 };
 const poor = new Set();
-let seen = 0;
+const seen = new Set();
+const kindOf = element => element ? `${element.tagName}.${element.getAttribute('class')}` : '';
 for (const element of document.body.querySelectorAll('*')) {
   const own = [...element.childNodes].some(node => node.nodeType === Node.TEXT_NODE && node.data.trim());
-  if (!own || !element.checkVisibility()) continue;
+  const kind = [element, element.parentElement, element.closest('tr'), element.closest('section')].map(kindOf).join(' ');
+  if (!own || seen.has(kind) || !element.checkVisibility()) continue;
+  seen.add(kind);
   const style = getComputedStyle(element);
   const colour = numbers(element instanceof SVGElement ? style.fill : style.color);
   const [light, dark] = [luminance(colour), luminance(ground(element))].sort((a, b) => b - a);
-  seen += 1;
   if ((light + 0.05) / (dark + 0.05) < 4.5) {
-    poor.add(`${element.tagName}.${element.getAttribute('class')} ${colour} on ${ground(element)}`);
+    poor.add(`${kind}: ${colour} on ${ground(element)}`);
   }
 }
-return [seen, [...poor]];
+return [seen.size, [...poor]];
 """
 
 

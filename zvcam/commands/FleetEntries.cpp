@@ -12,7 +12,6 @@
 #include "analysis/DevicePull.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
-#include "zvcam/commands/PhoneFolder.h"
 
 namespace zvcam {
 
@@ -144,16 +143,14 @@ void KeepShard(const Shard& shard, FleetEntries& entries) {
     entries.paths = std::move(kept);
 }
 
-virtualphone::PhoneDescription ReadFleetPhone(const fs::path& path,
-                                              const virtualphone::PhoneDescription& like,
-                                              const std::string& likeName) {
+virtualphone::PhoneDescription ReadFleetPhone(const fs::path& path, const LikePhone& like) {
     std::error_code error;
     if (fs::is_directory(path, error)) {
-        analysis::DevicePull pull = analysis::PhoneFromDevice(ReadPulledFolder(path), like, likeName);
+        analysis::DevicePull pull = analysis::PhoneFromDevice(ReadPulledFolder(path), like.phone, like.name);
         if (!pull.trouble.empty()) {
             throw std::runtime_error(pull.trouble);
         }
-        pull.phone.name = path.filename().string();
+        pull.phone.name = fs::weakly_canonical(path, error).filename().string();
         return std::move(pull.phone);
     }
     const virtualphone::FileContent content = virtualphone::ReadWholeFile(path, /*regularOnly=*/true);

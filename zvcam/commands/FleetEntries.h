@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "virtualphone/PhoneDescription.h"
+#include "zvcam/commands/PhoneFolder.h"
 
 namespace zvcam {
 
@@ -40,10 +41,8 @@ Shard ReadShard(const std::string& text);
 void KeepShard(const Shard& shard, FleetEntries& entries);
 
 /// Reads a phone file or a pulled folder.
-/// @param like what a pulled folder takes its sensors and devices from, and how messages call that.
+/// @param like what a pulled folder takes its sensors and devices from.
 /// @throws std::runtime_error for one that cannot be read.
-virtualphone::PhoneDescription ReadFleetPhone(const std::filesystem::path& path,
-                                              const virtualphone::PhoneDescription& like,
-                                              const std::string& likeName);
+virtualphone::PhoneDescription ReadFleetPhone(const std::filesystem::path& path, const LikePhone& like);
 
 }  // namespace zvcam

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "virtualphone/PhoneFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/FleetCommands.h"
 #include "zvcam/commands/Output.h"
+#include "zvcam/commands/PhoneFolder.h"
 #include "zvcam/commands/Progress.h"
 #include "zvcam/fleet/MadeFolder.h"
 #include "zvcam/fleet/Maker.h"
@@ -28,10 +28,7 @@ struct MakeOptions {
 
 int Run(const MakeOptions& options) {
     const std::vector<TroubleRate> rates = ReadTroubleRates(options.troubles);
-    const FleetMaker maker(options.like.empty()
-                               ? virtualphone::ParsePhone(virtualphone::StartingPhoneFile(), "", "phone new")
-                               : virtualphone::ReadPhoneFile(options.like),
-                           options.seed, rates);
+    const FleetMaker maker(ReadLikePhone(options.like).phone, options.seed, rates);
     MadeFolder folder(options.output, maker.like());
     Progress progress("phones", options.count, options.quiet);
     for (std::uint64_t number = 0; number < options.count; ++number) {

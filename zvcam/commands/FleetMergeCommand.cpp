@@ -1,6 +1,9 @@
+#include <filesystem>
 #include <memory>
 #include <ostream>
+#include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "zvcam/commands/Boots.h"
@@ -19,7 +22,13 @@ struct MergeOptions {
 };
 
 int Run(const MergeOptions& options) {
-    const auto phones = static_cast<std::size_t>(MergeFleets(options.output, options.inputs));
+    std::error_code error;
+    if (std::filesystem::exists(std::filesystem::symlink_status(options.output, error))) {
+        throw std::runtime_error("cannot write " + options.output + ": it exists");
+    }
+    Draft draft(options.output, options.output);
+    const auto phones = static_cast<std::size_t>(MergeFleets(draft.path(), options.inputs));
+    draft.become(options.output, NewFilePermissions());
     PrintOut([&](std::ostream& out) {
         out << Printable(options.output) << ": " << Counted(phones, "phone") << " of "
             << Counted(options.inputs.size(), "database") << '\n';

@@ -8,7 +8,6 @@
 
 #include "analysis/FleetRows.h"
 #include "supervisor/BootPool.h"
-#include "virtualphone/PhoneFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/FleetCommands.h"
 #include "zvcam/commands/FleetEntries.h"
@@ -38,12 +37,7 @@ struct FleetRunOptions {
 class FleetWork {
   public:
     FleetWork(const FleetRunOptions& options, std::filesystem::path folder)
-        : mOptions(options),
-          mFolder(std::move(folder)),
-          mLike(options.like.empty()
-                    ? virtualphone::ParsePhone(virtualphone::StartingPhoneFile(), "", "phone new")
-                    : virtualphone::ReadPhoneFile(options.like)),
-          mLikeName(options.like.empty() ? "`zvcam phone new`" : options.like) {}
+        : mOptions(options), mFolder(std::move(folder)), mLike(ReadLikePhone(options.like)) {}
 
     std::string operator()(const std::string& path, supervisor::Booter& booter) const {
         std::error_code error;
@@ -52,7 +46,7 @@ class FleetWork {
                                       .microseconds = 0};
         analysis::Boot boot;
         try {
-            boot.phone = ReadFleetPhone(mFolder / path, mLike, mLikeName);
+            boot.phone = ReadFleetPhone(mFolder / path, mLike);
         } catch (const std::exception& unread) {
             return RowBytes({analysis::RowOfNotBooted(entry, analysis::NotBooted::Unread, unread.what())});
         }
@@ -67,8 +61,7 @@ class FleetWork {
   private:
     const FleetRunOptions& mOptions;
     std::filesystem::path mFolder;
-    virtualphone::PhoneDescription mLike;
-    std::string mLikeName;
+    LikePhone mLike;
 };
 
 int Run(const FleetRunOptions& options) {

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace zvcam {
 
@@ -28,57 +29,45 @@ void PrintTo(std::ostream& out, const std::string& name, const Print& print) {
     }
 }
 
-/// A file that disappears unless it takes the place of another.
-class Draft {
-  public:
-    /// Beside the file that it is to become, so that it can take its place in one step.
-    Draft(const fs::path& target, const std::string& name) : mPath(target.string() + ".XXXXXX"), mName(name) {
-        const int file = mkstemp(mPath.data());
-        if (file < 0) {
-            ThrowUnwritable(name, errno);
-        }
-        close(file);
-    }
-    ~Draft() {
-        if (!mPath.empty()) {
-            unlink(mPath.c_str());
-        }
-    }
-    Draft(const Draft&) = delete;
-    Draft& operator=(const Draft&) = delete;
-
-    const std::string& path() const { return mPath; }
-
-    void become(const fs::path& target, fs::perms permissions) {
-        std::error_code error;
-        fs::permissions(mPath, permissions, error);
-        if (!error) {
-            fs::rename(mPath, target, error);
-        }
-        if (error) {
-            throw std::runtime_error("cannot write " + mName + ": " + error.message());
-        }
-        mPath.clear();
-    }
-
-  private:
-    std::string mPath;
-    std::string mName;
-};
-
 std::string_view Environment(const char* name) {
     const char* const value = std::getenv(name);
     return value == nullptr ? "" : value;
 }
 
-/// What a new file's permissions are by the process's mask.
+}  // namespace
+
+Draft::Draft(const fs::path& target, std::string name)
+    : mPath(target.string() + ".XXXXXX"), mName(std::move(name)) {
+    const int file = mkstemp(mPath.data());
+    if (file < 0) {
+        ThrowUnwritable(mName, errno);
+    }
+    close(file);
+}
+
+Draft::~Draft() {
+    if (!mPath.empty()) {
+        unlink(mPath.c_str());
+    }
+}
+
+void Draft::become(const fs::path& target, fs::perms permissions) {
+    std::error_code error;
+    fs::permissions(mPath, permissions, error);
+    if (!error) {
+        fs::rename(mPath, target, error);
+    }
+    if (error) {
+        throw std::runtime_error("cannot write " + mName + ": " + error.message());
+    }
+    mPath.clear();
+}
+
 fs::perms NewFilePermissions() {
     const mode_t mask = umask(0);
     umask(mask);
     return static_cast<fs::perms>(0666U & ~mask);
 }
-
-}  // namespace
 
 void PrintOut(const Print& print) {
     PrintTo(std::cout, "standard output", print);

@@ -22,6 +22,30 @@ void PrintOut(const Print& print);
 /// @throws std::runtime_error when it cannot be written.
 void WriteFile(const std::string& path, const Print& print);
 
+/// A new, empty file that disappears unless it takes the place of another.
+class Draft {
+  public:
+    /// Made beside its target, so that it can take its place in one step.
+    /// @param name of the target, for messages.
+    /// @throws std::runtime_error when it cannot be made.
+    Draft(const std::filesystem::path& target, std::string name);
+    ~Draft();
+    Draft(const Draft&) = delete;
+    Draft& operator=(const Draft&) = delete;
+
+    const std::string& path() const { return mPath; }
+
+    /// @throws std::runtime_error when it cannot take that place.
+    void become(const std::filesystem::path& target, std::filesystem::perms permissions);
+
+  private:
+    std::string mPath;
+    std::string mName;
+};
+
+/// The permissions of a new file by the process's mask.
+std::filesystem::perms NewFilePermissions();
+
 /// Refuses to write over an input.
 /// @param inputs the files that were read; empty names are passed over.
 /// @throws std::runtime_error when `path` leads to one of them.

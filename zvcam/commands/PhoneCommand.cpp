@@ -71,17 +71,14 @@ int RunFromDevice(const FromDeviceOptions& options) {
     if (options.output == "-") {
         throw std::runtime_error("standard output has no room for side files; -o takes the name of a file");
     }
-    const virtualphone::PhoneDescription like =
-        options.like.empty() ? virtualphone::ParsePhone(virtualphone::StartingPhoneFile(), "", "phone new")
-                             : virtualphone::ReadPhoneFile(options.like);
+    const LikePhone like = ReadLikePhone(options.like);
     const std::vector<analysis::PulledFile> files = ReadPulledFolder(options.folder);
     std::vector<std::filesystem::path> inputs = {options.like};
     for (const analysis::PulledFile& file : files) {
         inputs.push_back(std::filesystem::path(options.folder) / file.path);
     }
     CheckIsNoInput(options.output, inputs);
-    analysis::DevicePull pull =
-        analysis::PhoneFromDevice(files, like, options.like.empty() ? "`zvcam phone new`" : options.like);
+    analysis::DevicePull pull = analysis::PhoneFromDevice(files, like.phone, like.name);
     if (!pull.trouble.empty()) {
         throw std::runtime_error(options.folder + ": " + pull.trouble);
     }

@@ -148,6 +148,14 @@ std::vector<analysis::PulledFile> ReadPulledFolder(const fs::path& folder) {
     return pulled;
 }
 
+LikePhone ReadLikePhone(const std::string& file) {
+    if (file.empty()) {
+        return {.phone = virtualphone::ParsePhone(virtualphone::StartingPhoneFile(), "", "phone new"),
+                .name = "`zvcam phone new`"};
+    }
+    return {.phone = virtualphone::ReadPhoneFile(file), .name = file};
+}
+
 void WritePhone(const fs::path& path, const virtualphone::PhoneDescription& phone, bool force) {
     const fs::path folderName = path.stem().string() + ".files";
     const fs::path folder = path.parent_path() / folderName;

@@ -13,6 +13,16 @@ namespace zvcam {
 /// @throws std::runtime_error for a folder or a file that cannot be read.
 std::vector<analysis::PulledFile> ReadPulledFolder(const std::filesystem::path& folder);
 
+/// A phone that others are made like, and how messages call it.
+struct LikePhone {
+    virtualphone::PhoneDescription phone;
+    std::string name;
+};
+
+/// @param file a phone file; empty: the phone of `zvcam phone new`.
+/// @throws virtualphone::PhoneFileError
+LikePhone ReadLikePhone(const std::string& file);
+
 /// Writes a phone file, and beside it the folder of its side files: "new.json" and "new.files". Both appear
 /// whole or not at all.
 /// @param force replaces what is there; the folder too, with all that it holds.

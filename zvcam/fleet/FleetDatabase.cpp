@@ -1,13 +1,9 @@
 #include "zvcam/fleet/FleetDatabase.h"
 
-#include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstdlib>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
-#include <unistd.h>
 #include <variant>
 
 namespace zvcam {
@@ -100,11 +96,6 @@ std::string InsertionInto(const FleetTable& table) {
     return sql + ")";
 }
 
-std::int64_t NumberOf(Database& database, const std::string& query) {
-    Statement statement(database, query);
-    return statement.step() ? statement.number(0) : 0;
-}
-
 void CreateTables(Database& database) {
     Transaction transaction(database);
     database.run("CREATE TABLE runs (id INTEGER PRIMARY KEY, source TEXT NOT NULL, shard TEXT NOT NULL);");
@@ -155,35 +146,6 @@ void Bind(Statement& statement, const FleetCell& cell) {
         statement.bind(nullptr);
     }
 }
-
-/// A new database that disappears unless it takes its place.
-class Draft {
-  public:
-    explicit Draft(const fs::path& target) : mPath(target.string() + ".XXXXXX") {
-        const int file = mkstemp(mPath.data());
-        if (file < 0) {
-            throw std::runtime_error("cannot write " + target.string() + ": " +
-                                     std::generic_category().message(errno));
-        }
-        close(file);
-        fs::permissions(mPath, fs::perms::group_read | fs::perms::others_read, fs::perm_options::add);
-    }
-    ~Draft() {
-        std::error_code ignored;
-        fs::remove(mPath, ignored);
-    }
-    Draft(const Draft&) = delete;
-    Draft& operator=(const Draft&) = delete;
-
-    const std::string& path() const { return mPath; }
-    void become(const fs::path& target) {
-        fs::rename(mPath, target);
-        mPath.clear();
-    }
-
-  private:
-    std::string mPath;
-};
 
 void CheckIsDisjoint(Database& database, const std::string& input) {
     Statement both(database,
@@ -304,26 +266,17 @@ Database OpenFleet(const fs::path& path) {
 }
 
 std::int64_t MergeFleets(const fs::path& path, const std::vector<std::string>& inputs) {
-    std::error_code error;
-    if (fs::exists(fs::symlink_status(path, error))) {
-        throw std::runtime_error("cannot write " + path.string() + ": it exists");
-    }
     for (const std::string& input : inputs) {
         OpenFleet(input);
     }
-    Draft draft(path);
-    std::int64_t phones = 0;
-    {
-        Database database(draft.path(), Database::Access::Write);
-        database.run("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
-        CreateTables(database);
-        for (const std::string& input : inputs) {
-            Join(database, input);
-        }
-        phones = NumberOf(database, "SELECT count(*) FROM phones");
+    Database database(path, Database::Access::Write);
+    // Whoever reads it does so when it is complete.
+    database.run("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
+    CreateTables(database);
+    for (const std::string& input : inputs) {
+        Join(database, input);
     }
-    draft.become(path);
-    return phones;
+    return NumberOf(database, "SELECT count(*) FROM phones");
 }
 
 std::vector<std::string> FleetTableNames() {

@@ -53,9 +53,10 @@ class FleetWriter {
 /// @throws std::runtime_error for a file of another kind; DatabaseError
 Database OpenFleet(const std::filesystem::path& path);
 
-/// Joins databases into a new one, which appears whole or not at all.
+/// Joins databases.
+/// @param path a new or empty file.
 /// @return phones in it.
-/// @throws std::runtime_error when `path` exists, or two inputs have a phone of the same path; DatabaseError
+/// @throws std::runtime_error when two inputs have a phone of the same path; DatabaseError
 std::int64_t MergeFleets(const std::filesystem::path& path, const std::vector<std::string>& inputs);
 
 /// The names of the tables and views that `--csv` prints.

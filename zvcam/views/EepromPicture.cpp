@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <vector>
 
 #include "analysis/MemoryMap.h"
@@ -26,9 +25,7 @@ constexpr std::size_t kShades = 15;
 constexpr double kNameHeight = 6.5;
 
 std::string Offset(std::size_t offset) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "0x%04zX", offset);
-    return text.data();
+    return formats::HexNumber(offset, 4);
 }
 
 std::string Place(const MarkedRange& range) {

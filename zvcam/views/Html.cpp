@@ -169,10 +169,11 @@ Markup Judged(Verdict verdict, const Markup& words) {
 
 void HtmlTable::row(const std::vector<Markup>& cells, Attributes rowAttributes) {
     Markup content;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        const std::string kind = i < mColumns.size() ? ClassOf(mColumns[i].kind) : "";
-        content += i == 0 ? Element("th", {{"scope", "row"}, {"class", kind}}, cells[i])
-                          : Element("td", {{"class", kind}}, cells[i]);
+    for (std::size_t i = 0; i < mColumns.size(); ++i) {
+        const char* const kind = ClassOf(mColumns[i].kind);
+        const Markup cell = i < cells.size() ? cells[i] : Markup();
+        content += i == 0 ? Element("th", {{"scope", "row"}, {"class", kind}}, cell)
+                          : Element("td", {{"class", kind}}, cell);
     }
     mRows += Element("tr", rowAttributes, content);
 }

@@ -93,7 +93,9 @@ class HtmlTable {
         return *this;
     }
 
-    /// @param rowAttributes class "error" marks what went wrong.
+    /// @param cells one a column; those that are left out at the end are empty.
+    /// @param rowAttributes class "error" marks what went wrong; "data-kind" names further kinds that the row
+    /// is of, parted by blanks.
     void row(const std::vector<Markup>& cells, Attributes rowAttributes = {});
 
     Markup markup() const;

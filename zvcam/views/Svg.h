@@ -1,22 +1,24 @@
 #pragma once
 
 #include <array>
-#include <cstdio>
+#include <charconv>
+#include <limits>
 #include <string>
-#include <string_view>
 
 #include "zvcam/views/Html.h"
 
 /// Shapes of the pictures on a page, in the units of their picture.
 namespace zvcam {
 
-/// "12", "0.25": a coordinate as short as it can be.
+/// "12", "0.25": a coordinate as short as it can be. Any finite number has room.
 inline std::string Units(double number) {
-    std::array<char, 32> text;
-    const auto size = static_cast<std::size_t>(std::snprintf(text.data(), text.size(), "%.2f", number));
-    std::string_view units(text.data(), size);
-    units.remove_suffix(units.size() - 1 - units.find_last_not_of('0'));
-    return std::string(units.substr(0, units.size() - (units.ends_with('.') ? 1 : 0)));
+    std::array<char, std::numeric_limits<double>::max_exponent10 + 8> text;
+    char* end =
+        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed, 2).ptr;
+    while (end[-1] == '0') {
+        --end;
+    }
+    return {text.data(), end[-1] == '.' ? end - 1 : end};
 }
 
 /// What a pointer that rests on a shape, and whoever listens to it, is told.
