@@ -12,7 +12,7 @@ import sys
 # What the library is linked from.
 TARGETS = ("zelvan_objects", "zelvan_formats", "zelvan_tables")
 # Soong compiles a shared library so without being told.
-SOONG_DOES = {"-fPIC"}
+SOONG_DOES = {"-fPIC", "-ffunction-sections", "-fdata-sections"}
 # Soong compiles without exceptions, g++ and clang with them, unless they are told.
 UNTOLD = {"-fexceptions"}
 

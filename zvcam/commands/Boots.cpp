@@ -99,6 +99,14 @@ analysis::Boot ReadBoot(const std::string& text, const std::string& name) {
     return boot;
 }
 
+virtualphone::PhoneDescription ReadPhone(const std::string& text, const BootOptions& options) {
+    virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
+        text, IsStandardInput(options.source) ? "" : fs::path(options.source).parent_path(),
+        virtualphone::InputName(options.source));
+    SetProperties(options, phone);
+    return phone;
+}
+
 fs::path LibraryOf(const BootOptions& options) {
     return options.library.empty() ? supervisor::Plugin::DefaultLibrary() : fs::path(options.library);
 }
@@ -142,13 +150,17 @@ void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
     command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first");
 }
 
-void AddBootOptions(CLI::App& command, BootOptions& options) {
+void AddSource(CLI::App& command, BootOptions& options) {
     command
         .add_option("P", options.source,
                     "A phone file (JSON with comments; booted first), a report of `run --json`, or \"-\"")
         ->type_name("FILE")
         ->required()
         ->check(CheckNotEmpty);
+}
+
+void AddBootOptions(CLI::App& command, BootOptions& options) {
+    AddSource(command, options);
     AddBootOptionsWithoutSource(command, options);
 }
 
@@ -173,14 +185,24 @@ analysis::Boot Obtain(const BootOptions& options, bool forReport) {
     if (IsReport(text)) {
         return ReadBoot(text, virtualphone::InputName(options.source));
     }
-    virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
-        text, IsStandardInput(options.source) ? "" : fs::path(options.source).parent_path(),
-        virtualphone::InputName(options.source));
-    SetProperties(options, phone);
     analysis::Boot boot;
-    boot.record = supervisor::Boot(phone, SupervisorOptions(options, forReport));
-    boot.phone = std::move(phone);
+    boot.phone = ReadPhone(text, options);
+    boot.record = supervisor::Boot(*boot.phone, SupervisorOptions(options, forReport));
     return boot;
+}
+
+virtualphone::PhoneDescription PhoneOf(const BootOptions& options) {
+    const std::string text = ReadSource(options.source);
+    if (!IsReport(text)) {
+        return ReadPhone(text, options);
+    }
+    const std::string name = virtualphone::InputName(options.source);
+    std::optional<virtualphone::PhoneDescription> phone = ReadBoot(text, name).phone;
+    if (!phone) {
+        throw std::runtime_error(name + ": the report does not say which phone it was");
+    }
+    SetProperties(options, *phone);
+    return std::move(*phone);
 }
 
 std::vector<fs::path> InputsOf(const BootOptions& options) {

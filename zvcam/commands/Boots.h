@@ -32,6 +32,8 @@ struct BootOptions {
 
 /// Adds the options that `options` holds, and the positional P for its source.
 void AddBootOptions(CLI::App& command, BootOptions& options);
+/// The positional alone.
+void AddSource(CLI::App& command, BootOptions& options);
 /// The options alone, for a command whose sources are named by other positionals.
 void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options);
 /// Those among them that many boots can share: all but the root folder's.
@@ -48,6 +50,10 @@ supervisor::BootOptions SupervisorOptions(const BootOptions& options, bool descr
 /// @throws std::exception for what cannot be used.
 /// @param forReport the record is to be written as a report, with the phone that it came from.
 analysis::Boot Obtain(const BootOptions& options, bool forReport = false);
+
+/// The phone, unbooted; that of a report too.
+/// @throws std::exception for what cannot be used, a report that does not say which phone it was among it.
+virtualphone::PhoneDescription PhoneOf(const BootOptions& options);
 
 /// Every file that `Obtain` reads: the source, its side files, the plug-in. What cannot be read names none.
 std::vector<std::filesystem::path> InputsOf(const BootOptions& options);

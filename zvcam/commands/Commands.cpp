@@ -12,7 +12,7 @@ void AddCommands(CLI::App& app, std::function<int()>& chosen) {
     app.require_subcommand(1);
     for (const auto& add : {AddRunCommand, AddGetpropCommand, AddDumpsysCommand, AddLogcatCommand,
                             AddStreamsCommand, AddWhyCommand, AddDiffCommand, AddEepromCommand,
-                            AddCalibrationCommand, AddPhoneCommand, AddFleetCommand}) {
+                            AddCalibrationCommand, AddPhoneCommand, AddInfluenceCommand, AddFleetCommand}) {
         add(app, chosen);
     }
 }

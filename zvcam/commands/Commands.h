@@ -18,6 +18,8 @@ void AddGetpropCommand(CLI::App& app, std::function<int()>& chosen);
 void AddDumpsysCommand(CLI::App& app, std::function<int()>& chosen);
 void AddLogcatCommand(CLI::App& app, std::function<int()>& chosen);
 void AddStreamsCommand(CLI::App& app, std::function<int()>& chosen);
+/// Finds out which inputs decide what is published.
+void AddInfluenceCommand(CLI::App& app, std::function<int()>& chosen);
 /// Explains where a published item comes from, or why it is missing.
 void AddWhyCommand(CLI::App& app, std::function<int()>& chosen);
 /// Compares two boots.

@@ -104,6 +104,11 @@ std::string Statement::text(int column) const {
                : std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(mStatement.get(), column)));
 }
 
+std::int64_t NumberOf(Database& database, const std::string& query) {
+    Statement statement(database, query);
+    return statement.step() ? statement.number(0) : 0;
+}
+
 Transaction::Transaction(Database& database) : mDatabase(&database) {
     database.run("BEGIN IMMEDIATE");
 }

@@ -81,6 +81,10 @@ class Statement {
     int mBound = 0;
 };
 
+/// The number that a query has as its first column of its first row; 0 without a row.
+/// @throws DatabaseError
+std::int64_t NumberOf(Database& database, const std::string& query);
+
 /// Changes that are made as a whole or not at all.
 class Transaction {
   public:

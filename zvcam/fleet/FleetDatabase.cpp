@@ -96,11 +96,6 @@ std::string InsertionInto(const FleetTable& table) {
     return sql + ")";
 }
 
-std::int64_t NumberOf(Database& database, const std::string& query) {
-    Statement statement(database, query);
-    return statement.step() ? statement.number(0) : 0;
-}
-
 void CreateTables(Database& database) {
     Transaction transaction(database);
     database.run("CREATE TABLE runs (id INTEGER PRIMARY KEY, source TEXT NOT NULL, shard TEXT NOT NULL);");

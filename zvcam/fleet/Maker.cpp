@@ -147,18 +147,19 @@ bool IsStabiliserFile(const std::string& path, const Bytes& bytes) {
            formats::ReadOisCalibrationFile(bytes).crcGood;
 }
 
-Targets PairFiles(const PhoneDescription& phone, std::string_view) {
+/// The files of which something is true.
+Targets Files(const PhoneDescription& phone, bool (*is)(const std::string& path, const Bytes& bytes)) {
     Targets targets;
     for (const auto& [path, bytes] : phone.files) {
-        if (IsPairFile(path, bytes)) {
+        if (is(path, bytes)) {
             targets.push_back({.where = path});
         }
     }
     return targets;
 }
 
-Targets PairFilesWithCrc(const PhoneDescription& phone, std::string_view trouble) {
-    Targets targets = PairFiles(phone, trouble);
+Targets PairFilesWithCrc(const PhoneDescription& phone, std::string_view) {
+    Targets targets = Files(phone, IsPairFile);
     std::erase_if(targets, [&](const TroubleTarget& target) {
         return !formats::ReadDualCalibrationFile(phone.files.at(target.where)).file.crc;
     });
@@ -169,8 +170,8 @@ void BreakCrc(PhoneDescription& phone, const TroubleTarget& target, std::string_
     phone.files.at(target.where).back() ^= 0xFF;
 }
 
-Targets AllPairFiles(const PhoneDescription& phone, std::string_view trouble) {
-    return PairFiles(phone, trouble).empty() ? Targets() : Targets(1);
+Targets AllPairFiles(const PhoneDescription& phone, std::string_view) {
+    return Files(phone, IsPairFile).empty() ? Targets() : Targets(1);
 }
 
 void RemovePairFiles(PhoneDescription& phone, const TroubleTarget&, std::string_view) {
@@ -178,13 +179,7 @@ void RemovePairFiles(PhoneDescription& phone, const TroubleTarget&, std::string_
 }
 
 Targets StabiliserFiles(const PhoneDescription& phone, std::string_view) {
-    Targets targets;
-    for (const auto& [path, bytes] : phone.files) {
-        if (IsStabiliserFile(path, bytes)) {
-            targets.push_back({.where = path});
-        }
-    }
-    return targets;
+    return Files(phone, IsStabiliserFile);
 }
 
 void RemoveFile(PhoneDescription& phone, const TroubleTarget& target, std::string_view) {

@@ -13,11 +13,6 @@ namespace {
 /// How many of the phones that did not return are told apart by their reasons.
 constexpr std::size_t kMostEndings = 20;
 
-std::int64_t NumberOf(Database& database, const std::string& query) {
-    Statement statement(database, query);
-    return statement.step() ? statement.number(0) : 0;
-}
-
 void ReadSources(Database& database, FleetSummary& summary) {
     Statement statement(database, "SELECT source, shard FROM runs GROUP BY source, shard ORDER BY min(id)");
     while (statement.step()) {
@@ -27,11 +22,10 @@ void ReadSources(Database& database, FleetSummary& summary) {
 
 void ReadEndings(Database& database, FleetSummary& summary) {
     std::map<std::pair<std::string, std::string>, PhoneGroup> groups;
-    {
-        Statement returned(database, "SELECT count(*) FROM phones WHERE ended = 'returned'");
-        if (returned.step() && returned.number(0) > 0) {
-            summary.endings.push_back({"returned", "", {.phones = returned.number(0), .examples = {}}});
-        }
+    if (const std::int64_t returned =
+            NumberOf(database, "SELECT count(*) FROM phones WHERE ended = 'returned'");
+        returned > 0) {
+        summary.endings.push_back({"returned", "", {.phones = returned, .examples = {}}});
     }
     Statement statement(database,
                         "SELECT ended, reason, path FROM phones WHERE ended <> 'returned' ORDER BY path");
@@ -65,12 +59,11 @@ std::vector<std::string> ExamplesOf(Statement& statement) {
 }
 
 void ReadFindings(Database& database, std::size_t most, FleetSummary& summary) {
-    const std::string limit = " LIMIT " + std::to_string(kFleetExamples);
     Statement groups(database, "SELECT severity, about, kind, phones FROM common_findings");
     Statement examples(database,
-                       "SELECT p.path FROM findings f JOIN phones p ON p.id = f.phone"
-                       " WHERE f.severity = ? AND f.about = ? AND f.kind = ? GROUP BY f.phone" +
-                           limit);
+                       "SELECT DISTINCT p.path FROM findings f JOIN phones p ON p.id = f.phone"
+                       " WHERE f.severity = ? AND f.about = ? AND f.kind = ? ORDER BY p.path LIMIT " +
+                           std::to_string(kFleetExamples));
     while (groups.step()) {
         if (summary.findings.size() == most) {
             ++summary.moreFindings;
@@ -89,6 +82,10 @@ void ReadFindings(Database& database, std::size_t most, FleetSummary& summary) {
     Statement modules(database,
                       "SELECT severity, about, kind, maker, layout, phones FROM findings_by_module");
     while (modules.step()) {
+        // A memory that cannot be read tells neither.
+        if (modules.isNull(3) && modules.isNull(4)) {
+            continue;
+        }
         const auto finding =
             std::find_if(summary.findings.begin(), summary.findings.end(), [&](const auto& candidate) {
                 return candidate.severity == modules.text(0) && candidate.about == modules.text(1) &&
@@ -141,7 +138,7 @@ void ReadFuseIds(Database& database, std::size_t most, FleetSummary& summary) {
     Statement statement(database, "SELECT name, fuse_id, modules FROM repeated_fuse_ids");
     Statement examples(database,
                        "SELECT p.path FROM modules m JOIN phones p ON p.id = m.phone"
-                       " WHERE m.name = ? AND m.fuse_id = ? ORDER BY m.phone LIMIT " +
+                       " WHERE m.name = ? AND m.fuse_id = ? ORDER BY p.path LIMIT " +
                            std::to_string(kFleetExamples));
     while (statement.step()) {
         if (summary.repeatedFuseIds.size() == most) {

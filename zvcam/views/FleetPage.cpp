@@ -30,7 +30,7 @@ Markup More(std::int64_t count, std::string_view view) {
 Markup Examples(const PhoneGroup& group) {
     Markup markup;
     for (const std::string& example : group.examples) {
-        markup += (markup.empty() ? Markup() : Markup(", ")) + Element("code", {}, example);
+        markup += Element("div", {}, example);
     }
     return markup;
 }
@@ -54,7 +54,8 @@ Markup Lead(const FleetSummary& summary) {
 }
 
 Markup Endings(const FleetSummary& summary) {
-    HtmlTable table("How the boots ended", {{"ended"}, {"phones", Kind::Number}, {"reason"}, {"examples"}});
+    HtmlTable table("How the boots ended",
+                    {{"ended"}, {"phones", Kind::Number}, {"reason"}, {"examples", Kind::Values}});
     table.searchable("ending");
     for (const FleetSummary::Ending& ending : summary.endings) {
         table.row({ending.ended, std::to_string(ending.group.phones), ending.reason, Examples(ending.group)});
@@ -67,8 +68,8 @@ Markup Findings(const FleetSummary& summary) {
                                                              {"severity"},
                                                              {"finding"},
                                                              {"phones", Kind::Number},
-                                                             {"by maker and layout"},
-                                                             {"examples"}});
+                                                             {"by maker and layout", Kind::Values},
+                                                             {"examples", Kind::Values}});
     table.searchable("finding");
     for (const FleetSummary::FindingGroup& finding : summary.findings) {
         Markup modules;
@@ -92,7 +93,7 @@ Markup Modules(const FleetSummary& summary) {
                                               {"modules", Kind::Number},
                                               {"unreadable", Kind::Number},
                                               {"erased", Kind::Number},
-                                              {"of another", Kind::Number}};
+                                              {"foreign layout", Kind::Number}};
     for (const std::string& range : summary.rangeNames) {
         columns.push_back({range + " bad", Kind::Number});
     }
@@ -129,8 +130,9 @@ Markup FuseIds(const FleetSummary& summary) {
     if (summary.repeatedFuseIds.empty()) {
         return Element("p", {}, Judged(Verdict::Good, "None occurs more than once."));
     }
-    HtmlTable table("Fuse ids that occur more than once",
-                    {{"module"}, {"fuse id", Kind::Code}, {"modules", Kind::Number}, {"examples"}});
+    HtmlTable table(
+        "Fuse ids that occur more than once",
+        {{"module"}, {"fuse id", Kind::Code}, {"modules", Kind::Number}, {"examples", Kind::Values}});
     table.searchable("fuse id");
     for (const FleetSummary::RepeatedFuseId& repeated : summary.repeatedFuseIds) {
         table.row({repeated.module, repeated.fuseId, std::to_string(repeated.group.phones),

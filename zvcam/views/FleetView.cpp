@@ -96,7 +96,7 @@ void PrintModules(std::ostream& out, const FleetSummary& summary, const Style& s
     out << style.bold("Modules by maker and layout") << " (bad checksums by range)\n";
     Table table;
     std::vector<std::string> heading = {"module",  "chip",       "maker",  "layout",
-                                        "modules", "unreadable", "erased", "of another"};
+                                        "modules", "unreadable", "erased", "foreign layout"};
     heading.insert(heading.end(), summary.rangeNames.begin(), summary.rangeNames.end());
     table.row(std::move(heading));
     for (const FleetSummary::ModuleKind& kind : summary.modules) {
@@ -168,15 +168,18 @@ void PrintCsvCell(std::ostream& out, std::string_view text) {
 
 void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRun& run) {
     const std::size_t booted = run.entries - run.done;
-    std::array<char, 80> speed;
-    std::snprintf(speed.data(), speed.size(), " in %.1f s, %.0f a second", run.seconds,
-                  run.seconds > 0 ? static_cast<double>(booted) / run.seconds : 0);
-    out << Counted(booted, "phone") << speed.data();
+    out << Counted(booted, "phone");
+    if (booted > 0) {
+        std::array<char, 80> speed;
+        std::snprintf(speed.data(), speed.size(), " in %.1f s, %.0f a second", run.seconds,
+                      static_cast<double>(booted) / run.seconds);
+        out << speed.data();
+    }
     if (run.done > 0) {
         out << "; " << run.done << " were done before";
     }
     if (run.repeated > 0) {
-        out << "; " << run.repeated << " stand in the list more than once";
+        out << "; repeated in the list: " << run.repeated;
     }
     if (run.unread > 0) {
         out << "; " << run.unread << " cannot be read";

@@ -1,0 +1,183 @@
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "tables/CameraModules.h"
+#include "tables/EepromLayouts.h"
+#include "tables/Stabiliser.h"
+#include "tests/zvcam/Zvcam.h"
+
+namespace {
+
+using nlohmann::json;
+
+/// A field that docs/formats.md has for a module of the sample phone, and something that it decides.
+struct Field {
+    std::string module;
+    int first;
+    int count;
+    std::string decides;
+};
+
+std::string RoleName(int role) {
+    std::string name = tables::FindModuleRole(role)->name;
+    std::replace(name.begin(), name.end(), '_', ' ');
+    return name;
+}
+
+/// The page's tables are those of the program, which another test holds against each other.
+std::vector<Field> DocumentedFields() {
+    std::vector<Field> fields;
+    for (const auto& [role, fuseId] : tables::kFuseIds) {
+        const std::string module = RoleName(role);
+        const std::string info = tables::FindModuleRole(role)->sensorInfoProperty;
+        for (const char* const property : {fuseId.propName, fuseId.propNameLong}) {
+            fields.push_back({module, tables::kVendorIdOffset, 1, property});
+            fields.push_back({module, fuseId.fuseIdOffset, fuseId.fuseIdLength, property});
+        }
+        for (const int offset : {tables::kVendorIdOffset, tables::kLensIdOffset, tables::kSensorIdOffset}) {
+            fields.push_back({module, offset, 1, info});
+        }
+    }
+    for (const auto& [role, maker, code] : tables::kQRCodes) {
+        const auto* const fuseId =
+            std::find_if(tables::kFuseIds.begin(), tables::kFuseIds.end(),
+                         [role = role](const auto& row) { return row.roleId == role; });
+        fields.push_back({RoleName(role), code.flagOffset, 1, fuseId->fuseId.propName});
+        fields.push_back({RoleName(role), code.qrCodeOffset, code.qrCodeLength, fuseId->fuseId.propName});
+    }
+    constexpr std::array kModules = {"back main", "back tele", "front main", "back ultra"};  // of the layouts
+    for (std::size_t i = 0; i < kModules.size(); ++i) {
+        for (const SubModuleCheckSumDesc& range : tables::RangesOf(tables::kEepromLayouts[i])) {
+            fields.push_back({kModules[i], static_cast<int>(range.startAddr),
+                              static_cast<int>(range.endAddr - range.startAddr + 1),
+                              "ZELVAN_CAMERA_CHECKSUM_RESULT"});
+            fields.push_back(
+                {kModules[i], static_cast<int>(range.checkSumAddr), 1, "ZELVAN_CAMERA_CHECKSUM_RESULT"});
+        }
+    }
+    for (const tables::StabiliserField& field : tables::kStabiliserFields) {
+        fields.push_back({"back main", field.offset, field.size,
+                          field.isSensitivity ? "persist.vendor.camera.oisSensitivity"
+                                              : "persist.vendor.camera.oisAlgoParam"});
+    }
+    return fields;
+}
+
+/// What a range reaches of the published, by name.
+std::set<std::string> Reached(const json& range) {
+    std::set<std::string> names;
+    for (const json& effect : range.at("reaches")) {
+        for (const char* const key : {"property", "file", "name"}) {
+            if (effect.contains(key)) {
+                names.insert(effect.at(key));
+            }
+        }
+    }
+    return names;
+}
+
+/// A phone file as the program describes it, parts of it changed.
+json SamplePhone(const std::string& report) {
+    return json::parse(report).at("description");
+}
+
+TEST_F(Zvcam, InfluenceIsWhereFormatsAreDocumentedAndNowhereElse) {
+    json phone = SamplePhone(zvcam("run '" PHONES "/halcyrion.json' --json -").out);
+    // Without them it is the modules that decide.
+    phone.erase("files");
+    write("halcyrion.json", phone.dump());
+    const Result result = zvcam("influence halcyrion.json --step 64 --json -");
+    ASSERT_EQ(result.exitCode, 0) << result.error;
+    const json influence = json::parse(result.out);
+    EXPECT_TRUE(influence.at("complete"));
+    const std::vector<Field> fields = DocumentedFields();
+    std::set<std::string> modules;
+    for (const json& input : influence.at("inputs")) {
+        if (!input.contains("module")) {
+            continue;
+        }
+        const std::string module = input.at("module");
+        modules.insert(module);
+        int end = 0;
+        for (const json& range : input.at("ranges")) {
+            EXPECT_EQ(range.at("first"), end) << module;
+            end += range.at("count").get<int>();
+            const std::set<std::string> reached = Reached(range);
+            for (int offset = end - range.at("count").get<int>(); offset < end; ++offset) {
+                bool documented = false;
+                for (const Field& field : fields) {
+                    if (field.module == module && offset >= field.first &&
+                        offset < field.first + field.count) {
+                        documented = true;
+                        EXPECT_TRUE(reached.contains(field.decides))
+                            << module << ' ' << offset << ' ' << field.decides;
+                    }
+                }
+                EXPECT_EQ(!reached.empty(), documented) << module << ' ' << offset;
+            }
+        }
+        EXPECT_EQ(end, 16384) << module;
+    }
+    EXPECT_EQ(modules, (std::set<std::string>{"back main", "front main", "back tele", "back ultra"}));
+}
+
+TEST_F(Zvcam, InfluenceOfFilesPropertiesAndFlags) {
+    write("phone.json", R"({ "properties": {"ro.boot.product.theme_customize": "NoTesmor", "idle": "1"},
+        "files": {"/mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin":
+                      {"oiscal": {"version": 1, "fuseId": "", "gainX": 9000, "gainY": 9100}}, "/empty": {}},
+        "sensors": [{ "deviceId": 7, "sensorId": "0x0707",
+                      "eeprom": { "fill": 0, "bytes": {"1": "03", "16355": "41"} } }] })");
+    const json influence = json::parse(zvcam("influence phone.json --json -").out);
+    std::map<std::string, std::set<std::string>> reached;
+    for (const json& input : influence.at("inputs")) {
+        if (input.contains("property") || input.contains("file")) {
+            const std::string name = input.value("property", input.value("file", ""));
+            reached[name] = input.contains("without") ? Reached({{"reaches", input.at("without")}})
+                                                      : std::set<std::string>();
+        }
+        for (const json& range : input.value("module", "") == "back main" ? input.at("ranges") : json()) {
+            // A flag that is not set: no value but 1 shows what it does.
+            if (range.at("first") == 16354) {
+                reached["flag"] = Reached(range);
+            }
+        }
+    }
+    using testing::Contains;
+    EXPECT_THAT(reached.at("vendor.debug.camera.eeprom_dump"),
+                Contains("/data/vendor/camera/eeprom_raw_data_dump_back_main"));
+    EXPECT_THAT(reached.at("idle"), testing::IsEmpty());
+    EXPECT_THAT(reached.at("/empty"), testing::IsEmpty());
+    EXPECT_THAT(reached.at("/mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin"),
+                Contains("persist.vendor.camera.zv.oiscal.state"));
+    EXPECT_THAT(reached.at("flag"), Contains("vendor.camera.sensor.w.fuseID"));
+}
+
+TEST_F(Zvcam, InfluenceThatIsStoppedTellsWhatIsKnown) {
+    const std::string command = "TMPDIR='" + file("tmp").string() +
+                                "' timeout -s INT 3 '" ZVCAM "' influence '" PHONES
+                                "/halcyrion.json' --step 1 --json '" +
+                                file("stopped").string() + "' >'" + file("out").string() + "' 2>&1";
+    EXPECT_NE(std::system(command.c_str()), 0);
+    const json influence = json::parse(ReadText(file("stopped")));
+    EXPECT_FALSE(influence.at("complete"));
+    EXPECT_FALSE(influence.at("inputs").at(0).at("ranges").back().at("known"));
+    EXPECT_THAT(ReadText(file("out")), testing::HasSubstr("INCOMPLETE: the search was stopped"));
+    EXPECT_THAT(ReadText(file("out")), testing::HasSubstr("  not found out:"));
+}
+
+TEST_F(Zvcam, InfluenceWritesAPage) {
+    const Result result =
+        zvcam("influence '" PHONES "/fieldtrouble.json' --module 'back ultra' --step 64 --html page");
+    EXPECT_THAT(result.out, testing::HasSubstr("  0x0001 "));
+    EXPECT_THAT(ReadText(file("page")), testing::HasSubstr("<title>0x0001: "));
+    EXPECT_EQ(zvcam("influence '" PHONES "/fieldtrouble.json' --module front_main").error,
+              "zvcam: no module \"front_main\" has a memory that can be read; there are back main and back "
+              "ultra\n");
+}
+
+}  // namespace
