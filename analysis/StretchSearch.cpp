@@ -128,10 +128,11 @@ std::vector<StretchSearch::Fate> StretchSearch::fates() const {
 std::vector<Range> StretchSearch::ranges() const {
     std::vector<Range> ranges;
     for (const Segment& segment : mSegments) {
+        const bool open = !mDone && segment.open;
         const Range range{.bytes = segment.bytes,
-                          .effects = segment.effects.value_or(0),
+                          .effects = open ? 0 : segment.effects.value_or(0),
                           .tried = segment.bytes.count,
-                          .open = !mDone && segment.open};
+                          .open = open};
         if (ranges.empty() || ranges.back().effects != range.effects || ranges.back().open != range.open) {
             ranges.push_back(range);
         } else {

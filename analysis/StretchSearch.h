@@ -17,7 +17,7 @@ struct Stretch {
 /// Neighbouring bytes with the same effects.
 struct Range {
     Stretch bytes;
-    std::size_t effects = 0;  ///< the caller's number for them; 0: none
+    std::size_t effects = 0;  ///< the caller's number for them; 0: none, or open
     std::size_t tried = 1;    ///< most bytes of it that were changed at the same time
     bool open = false;        ///< not looked at to the end
 

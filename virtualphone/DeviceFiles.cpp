@@ -195,18 +195,33 @@ void DeviceFiles::renew(const Contents& files, const Traces& traces) {
         }
         mAtStart.files.erase(path);
     };
+    // A folder may list its files in the order in which they came, and the plug-in takes the first that fits:
+    // where one is laid again, its neighbours are too.
+    std::set<std::string> stale;
+    const auto folderOf = [](const std::string& path) { return path.substr(0, path.rfind('/')); };
     for (const std::string& path : traces.files) {
         remove(path);
+        stale.insert(folderOf(path));
+    }
+    for (const auto& [path, state] : mAtStart.files) {
+        if (const auto file = files.find(path); file == files.end() || file->second != state.bytes) {
+            stale.insert(folderOf(path));
+        }
+    }
+    for (const auto& file : files) {
+        if (!mAtStart.files.contains(file.first)) {
+            stale.insert(folderOf(file.first));
+        }
     }
     for (auto file = mAtStart.files.begin(); file != mAtStart.files.end();) {
         const std::string path = (file++)->first;
-        if (!files.contains(path)) {
+        if (stale.contains(folderOf(path))) {
             remove(path);
         }
     }
     for (const auto& [path, bytes] : files) {
         FileState& state = mAtStart.files[path];
-        if (state.mode == 0 || state.bytes != bytes) {
+        if (state.mode == 0) {
             lay(path, bytes);
             state.mode = static_cast<unsigned>(kLaidMode);
             state.bytes = bytes;

@@ -45,8 +45,8 @@ class VIRTUALPHONE_API DeviceFiles {
     /// links are not followed.
     Traces tell(record::BootRecord& boot) const;
 
-    /// Makes the tree what it would be if it were emptied and `files` were laid, but touches only what
-    /// differs.
+    /// Makes the tree what it would be if it were emptied and `files` were laid, the order included in which
+    /// a folder lists its files, but touches only the folders that have something else in them.
     /// @param traces what `tell` has found, or the default when that is not known.
     /// @throws PhoneFileError; the tree is then any.
     void renew(const Contents& files, const Traces& traces);

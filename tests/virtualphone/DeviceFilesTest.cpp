@@ -122,6 +122,7 @@ TEST(DeviceFiles, RenewedTheyAreAsFreshOnes) {
     const std::vector<Files::Contents> phones = {
         {{"/a", {1}}, {"/b", {1}}},
         {{"/a", {2}}, {"/b", {1}}},
+        {{"/a", {1}}, {"/ab", {1}}, {"/b", {2}}, {"/c", {1}}},
         {{"/b", {1}}, {"/d/e", {3}}},
         {{"/d", {4}}},
         {},
@@ -141,8 +142,10 @@ TEST(DeviceFiles, RenewedTheyAreAsFreshOnes) {
             }
         },
     };
+    // Everything by folder, the files of each in the order in which it lists them.
+    using Tree = std::map<std::string, std::vector<std::string>>;
     const auto treeOf = [](const fs::path& root) {
-        std::set<std::string> tree;
+        Tree tree;
         for (const auto& entry : fs::recursive_directory_iterator(root)) {
             const auto status = entry.symlink_status();
             std::stringstream line;
@@ -151,11 +154,14 @@ TEST(DeviceFiles, RenewedTheyAreAsFreshOnes) {
             if (entry.is_regular_file()) {
                 line << std::ifstream(entry.path()).rdbuf();
             }
-            tree.insert(line.str());
+            // Of a folder nothing but that it is there.
+            tree[entry.is_regular_file() ? entry.path().parent_path().lexically_relative(root).string()
+                                         : line.str()]
+                .push_back(line.str());
         }
         return tree;
     };
-    std::map<std::size_t, std::set<std::string>> fresh;
+    std::map<std::size_t, Tree> fresh;
     for (std::size_t i = 0; i < phones.size(); ++i) {
         const virtualphone::TemporaryFolder root;
         const Files files(root.path(), phones[i], Files::Root::Fresh);

@@ -141,6 +141,13 @@ struct InfluenceRun::State {
         }
     }
 
+    void begin(std::size_t input) {
+        if (subject.inputs[input].kind != Input::Kind::Module) {
+            add({.what = Job::What::Without, .input = input});
+        }
+        askAbout(input);
+    }
+
     /// The next result.
     /// @return false when there is none, or the program is to end.
     bool take() {
@@ -202,14 +209,16 @@ analysis::Influence InfluenceRun::find() {
     Progress progress("bytes", total, /*quiet=*/false);
     state.add({.what = Job::What::Unchanged});
     bool going = state.take();
-    for (std::size_t i = 0; going && i < state.searches.size(); ++i) {
-        if (state.subject.inputs[i].kind != Input::Kind::Module) {
-            state.add({.what = Job::What::Without, .input = i});
-        }
-        state.askAbout(i);
-    }
+    std::size_t begun = 0;
     std::size_t shown = 0;
-    while (going && state.pool.pending() > 0) {
+    while (going) {
+        // One input after the other, so that a search that is stopped knows all of the first ones.
+        while (begun < state.searches.size() && state.pool.wantsJobs()) {
+            state.begin(begun++);
+        }
+        if (state.pool.pending() == 0) {
+            break;
+        }
         going = state.take();
         const std::size_t settled = std::max(state.settledBytes(), shown);
         progress.advance(settled - shown);
