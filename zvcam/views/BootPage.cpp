@@ -58,15 +58,24 @@ Markup Hatching() {
 }
 
 PageSection Memories(const analysis::Boot& boot, const Diagnosis& diagnosis) {
+    if (!boot.phone) {
+        return {"memories", "Modules' memories",
+                Paragraph("The report does not say what the modules' memories hold.")};
+    }
     Markup pictures;
     for (const analysis::Module& module : diagnosis.modules) {
         if (module.memory) {
             pictures += EepromPicture(module);
+        } else if (module.fitted()) {
+            pictures += Element("article", {},
+                                Element("h3", {}, module.name + ", " + module.chip) +
+                                    Paragraph(module.reading == analysis::Module::Reading::Failed
+                                                  ? Judged(Verdict::Bad, "Its memory could not be read.")
+                                                  : Markup("Its memory was not read.")));
         }
     }
     if (pictures.empty()) {
-        pictures = Paragraph(boot.phone ? "No module's memory was read."
-                                        : "The report does not say what the modules' memories hold.");
+        pictures = Paragraph("No module's memory was read.");
     }
     return {"memories", "Modules' memories", Hatching() + pictures};
 }
