@@ -29,9 +29,13 @@ Database::Database(const std::filesystem::path& path, Access access) : mName(pat
 }
 
 void Database::run(const std::string& sql) {
-    if (sqlite3_exec(mDatabase.get(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+    if (!attempt(sql)) {
         fail();
     }
+}
+
+bool Database::attempt(const std::string& sql) {
+    return sqlite3_exec(mDatabase.get(), sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
 void Database::fail() const {
@@ -115,11 +119,8 @@ Transaction::Transaction(Database& database) : mDatabase(&database) {
 
 Transaction::~Transaction() {
     if (mDatabase != nullptr) {
-        try {
-            mDatabase->run("ROLLBACK");
-        } catch (const DatabaseError&) {
-            // SQLite has taken it back itself.
-        }
+        // After some errors SQLite has taken it back itself.
+        mDatabase->attempt("ROLLBACK");
     }
 }
 

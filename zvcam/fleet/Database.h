@@ -33,6 +33,10 @@ class Database {
     /// @throws DatabaseError
     void run(const std::string& sql);
 
+    /// The same.
+    /// @return false where SQLite refuses.
+    bool attempt(const std::string& sql);
+
     /// @throws DatabaseError with the last error.
     [[noreturn]] void fail() const;
 

@@ -246,8 +246,9 @@ void FleetWriter::write() {
 
 void FleetWriter::finish() {
     write();
-    // One file is left, which can be copied as it is.
-    mDatabase.run("PRAGMA wal_checkpoint(TRUNCATE)");
+    // One file is left, which can be copied as it is, and read where nothing can be written; unless somebody
+    // is reading now.
+    mDatabase.attempt("PRAGMA journal_mode = DELETE");
 }
 
 std::int64_t FleetWriter::unread() {
