@@ -152,8 +152,7 @@ std::unique_ptr<PluginServer> PluginServer::Start(const std::filesystem::path& l
     if (answer.empty() || static_cast<Loaded>(answer[0]) != Loaded::Well) {
         return nullptr;
     }
-    return std::unique_ptr<PluginServer>(
-        new PluginServer(std::move(phones), std::move(bell), std::move(server)));
+    return std::make_unique<PluginServer>(std::move(phones), std::move(bell), std::move(server));
 }
 
 std::optional<Child> PluginServer::boot(const virtualphone::PhoneDescription& phone) {
