@@ -96,7 +96,7 @@ void CompareDevices(const Course& left, const Course& right, Differences& differ
     auto rightDevices = NamedDevices(right);
     for (const auto& [name, set] : leftDevices) {
         const auto other = std::find_if(rightDevices.begin(), rightDevices.end(),
-                                        [&](const auto& device) { return device.first == name; });
+                                        [&name = name](const auto& device) { return device.first == name; });
         const record::TagSet* const otherSet = other == rightDevices.end() ? nullptr : other->second;
         if (set == nullptr || otherSet == nullptr) {
             if (set != otherSet) {
@@ -105,7 +105,8 @@ void CompareDevices(const Course& left, const Course& right, Differences& differ
         } else {
             ForEachDifference(
                 ByTag(*set), ByTag(*otherSet),
-                [&](std::uint32_t tag, const record::TagValues*, const record::TagValues*) {
+                [&, &name = name, &set = set](std::uint32_t tag, const record::TagValues*,
+                                              const record::TagValues*) {
                     AddTag({{name}, tag, Find(*set, tag), Find(*otherSet, tag)}, differences.tags);
                 });
         }
@@ -260,7 +261,7 @@ void CompareLogs(const Boot& left, const Course& leftCourse, const Boot& right, 
     };
     for (const auto& [name, lines] : leftSteps) {
         const auto other = std::find_if(rightSteps.begin(), rightSteps.end(),
-                                        [&](const auto& entry) { return entry.first == name; });
+                                        [&name = name](const auto& entry) { return entry.first == name; });
         add(CompareLines(name, lines,
                          other == rightSteps.end() ? std::vector<std::string>() : other->second));
         if (other != rightSteps.end()) {

@@ -223,7 +223,14 @@ class Image {
 
 bool IsEepromDump(std::string_view content) {
     const std::optional<std::string_view> first = Lines(content).next();
-    return first && Printable(first->substr(0, 200)) == first->substr(0, 200) && FormOf(*first);
+    if (!first) {
+        return false;
+    }
+    const std::string_view head = first->substr(0, 200);
+    // Nearly every file of raw bytes ends here, and costs nothing more.
+    return std::none_of(head.begin(), head.end(),
+                        [](char c) { return static_cast<unsigned char>(c) < ' '; }) &&
+           Printable(head) == head && FormOf(*first);
 }
 
 EepromDump ReadEepromDump(std::string_view text) {

@@ -2,8 +2,8 @@
 # Sourced by the commands of this project: makes sure that the tools and libraries that one of them needs are
 # there. Debian's packages are installed; on another system what is missing is named.
 
-# What for, package, and what shows that it is there: a program, a module of Python, a header that the compiler must
-# find, or a runtime that clang must link.
+# What for, package, and what shows that it is there: a program, a module of Python, a file, a header that the
+# compiler must find, or a runtime that clang must link.
 dependencies='
 build g++                program g++
 build cmake              program cmake
@@ -20,6 +20,15 @@ bench libbenchmark-dev   header  benchmark/benchmark.h
 bench libboost-dev       header  boost/crc.hpp
 clang clang              program clang++
 clang libclang-rt-dev    runtime fuzzer
+libcxx clang             program clang++
+libcxx libc++-dev        file    /usr/include/c++/v1/vector
+libcxx libc++abi-dev     file    /usr/lib/x86_64-linux-gnu/libc++abi.so
+libcxx googletest        file    /usr/src/googletest/CMakeLists.txt
+arm64 g++-aarch64-linux-gnu    program aarch64-linux-gnu-g++
+arm64 qemu-user-static         program qemu-aarch64-static
+arm64 android-liblog-dev:arm64 file    /usr/lib/aarch64-linux-gnu/android/liblog.so
+arm64 libsqlite3-dev:arm64     file    /usr/lib/aarch64-linux-gnu/libsqlite3.so
+arm64 googletest               file    /usr/src/googletest/CMakeLists.txt
 page  chromium           program chromium
 page  chromium-driver    program chromedriver
 page  python3-selenium   module  selenium
@@ -43,6 +52,7 @@ package blueprint-tools  program bpfmt
 is_there() {
     case $1 in
         program) command -v "$2" >/dev/null ;;
+        file) [ -e "$2" ] ;;
         module) PATH=/usr/bin:$PATH python3 -c "import $2" 2>/dev/null ;;
         header) echo "#include <$2>" | g++ -x c++ -I/usr/include/android -E - >/dev/null 2>&1 ;;
         runtime) echo 'extern "C" int LLVMFuzzerTestOneInput(const char*, long) { return 0; }' |
@@ -59,7 +69,7 @@ missing_packages() {
     done
 }
 
-# install_dependencies PURPOSE...: build, test, page, bench, clang, check, cover, package.
+# install_dependencies PURPOSE...: build, test, page, bench, clang, libcxx, arm64, check, cover, package.
 install_dependencies() {
     local missing as_root=()
     mapfile -t missing < <(missing_packages "$@")
@@ -73,6 +83,9 @@ install_dependencies() {
         as_root=(sudo)
     fi
     echo "Installing:" "${missing[@]}"
+    case "${missing[*]}" in
+        *:arm64*) "${as_root[@]}" dpkg --add-architecture arm64 ;;
+    esac
     "${as_root[@]}" apt-get update
     DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}"
     mapfile -t missing < <(missing_packages "$@")

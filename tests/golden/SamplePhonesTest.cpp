@@ -47,6 +47,23 @@ std::string ValueText(const record::TagValues& values) {
                                               std::to_string(values.count()) + " items, " + Digest(text);
 }
 
+/// The log without what it says of the calibration files that a pair passes over: which of them come before
+/// its own is up to the file system that lists the folder.
+std::vector<std::string> WithoutFilesPassedOver(const std::vector<std::string>& log) {
+    std::vector<std::string> lines;
+    std::size_t candidate = 0;
+    for (const std::string& line : log) {
+        if (line == "I [MatchDualCameraPersistFile] enter") {
+            candidate = lines.size();
+        }
+        lines.push_back(line);
+        if (line == "I [MatchDualCameraPersistFile] exit : ret = 0") {
+            lines.resize(candidate);
+        }
+    }
+    return lines;
+}
+
 /// Everything that a boot of the phone did, as text.
 std::string Outcome(const std::string& phoneFile) {
     TestPhone phone(PhoneBuilder(virtualphone::ReadPhoneFile(phoneFile)));
@@ -82,14 +99,15 @@ std::string Outcome(const std::string& phoneFile) {
     std::vector<std::string> lines;
     std::map<std::string, int> counts;
     std::string log;
-    for (const std::string& logged : phone.log()) {
+    const std::vector<std::string> all = WithoutFilesPassedOver(phone.log());
+    for (const std::string& logged : all) {
         const std::string line = WithoutAddresses(logged);
         log += line + "\n";
         if (++counts[line] == 1) {
             lines.push_back(line);
         }
     }
-    text << "\nLog, " << phone.log().size() << " lines, in their order " << Digest(log) << "\n";
+    text << "\nLog, " << all.size() << " lines, in their order " << Digest(log) << "\n";
     for (const std::string& line : lines) {
         text << "  " << counts[line] << "x " << line << (line.ends_with('\n') ? "" : "\n");
     }

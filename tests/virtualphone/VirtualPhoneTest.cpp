@@ -1,5 +1,6 @@
 #include <array>
 #include <stdexcept>
+#include <thread>
 
 #include <android/log.h>
 
@@ -64,6 +65,32 @@ TEST(VirtualPhone, RecordsLogAndThirdCalibration) {
     testing::internal::CaptureStderr();
     __android_log_print(ANDROID_LOG_ERROR, "Tag", "to the terminal");
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("to the terminal"));
+}
+
+TEST(VirtualPhone, TakesLinesFromAllThreads) {
+    constexpr int kLines = 200;
+    const TestPhone phone;
+    std::vector<std::thread> threads;
+    std::vector<std::vector<std::string>> written(4);
+    for (std::size_t i = 0; i < written.size(); ++i) {
+        const std::string tag = "T" + std::to_string(i);
+        for (int line = 0; line < kLines; ++line) {
+            written[i].push_back("I " + tag + ": " + std::to_string(line));
+        }
+        threads.emplace_back([tag] {
+            for (int line = 0; line < kLines; ++line) {
+                __android_log_print(ANDROID_LOG_INFO, tag.c_str(), "%d", line);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    std::vector<std::vector<std::string>> taken(written.size());
+    for (const std::string& line : phone.log()) {
+        taken.at(static_cast<std::size_t>(line.at(3) - '0')).push_back(line);
+    }
+    EXPECT_EQ(taken, written);
 }
 
 }  // namespace

@@ -127,12 +127,17 @@ TEST_F(Zvcam, InfluenceIsWhereFormatsAreDocumentedAndNowhereElse) {
 }
 
 TEST_F(Zvcam, InfluenceOfFilesPropertiesAndFlags) {
-    write("phone.json", R"({ "properties": {"ro.boot.product.theme_customize": "NoTesmor", "idle": "1"},
-        "files": {"/mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin":
-                      {"oiscal": {"version": 1, "fuseId": "", "gainX": 9000, "gainY": 9100}}, "/empty": {}},
-        "sensors": [{ "deviceId": 7, "sensorId": "0x0707",
-                      "eeprom": { "fill": 0, "bytes": {"1": "03", "16355": "41"} } }] })");
-    const json influence = json::parse(zvcam("influence phone.json --json -").out);
+    json phone = SamplePhone(zvcam("run '" PHONES "/halcyrion.json' --json -").out);
+    const std::string path = "/mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin";
+    const json bytes = phone["files"][path];
+    phone["files"] = {{path, bytes}, {"/empty", {{"hex", ""}}}};
+    phone["properties"] = {{"ro.boot.product.theme_customize", "NoTesmor"}, {"idle", "1"}};
+    const json sensor = phone["sensors"][0];
+    phone["sensors"] = json::array({sensor});
+    phone["sensors"][0]["eeprom"] = {
+        {"fill", 0}, {"bytes", {{"1", "03"}, {"16", "0102030405060708090A0B0C"}, {"16355", "41"}}}};
+    write("halcyrion.json", phone.dump());
+    const json influence = json::parse(zvcam("influence halcyrion.json --json -").out);
     std::map<std::string, std::set<std::string>> reached;
     for (const json& input : influence.at("inputs")) {
         if (input.contains("property") || input.contains("file")) {
@@ -150,10 +155,10 @@ TEST_F(Zvcam, InfluenceOfFilesPropertiesAndFlags) {
     using testing::Contains;
     EXPECT_THAT(reached.at("vendor.debug.camera.eeprom_dump"),
                 Contains("/data/vendor/camera/eeprom_raw_data_dump_back_main"));
+    EXPECT_THAT(reached.at("ro.boot.product.theme_customize"), testing::Not(testing::IsEmpty()));
     EXPECT_THAT(reached.at("idle"), testing::IsEmpty());
     EXPECT_THAT(reached.at("/empty"), testing::IsEmpty());
-    EXPECT_THAT(reached.at("/mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin"),
-                Contains("persist.vendor.camera.zv.oiscal.state"));
+    EXPECT_THAT(reached.at(path), Contains("persist.vendor.camera.zv.oiscal.state"));
     EXPECT_THAT(reached.at("flag"), Contains("vendor.camera.sensor.w.fuseID"));
 }
 

@@ -221,8 +221,8 @@ std::vector<fs::path> InputsOf(const BootOptions& options) {
     return inputs;
 }
 
-int ExitStatusOf(const analysis::Boot& boot) {
-    const std::string ending = EndingText(boot.record);
+int ExitStatusOf(const record::BootRecord& boot) {
+    const std::string ending = EndingText(boot);
     if (ending.empty()) {
         return kExitSuccess;
     }

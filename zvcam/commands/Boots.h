@@ -60,7 +60,10 @@ std::vector<std::filesystem::path> InputsOf(const BootOptions& options);
 
 /// Says on standard error how the boot ended, unless it returned.
 /// @return the exit status of a command that has done its work on it.
-int ExitStatusOf(const analysis::Boot& boot);
+int ExitStatusOf(const record::BootRecord& boot);
+inline int ExitStatusOf(const analysis::Boot& boot) {
+    return ExitStatusOf(boot.record);
+}
 
 /// Position of the device update that a person names: "4" for logical device 4, "4/3" for its member with
 /// sensor id 3.

@@ -30,6 +30,7 @@ int Run(const InfluenceOptions& options) {
     InfluenceRun run(PhoneOf(options.boot), {.boot = SupervisorOptions(options.boot, /*describe=*/false),
                                              .module = options.module,
                                              .step = options.step});
+    const int status = ExitStatusOf(run.unchanged());
     const analysis::Influence influence = run.find();
     if (!options.json.empty()) {
         WriteFile(options.json, [&](std::ostream& out) { WriteInfluence(out, influence); });
@@ -40,7 +41,7 @@ int Run(const InfluenceOptions& options) {
     if (options.json != "-" && options.html != "-") {
         PrintOut([&](std::ostream& out) { PrintInfluence(out, influence, OutputStyle()); });
     }
-    return kExitSuccess;
+    return status;
 }
 
 }  // namespace

@@ -189,6 +189,10 @@ InfluenceRun::InfluenceRun(PhoneDescription phone, const InfluenceRunOptions& op
 
 InfluenceRun::~InfluenceRun() = default;
 
+const record::BootRecord& InfluenceRun::unchanged() const {
+    return mState->subject.boot;
+}
+
 analysis::Influence InfluenceRun::find() {
     State& state = *mState;
     std::size_t total = 0;

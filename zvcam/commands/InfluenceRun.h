@@ -29,6 +29,9 @@ class InfluenceRun {
     InfluenceRun(const InfluenceRun&) = delete;
     InfluenceRun& operator=(const InfluenceRun&) = delete;
 
+    /// The boot of the unchanged phone.
+    const record::BootRecord& unchanged() const;
+
     /// Once only. Shows its progress on standard error.
     /// @throws std::runtime_error when a boot cannot be made.
     analysis::Influence find();

@@ -146,10 +146,11 @@ Markup Names(const std::vector<MarkedRange>& ranges) {
     std::vector<Name> names;
     for (const MarkedRange& range : ranges) {
         const std::string text = NameBeside(range);
+        const std::size_t row = range.first / kSide;
         if (!text.empty() &&
             (range.kind == Kind::Checked ||
              std::none_of(names.begin(), names.end(), [&](const Name& name) { return name.text == text; }))) {
-            names.push_back({text, range.state, static_cast<double>(range.first / kSide) + 0.5});
+            names.push_back({text, range.state, static_cast<double>(row) + 0.5});
         }
     }
     // Downwards as far as they need, then upwards as far as the picture reaches.
@@ -159,9 +160,9 @@ Markup Names(const std::vector<MarkedRange>& ranges) {
         least = name.y + kNameHeight;
     }
     double most = kSide - 2;
-    for (auto name = names.rbegin(); name != names.rend(); ++name) {
-        name->y = std::min(name->y, most);
-        most = name->y - kNameHeight;
+    for (std::size_t i = names.size(); i-- > 0;) {
+        names[i].y = std::min(names[i].y, most);
+        most = names[i].y - kNameHeight;
     }
     Markup drawn;
     for (const Name& name : names) {

@@ -19,7 +19,7 @@ using analysis::Range;
 /// Bytes a row of a picture.
 constexpr std::size_t kRow = 128;
 
-/// How dark a range is drawn: what few bytes do, what many have in common, what shows in the log alone.
+/// How strongly a range is drawn: what few bytes do, what many have in common, what shows in the log alone.
 const char* Shade(const Influence& influence, const Range& range) {
     if (!ReachesPublished(influence.sets[range.effects])) {
         return "0.15";
@@ -52,30 +52,6 @@ Markup Cells(analysis::Stretch bytes) {
     return cells;
 }
 
-Markup Picture(const Influence& influence, const InputInfluence& of) {
-    const std::size_t rows = (of.input.size + kRow - 1) / kRow;
-    Markup shapes = Element(
-        "rect", {{"class", "ground"}, {"width", std::to_string(kRow)}, {"height", std::to_string(rows)}});
-    for (const Range& range : of.ranges) {
-        if (range.effects != 0) {
-            shapes += Element("g", {{"fill", "currentColor"}, {"fill-opacity", Shade(influence, range)}},
-                              Element("title", {},
-                                      StretchText(range.bytes) + ": " +
-                                          Listed(EffectTexts(influence.sets[range.effects], true))) +
-                                  Cells(range.bytes));
-        }
-    }
-    return Element("figure", {},
-                   Element("svg",
-                           {{"viewBox", "0 0 " + std::to_string(kRow) + " " + std::to_string(rows)},
-                            {"role", "img"},
-                            {"aria-label", "The bytes of " + of.input.name + "; the table names them"}},
-                           shapes) +
-                       Element("figcaption", {},
-                               "A cell is a byte, a row 128 of them. Dark: what a few bytes do; grey: what "
-                               "many have in common; light: the log alone; empty: nothing."));
-}
-
 /// What of the published is reached; where nothing is, what logs otherwise.
 std::string Reached(const analysis::Effects& effects) {
     const bool published = ReachesPublished(effects);
@@ -83,10 +59,36 @@ std::string Reached(const analysis::Effects& effects) {
                            : (published ? "" : "the log alone: ") + Listed(EffectTexts(effects, !published));
 }
 
+Markup Picture(const Influence& influence, const InputInfluence& of) {
+    const std::size_t rows = (of.input.size + kRow - 1) / kRow;
+    Markup shapes = Element(
+        "rect", {{"class", "ground"}, {"width", std::to_string(kRow)}, {"height", std::to_string(rows)}});
+    for (const Range& range : of.ranges) {
+        if (range.effects != 0) {
+            shapes +=
+                Element("g", {{"fill", "currentColor"}, {"fill-opacity", Shade(influence, range)}},
+                        Element("title", {},
+                                StretchText(range.bytes) + ": " + Reached(influence.sets[range.effects])) +
+                            Cells(range.bytes));
+        }
+    }
+    return Element(
+        "figure", {},
+        Element("svg",
+                {{"viewBox", "0 0 " + std::to_string(kRow) + " " + std::to_string(rows)},
+                 {"role", "img"},
+                 {"aria-label", "The bytes of " + of.input.name + "; the table names them"}},
+                shapes) +
+            Element(
+                "figcaption", {},
+                "A cell is a byte, a row 128 of them. Strong: what a few bytes do; medium: what many have in "
+                "common; faint: the log alone; empty: nothing."));
+}
+
 Markup Ranges(const Influence& influence, const InputInfluence& of) {
     using Kind = HtmlTable::Column::Kind;
-    HtmlTable table(of.input.name,
-                    {{"bytes", Kind::Code}, {"count", Kind::Number}, {"what depends on them"}});
+    HtmlTable table("What " + of.input.name + " reaches",
+                    {{"bytes", Kind::Code}, {"count", Kind::Number}, {"what depends on them", Kind::Values}});
     table.searchable("range");
     if (of.without) {
         table.row({of.input.kind == Input::Kind::File ? "without it" : "other values", "",
@@ -94,7 +96,7 @@ Markup Ranges(const Influence& influence, const InputInfluence& of) {
     }
     for (const Range& range : PublishedRanges(influence, of)) {
         table.row({StretchText(range.bytes), std::to_string(range.bytes.count),
-                   range.open ? Markup("not found out") : Reached(influence.sets[range.effects])});
+                   range.open ? "not found out" : Reached(influence.sets[range.effects])});
     }
     return table.markup();
 }
@@ -114,8 +116,10 @@ void WriteInfluencePage(std::ostream& out, const Influence& influence) {
     }
     for (const InputInfluence& of : influence.inputs) {
         const Markup picture = of.input.size == 0 ? Markup() : Picture(influence, of);
-        page.sections.push_back(
-            {.id = IdOf(of.input.name), .title = of.input.name, .content = picture + Ranges(influence, of)});
+        page.sections.push_back({.id = IdOf(of.input.name),
+                                 .title = of.input.name,
+                                 .content = Element("div", {{"class", of.input.size == 0 ? "" : "memory"}},
+                                                    picture + Ranges(influence, of))});
     }
     WritePage(out, page);
 }

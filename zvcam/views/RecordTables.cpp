@@ -41,11 +41,11 @@ Markup Values(const std::vector<std::string>& lines) {
     if (lines.empty()) {
         return "none";
     }
-    if (lines.size() == 1 && lines[0].size() <= kLongestLine) {
-        return lines[0];
+    const std::string first = formats::Shortened(lines[0], kLongestLine);
+    if (lines.size() == 1 && first == lines[0]) {
+        return first;
     }
-    return Folded(lines.size() == 1 ? lines[0].substr(0, lines[0].find_last_of(' ', kLongestLine)) + " ..."
-                                    : Counted(lines.size(), "line") + ": " + lines[0] + " ...",
+    return Folded(lines.size() == 1 ? first : Counted(lines.size(), "line") + ": " + first + " ...",
                   Preformatted(lines), lines.size() > kMostPrintedLines);
 }
 
@@ -84,9 +84,9 @@ PageSection Files(const record::BootRecord& boot) {
     table.searchable("file");
     for (const record::ChangedFile& file : boot.files) {
         const std::string text = BlobText(file.bytes);
-        const bool whole = text.find(" more") == std::string::npos;
         table.row({file.path, std::to_string(file.bytes.size()), ModeText(file.mode),
-                   whole ? Markup(text) : Folded(text, Preformatted(HexLines(file.bytes)), true)});
+                   text.ends_with(" more") ? Folded(text, Preformatted(HexLines(file.bytes)), true)
+                                           : Markup(text)});
     }
     return Section("files", "Files", boot.files.size(), table);
 }
@@ -142,13 +142,15 @@ PageSection Reads(const record::BootRecord& boot) {
 
 PageSection Log(const record::BootRecord& boot, const analysis::Course& course,
                 const std::vector<analysis::Device>& devices) {
-    HtmlTable table("Log lines by the number of their event", {{"event", Column::Kind::Number},
-                                                               {"level"},
-                                                               {"device"},
-                                                               {"operation"},
-                                                               {"message", Column::Kind::Values}});
+    const auto all = record::EventsOf<record::LogLine>(boot);
+    const std::string tag = all.empty() ? "" : all[0]->tag;
+    HtmlTable table("Log lines of " + tag + ", others with their tag; by the number of their event",
+                    {{"event", Column::Kind::Number},
+                     {"level"},
+                     {"device"},
+                     {"operation"},
+                     {"message", Column::Kind::Values}});
     table.searchable("line");
-    std::size_t lines = 0;
     auto update = course.devices.begin();
     for (std::size_t i = 0; i < boot.events.size(); ++i) {
         const auto* const line = std::get_if<record::LogLine>(&boot.events[i]);
@@ -158,7 +160,6 @@ PageSection Log(const record::BootRecord& boot, const analysis::Course& course,
         if (line == nullptr) {
             continue;
         }
-        ++lines;
         const bool error = analysis::IsError(*line);
         const bool everywhere = analysis::IsOnEveryPhone(*line);
         const analysis::Device* const device =
@@ -173,10 +174,11 @@ PageSection Log(const record::BootRecord& boot, const analysis::Course& course,
                    : everywhere ? Markup(level + " on every phone")
                                 : Judged(Verdict::Bad, level),
                    device == nullptr ? "" : analysis::DeviceNumber(device->logicalIndex, device->memberId),
-                   std::string(record::OperationOf(*line)), std::string(record::TextOf(*line))},
+                   (line->tag == tag ? "" : line->tag + " ") + std::string(record::OperationOf(*line)),
+                   std::string(record::TextOf(*line))},
                   {{"class", error && !everywhere ? "error" : ""}, {"data-kind", kinds}});
     }
-    PageSection section = Section("log", "Log", lines, table);
+    PageSection section = Section("log", "Log", all.size(), table);
     section.content =
         Element("p", {{"class", "only-print"}}, "On paper only the error lines of this phone.") +
         section.content;

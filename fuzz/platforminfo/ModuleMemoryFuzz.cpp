@@ -1,20 +1,12 @@
 // A whole boot with any bytes as the memory of the wide and the front module.
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <utility>
-#include <vector>
 
-#include "platforminfo/CameraPlatformInfoZelvan.h"
+#include "fuzz/support/FreshPlugin.h"
+#include "fuzz/support/Fuzzing.h"
 #include "tables/EepromLayouts.h"
-#include "virtualphone/TemporaryFolder.h"
-#include "virtualphone/VirtualPhone.h"
 
 namespace {
-
-/// The plug-in afresh: the instance of a process would keep the first images.
-class FreshPlugin : public CameraPlatformInfoZelvan {};
 
 virtualphone::SensorDescription Sensor(int index, int deviceId, const std::uint8_t* data, std::size_t size) {
     virtualphone::SensorDescription sensor;
@@ -38,9 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     phone.logicalDevices.resize(8);
     phone.logicalDevices[1].sensorBits = tables::DeviceBits{2};
     phone.logicalDevices[7].sensorBits = tables::DeviceBits{1};
-    const virtualphone::TemporaryFolder root;
-    record::Recorder recorder;
-    const virtualphone::VirtualPhone running(std::move(phone), root.path(), recorder);
+    const FuzzPhone running(std::move(phone));
     FreshPlugin().ExposureModuleInfo();
     return 0;
 }
