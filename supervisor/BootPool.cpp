@@ -81,9 +81,11 @@ bool Send(int socket, std::string& bytes, int flags) {
     return true;
 }
 
-/// All that a worker does: jobs, until the pool has none left.
-void Serve(int socket, const BootOptions& options, const BootPool::Work& work) {
-    Booter booter(options);
+/// All that a worker does: jobs, until the pool has none left. Nothing leaves it but the end of the process:
+/// what stands behind the fork is the program's.
+void Serve(int socket, const BootOptions& options, const BootPool::Work& work) noexcept {
+    // Made for the first job, whose error it is where it cannot be made.
+    std::optional<Booter> booter;
     std::string received;
     do {
         std::size_t used = 0;
@@ -95,7 +97,10 @@ void Serve(int socket, const BootOptions& options, const BootPool::Work& work) {
             std::string answer;
             bool failed = true;
             try {
-                answer = work(std::string(text), booter);
+                if (!booter) {
+                    booter.emplace(options);
+                }
+                answer = work(std::string(text), *booter);
                 failed = false;
             } catch (const std::bad_alloc&) {
                 answer = "there is not enough memory";
@@ -265,6 +270,9 @@ BootPool::~BootPool() {
 }
 
 void BootPool::add(std::uint64_t key, std::string job) {
+    if (mState->ended) {
+        return;
+    }
     mState->waiting.emplace_back(key, std::move(job));
     ++mState->pending;
 }

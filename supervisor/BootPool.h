@@ -60,7 +60,8 @@ class BootPool {
     BootPool(const BootPool&) = delete;
     BootPool& operator=(const BootPool&) = delete;
 
-    /// Hands a job to the next worker that is free. Never waits.
+    /// Hands a job to the next worker that is free. Never waits. Of a pool that was stopped there is none,
+    /// and the job has no result.
     /// @param key comes back with the result; keys may repeat.
     void add(std::uint64_t key, std::string job);
 

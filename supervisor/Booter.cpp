@@ -21,6 +21,17 @@ namespace supervisor {
 
 using virtualphone::DeviceFiles;
 
+namespace {
+
+/// A boot that an ending signal has cut short says nothing of its phone.
+void RefuseCutShort() {
+    if (EndingWaits::arrived()) {
+        throw std::system_error(std::make_error_code(std::errc::interrupted), "an ending signal");
+    }
+}
+
+}  // namespace
+
 struct Booter::State {
     explicit State(BootOptions bootOptions) : options(std::move(bootOptions)) {
         if (options.root.empty()) {
@@ -37,8 +48,8 @@ struct Booter::State {
     std::optional<EndingWaits> endingWaits;  ///< first to come and last to go
     BootOptions options;
     std::optional<virtualphone::TemporaryFolder> temporary;
-    std::optional<DeviceFiles> files;
-    DeviceFiles::Traces traces;  ///< of the last boot; nothing is known of the root at first
+    std::optional<DeviceFiles> files;  ///< none while, and since, a phone had the root for itself
+    DeviceFiles::Traces traces;        ///< of the last boot; nothing is known of the root at first
     SharedLog log{options.recordLimit};
     std::unique_ptr<PluginServer> server;
 };
@@ -52,6 +63,9 @@ record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone) {
     const EndingWaits endingWaits;
     std::optional<Child> child;
     if (state.server) {
+        if (!state.files) {
+            state.useRoot();
+        }
         state.files->renew(phone.files, std::exchange(state.traces, {}));
         state.log.clear();
         child = state.server->boot(phone);
@@ -60,15 +74,13 @@ record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone) {
         // The root is one phone's at a time.
         state.files.reset();
         record::BootRecord boot = Boot(phone, state.options);
-        state.useRoot();
+        RefuseCutShort();
         return boot;
     }
     const File process(static_cast<int>(syscall(SYS_pidfd_open, child->id(), 0)), "cannot watch a process");
     const bool ended = WaitFor(process.get(), state.options.timeout);
     const int status = child->end();
-    if (EndingWaits::arrived()) {
-        throw std::system_error(std::make_error_code(std::errc::interrupted), "an ending signal");
-    }
+    RefuseCutShort();
     record::BootRecord boot =
         ReadPhoneLog(state.log, status, ended ? std::nullopt : std::optional(state.options.timeout));
     boot.phone = phone.name;

@@ -141,7 +141,7 @@ Told TakeMessages(const SharedLog& log, record::BootRecord& boot) {
 }  // namespace
 
 void BePhone(virtualphone::PhoneDescription description, const virtualphone::DeviceFiles& files,
-             const std::filesystem::path& library, std::optional<Plugin>& plugin, SharedLog& log) {
+             const std::filesystem::path& library, std::optional<Plugin>& plugin, SharedLog& log) noexcept {
     gIsPhone = true;
     pthread_atfork(nullptr, nullptr, [] { gIsPhone = false; });
     Reporter reporter(log);

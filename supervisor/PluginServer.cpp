@@ -100,9 +100,11 @@ std::optional<Plugin> Load(int bell, const std::filesystem::path& library,
     BePhone(std::move(*phone), files, {}, plugin, log);
 }
 
-/// All that the server does.
-void Serve(int bell, pid_t supervisor, const std::filesystem::path& library, const SharedLog& phones,
-           const virtualphone::DeviceFiles& files, SharedLog& log) {
+/// All that the server does. Nothing leaves it but the end of the process: what stands behind the fork is the
+/// program's.
+[[noreturn]] void Serve(int bell, pid_t supervisor, const std::filesystem::path& library,
+                        const SharedLog& phones, const virtualphone::DeviceFiles& files,
+                        SharedLog& log) noexcept {
     std::optional<Plugin> plugin = Load(bell, library, files);
     while (plugin && !Hear(bell).empty()) {
         // The server's sibling: a child of the supervisor, who can wait for it.
@@ -150,8 +152,7 @@ std::unique_ptr<PluginServer> PluginServer::Start(const std::filesystem::path& l
     if (answer.empty() || static_cast<Loaded>(answer[0]) != Loaded::Well) {
         return nullptr;
     }
-    return std::unique_ptr<PluginServer>(
-        new PluginServer(std::move(phones), std::move(bell), std::move(server)));
+    return std::make_unique<PluginServer>(std::move(phones), std::move(bell), std::move(server));
 }
 
 std::optional<Child> PluginServer::boot(const virtualphone::PhoneDescription& phone) {

@@ -18,6 +18,10 @@ namespace supervisor {
 /// A process that has loaded the plug-in and forks phones.
 class PluginServer {
   public:
+    /// Of the parts that `Start` makes.
+    PluginServer(std::unique_ptr<SharedLog> phones, File bell, Child server)
+        : mPhones(std::move(phones)), mBell(std::move(bell)), mServer(std::move(server)) {}
+
     /// Starts it.
     /// @param files where the phones' files will lie; only its root counts.
     /// @param log takes what the phones do.
@@ -32,9 +36,6 @@ class PluginServer {
     std::optional<Child> boot(const virtualphone::PhoneDescription& phone);
 
   private:
-    PluginServer(std::unique_ptr<SharedLog> phones, File bell, Child server)
-        : mPhones(std::move(phones)), mBell(std::move(bell)), mServer(std::move(server)) {}
-
     std::unique_ptr<SharedLog> mPhones;  ///< holds the phone to boot
     File mBell;                          ///< rung for each phone; answers with its process
     Child mServer;

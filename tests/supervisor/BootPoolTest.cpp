@@ -94,7 +94,21 @@ TEST_F(Pool, StoppedItKeepsWhatIsDone) {
     EXPECT_EQ(pool.pending(), 2U);
     pool.stop();
     EXPECT_FALSE(pool.next());
+    pool.add(4, "");
+    EXPECT_FALSE(pool.next());
     EXPECT_EQ(pool.pending(), 0U);
+}
+
+TEST_F(Pool, WhatAWorkerCannotBeginIsItsJobsError) {
+    PoolOptions options = Options(1);
+    options.boot.library = mFolder.path() / "plugin.so";
+    fs::copy_file(MISBEHAVING, options.boot.library);
+    BootPool pool(options, Work);
+    fs::remove(options.boot.library);
+    pool.add(1, "");
+    pool.add(2, "");
+    const auto namesIt = testing::HasSubstr("plugin.so: cannot open");
+    EXPECT_THAT(Results(pool), testing::ElementsAre(Pair(1, namesIt), Pair(2, namesIt)));
 }
 
 /// The caller has its say, then the program ends as the signal would have ended it.

@@ -318,10 +318,14 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
     write("list", "phone.json\n");
     write("empty", "\n");
     ASSERT_EQ(run("list", "fleet.sqlite").exitCode, 0);
+    zvcam::Database(file("foreign"), zvcam::Database::Access::Write).run("CREATE TABLE theirs (number)");
+    const std::string foreign = ReadText(file("foreign"));
     const std::vector<std::pair<std::string, std::string>> refused = {
         {"fleet run list --db fleet.sqlite",
          "cannot write fleet.sqlite: it exists; --resume goes on with it"},
         {"fleet run list --db list --resume", "list: file is not a database"},
+        {"fleet run list --db foreign --resume",
+         "foreign: expected a database of `zvcam fleet run`, got another one"},
         {"fleet run empty --db new", "empty: expected phone files or folders pulled from devices, got none"},
         {"fleet run phone.json --db new",
          "phone.json: expected a list of phones, one path a line, got JSON; `zvcam run` boots a single "
@@ -352,6 +356,7 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
         EXPECT_THAT(result.error, StartsWith("zvcam: " + message)) << command;
         EXPECT_FALSE(std::filesystem::exists(file("new"))) << command;
     }
+    EXPECT_EQ(ReadText(file("foreign")), foreign);
 }
 
 }  // namespace

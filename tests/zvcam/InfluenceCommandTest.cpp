@@ -164,7 +164,7 @@ TEST_F(Zvcam, InfluenceOfFilesPropertiesAndFlags) {
 
 TEST_F(Zvcam, InfluenceThatIsStoppedTellsWhatIsKnown) {
     const std::string command = "TMPDIR='" + file("tmp").string() +
-                                "' timeout -s INT 3 '" ZVCAM "' influence '" PHONES
+                                "' timeout 3 '" ZVCAM "' influence '" PHONES
                                 "/halcyrion.json' --step 1 --json '" +
                                 file("stopped").string() + "' >'" + file("out").string() + "' 2>&1";
     EXPECT_NE(std::system(command.c_str()), 0);
@@ -180,6 +180,8 @@ TEST_F(Zvcam, InfluenceWritesAPage) {
         zvcam("influence '" PHONES "/fieldtrouble.json' --module 'back ultra' --step 64 --html page");
     EXPECT_THAT(result.out, testing::HasSubstr("  0x0001 "));
     EXPECT_THAT(ReadText(file("page")), testing::HasSubstr("<title>0x0001: "));
+    EXPECT_EQ(zvcam("influence '" PHONES "/fieldtrouble.json' --json page --html ./page").error,
+              "zvcam: cannot write ./page: another output goes there\n");
     EXPECT_EQ(zvcam("influence '" PHONES "/fieldtrouble.json' --module front_main").error,
               "zvcam: no module \"front_main\" has a memory that can be read; there are back main and back "
               "ultra\n");

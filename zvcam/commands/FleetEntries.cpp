@@ -24,18 +24,14 @@ namespace fs = std::filesystem;
 }
 
 /// What a folder holds, sorted by name; nothing that is hidden or a link.
-std::vector<fs::directory_entry> Contents(const fs::path& folder) {
+std::vector<fs::directory_entry> Contents(const fs::path& folder, std::error_code& error) {
     std::vector<fs::directory_entry> contents;
-    std::error_code error;
     fs::directory_iterator entry(folder, error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
         std::error_code unknown;
         if (!entry->path().filename().string().starts_with('.') && !entry->is_symlink(unknown)) {
             contents.push_back(*entry);
         }
-    }
-    if (error) {
-        ThrowUnreadable(folder, "a folder that can be read", error.message());
     }
     std::sort(contents.begin(), contents.end());
     return contents;
@@ -54,8 +50,13 @@ bool LooksPulled(const fs::path& folder, const std::vector<fs::directory_entry>&
 }
 
 void Search(const fs::path& folder, const fs::path& name, std::vector<std::string>& paths) {
-    const std::vector<fs::directory_entry> contents = Contents(folder);
-    if (LooksPulled(folder, contents)) {
+    std::error_code error;
+    const std::vector<fs::directory_entry> contents = Contents(folder, error);
+    if (error && name.empty()) {
+        ThrowUnreadable(folder, "a folder that can be read", error.message());
+    }
+    // One below that cannot be read is an entry, whose reason the run tells.
+    if (error || LooksPulled(folder, contents)) {
         paths.push_back(name.empty() ? "." : name.string());
         return;
     }
@@ -137,7 +138,8 @@ Shard ReadShard(const std::string& text) {
 
 void KeepShard(const Shard& shard, FleetEntries& entries) {
     std::vector<std::string> kept;
-    for (std::size_t i = shard.number - 1; i < entries.paths.size(); i += shard.count) {
+    for (std::size_t i = shard.number - 1; i < entries.paths.size();
+         i += std::min(shard.count, entries.paths.size())) {
         kept.push_back(std::move(entries.paths[i]));
     }
     entries.paths = std::move(kept);

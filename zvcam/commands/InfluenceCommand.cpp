@@ -1,12 +1,12 @@
-#include <iostream>
+#include <filesystem>
 #include <memory>
 #include <ostream>
-#include <stdexcept>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Files.h"
 #include "zvcam/commands/InfluenceRun.h"
 #include "zvcam/commands/Output.h"
 #include "zvcam/views/InfluencePage.h"
@@ -25,11 +25,8 @@ struct InfluenceOptions {
 };
 
 int Run(const InfluenceOptions& options) {
-    for (const std::string& output : {options.json, options.html}) {
-        if (!output.empty()) {
-            CheckIsNoInput(output, InputsOf(options.boot));
-        }
-    }
+    const std::vector<std::filesystem::path> inputs = InputsOf(options.boot);
+    CheckOutputs({options.json, options.html}, {inputs.begin(), inputs.end()}, /*force=*/true);
     InfluenceRun run(PhoneOf(options.boot), {.boot = SupervisorOptions(options.boot, /*describe=*/false),
                                              .module = options.module,
                                              .step = options.step});

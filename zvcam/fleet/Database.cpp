@@ -56,16 +56,22 @@ Statement::Statement(Database& database, const std::string& sql) : mDatabase(dat
 }
 
 void Statement::bind(std::nullptr_t) {
-    sqlite3_bind_null(mStatement.get(), ++mBound);
+    check(sqlite3_bind_null(mStatement.get(), ++mBound));
 }
 
 void Statement::bind(std::int64_t number) {
-    sqlite3_bind_int64(mStatement.get(), ++mBound, number);
+    check(sqlite3_bind_int64(mStatement.get(), ++mBound, number));
 }
 
 void Statement::bind(std::string_view text) {
-    sqlite3_bind_text64(mStatement.get(), ++mBound, text.data() == nullptr ? "" : text.data(), text.size(),
-                        SQLITE_STATIC, SQLITE_UTF8);
+    check(sqlite3_bind_text64(mStatement.get(), ++mBound, text.data() == nullptr ? "" : text.data(),
+                              text.size(), SQLITE_STATIC, SQLITE_UTF8));
+}
+
+void Statement::check(int result) const {
+    if (result != SQLITE_OK) {
+        mDatabase.fail();
+    }
 }
 
 bool Statement::step() {

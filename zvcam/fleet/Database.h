@@ -60,6 +60,7 @@ class Statement {
     Statement(Database& database, const std::string& sql);
 
     /// Binds the next parameter, the first one after each reset.
+    /// @throws DatabaseError
     void bind(std::nullptr_t);
     void bind(std::int64_t number);
     /// @param text stays as it is until the reset.
@@ -80,6 +81,9 @@ class Statement {
     struct Finalize {
         void operator()(sqlite3_stmt* statement) const;
     };
+    /// @throws DatabaseError unless binding succeeded.
+    void check(int result) const;
+
     Database& mDatabase;
     std::unique_ptr<sqlite3_stmt, Finalize> mStatement;
     int mBound = 0;

@@ -128,12 +128,16 @@ Database OpenToWrite(const fs::path& path, bool resume) {
         throw std::runtime_error("cannot write " + path.string() + ": it exists; --resume goes on with it");
     }
     Database database(path, Database::Access::Write);
+    const bool empty = IsEmpty(database);
+    if (!empty) {
+        // Before its journal's mode changes, which stays with the file.
+        CheckIsFleet(database, path.string());
+    }
     // A commit is safe from the end of this program; from that of the machine once it reached the database.
     database.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
-    if (IsEmpty(database)) {
+    if (empty) {
         CreateTables(database);
     }
-    CheckIsFleet(database, path.string());
     return database;
 }
 

@@ -153,7 +153,7 @@ void PrintErrorLines(std::ostream& out, const FleetSummary& summary, const Style
 }
 
 void PrintCsvCell(std::ostream& out, std::string_view text) {
-    if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
+    if (text.find_first_of(",\"") == std::string_view::npos) {
         out << text;
         return;
     }
@@ -209,7 +209,7 @@ void PrintTableAsCsv(std::ostream& out, Statement& query) {
     while (query.step()) {
         for (int column = 0; column < query.columns(); ++column) {
             out << (column == 0 ? "" : ",");
-            PrintCsvCell(out, query.text(column));
+            PrintCsvCell(out, Printable(query.text(column)));
         }
         out << '\n';
     }
