@@ -54,14 +54,14 @@ ForgetfulProvider* gForgetfulProvider = nullptr;
 
 }  // namespace
 
-// The linker takes these names for the platform's function, and for what the plug-in's objects call.
-extern "C" NSCam::IMetadataProvider* __real__ZN5NSCam25NSMetadataProviderManager18valueForByDeviceIdEj(
-    unsigned id);
-extern "C" NSCam::IMetadataProvider* __wrap__ZN5NSCam25NSMetadataProviderManager18valueForByDeviceIdEj(
-    unsigned id) {
-    return gForgetfulProvider != nullptr
-               ? gForgetfulProvider
-               : __real__ZN5NSCam25NSMetadataProviderManager18valueForByDeviceIdEj(id);
+// The linker takes the first name for the platform's function, and the second for what the plug-in's objects
+// call.
+NSCam::IMetadataProvider* PlatformProvider(unsigned id) asm(
+    "__real__ZN5NSCam25NSMetadataProviderManager18valueForByDeviceIdEj");
+NSCam::IMetadataProvider* Provider(unsigned id) asm(
+    "__wrap__ZN5NSCam25NSMetadataProviderManager18valueForByDeviceIdEj");
+NSCam::IMetadataProvider* Provider(unsigned id) {
+    return gForgetfulProvider != nullptr ? gForgetfulProvider : PlatformProvider(id);
 }
 
 namespace {

@@ -35,6 +35,7 @@ constexpr std::array kNamedValues = {
     NamedValue{"calibration", "SOURCES", "file"},
     NamedValue{"diff", "A", "file"},
     NamedValue{"diff", "B", "file"},
+    NamedValue{"fleet run", "SOURCE", "file"},
 };
 
 bool Has(const Argument& argument, std::string_view name) {
@@ -228,7 +229,7 @@ std::string KindOf(const Command& command, const Argument& argument) {
         return "setting";
     }
     // A positional may say by its name alone what it takes.
-    if (argument.type == "DIR" || argument.value == "DIR") {
+    if (argument.type == "DIR" || argument.value == "DIR" || argument.type == "FOLDER") {
         return "folder";
     }
     return argument.type == "FILE" || argument.type == "P" ? "file" : "";
