@@ -42,7 +42,8 @@ inline std::pair<std::string_view, FuzzBytes> SplitLine(FuzzBytes bytes) {
 class FuzzPhone {
   public:
     explicit FuzzPhone(virtualphone::PhoneDescription phone)
-        : mFiles(Root(), phone.files, /*clean=*/true), mRunning(std::move(phone), mFiles, mRecorder) {}
+        : mFiles(Root(), phone.files, virtualphone::DeviceFiles::Root::Emptied),
+          mRunning(std::move(phone), mFiles, mRecorder) {}
 
     const virtualphone::VirtualPhone& operator*() const { return mRunning; }
     std::vector<record::Event> events() const { return mRecorder.events(); }
