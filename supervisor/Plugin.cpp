@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <exception>
 #include <link.h>
+#include <new>
 #include <span>
 
 #include "formats/Hex.h"
@@ -109,6 +110,8 @@ record::PluginIdentity Plugin::identity() const {
 CALLS_BY_LINKER_NAME std::optional<std::string> Plugin::run() const {
     try {
         mExposureModuleInfo(mCreateInstance());
+    } catch (const std::bad_alloc&) {
+        return "there is not enough memory";
     } catch (const std::exception& error) {
         return error.what();
     } catch (...) {

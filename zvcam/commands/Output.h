@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "supervisor/EndOnSignal.h"
 #include "zvcam/views/Text.h"
 
 namespace zvcam {
@@ -39,6 +40,8 @@ class Draft {
     void become(const std::filesystem::path& target, std::filesystem::perms permissions);
 
   private:
+    /// An ending signal waits until the draft is gone or in its place.
+    supervisor::EndingWaits mWaits;
     std::string mPath;
     std::string mName;
 };

@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "formats/EepromDump.h"
+#include "supervisor/EndOnSignal.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
 #include "zvcam/commands/Files.h"
@@ -109,6 +110,8 @@ class SideFolder {
                 renameat2(AT_FDCWD, mDraft.c_str(), AT_FDCWD, mTarget.c_str(), RENAME_NOREPLACE) == 0);
     }
 
+    /// An ending signal waits until the draft is gone or in its place.
+    supervisor::EndingWaits mWaits;
     fs::path mTarget;
     std::string mDraft;
     bool mPlaced = false;
@@ -141,7 +144,7 @@ std::vector<analysis::PulledFile> ReadPulledFolder(const fs::path& folder) {
         }
         if (!content.error.empty()) {
             throw std::runtime_error((folder / path).string() + ": expected a file that can be read, got " +
-                                     content.error);
+                                     content.instead());
         }
         pulled.push_back({.path = path.string(), .bytes = std::move(content.bytes)});
     }
