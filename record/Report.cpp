@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <concepts>
 #include <csignal>
 #include <cstdint>
 #include <cstring>
 #include <ostream>
+#include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -19,37 +23,269 @@ namespace record {
 
 namespace {
 
-template <typename Item>
-Json ItemReport(const Item& item) {
-    if constexpr (std::is_same_v<Item, Blob>) {
-        return formats::UpperHex(item);
-    } else if constexpr (std::is_same_v<Item, float>) {
-        if (std::isnan(item)) {
-            return "NaN";
+/// Levels of arrays and objects, the value's own included.
+int Height(const Json& value) {
+    int height = 0;
+    if (value.is_structured()) {
+        for (const Json& element : value) {
+            height = std::max(height, Height(element));
         }
-        if (std::isinf(item)) {
-            return item > 0 ? "Infinity" : "-Infinity";
+        ++height;
+    }
+    return height;
+}
+
+std::string Scalar(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+/// A line break and the indentation of a depth.
+std::string Lead(int depth) {
+    return "\n" + std::string(2 * static_cast<std::size_t>(depth), ' ');
+}
+
+/// Appends a value with one element a line down to what fits on one.
+void Append(std::string& text, const Json& value, int depth) {
+    if (!value.is_structured() || value.empty()) {
+        text += Scalar(value);
+        return;
+    }
+    const bool split = depth < 2 || Height(value) > 2;
+    const std::string lead = split ? Lead(depth + 1) : "";
+    const std::string next = split ? "," + lead : ", ";
+    const std::string* separator = &lead;
+    text += value.is_object() ? '{' : '[';
+    for (const auto& [key, element] : value.items()) {
+        text += *separator;
+        if (value.is_object()) {
+            text += Scalar(key) + ": ";
         }
-        return item;
+        Append(text, element, depth + 1);
+        separator = &next;
+    }
+    text += split ? Lead(depth) : "";
+    text += value.is_object() ? '}' : ']';
+}
+
+// A report has thousands of events and ten thousands of items: their text is written straight away. What is
+// rare or odd goes through the JSON library.
+
+template <std::integral Number>
+void Append(std::string& text, Number number) {
+    if constexpr (std::is_same_v<Number, bool>) {
+        text += number ? "true" : "false";
     } else {
-        return item;
+        text += std::to_string(number);
     }
 }
 
-Json TagReport(const Tag& tag) {
-    Json report;
-    report["tag"] = formats::HexNumber(tag.tag);
-    if (const tables::PublishedTag* known = tables::FindPublishedTag(tag.tag)) {
-        report["name"] = known->name;
-    }
-    report["type"] = tables::NameOf(tag.values.type());
-    Json& values = report["values"] = Json::array();
-    tag.values.visit([&values](const auto& items) {
-        for (const auto& item : items) {
-            values.push_back(ItemReport(item));
-        }
+void Append(std::string& text, std::string_view string) {
+    const bool plain = std::all_of(string.begin(), string.end(), [](char character) {
+        return character >= ' ' && character <= '~' && character != '"' && character != '\\';
     });
-    return report;
+    if (plain) {
+        text += '"';
+        text += string;
+        text += '"';
+    } else {
+        text += Scalar(std::string(string));
+    }
+}
+
+void Append(std::string& text, float number) {
+    if (std::isnan(number)) {
+        text += "\"NaN\"";
+    } else if (std::isinf(number)) {
+        text += number > 0 ? "\"Infinity\"" : "\"-Infinity\"";
+    } else {
+        text += Scalar(number);
+    }
+}
+
+void Append(std::string& text, const Blob& bytes) {
+    Append(text, formats::UpperHex(bytes));
+}
+
+template <typename Item>
+void Append(std::string& text, std::span<const Item> items) {
+    text += '[';
+    const char* separator = "";
+    for (const Item& item : items) {
+        text += separator;
+        Append(text, item);
+        separator = ", ";
+    }
+    text += ']';
+}
+
+/// An object on one line, member by member.
+class Line {
+  public:
+    explicit Line(std::string& text) : mText(text) { mText += '{'; }
+    ~Line() { mText += '}'; }
+    Line(const Line&) = delete;
+    Line& operator=(const Line&) = delete;
+
+    template <typename Value>
+    Line& with(std::string_view key, const Value& value) {
+        mText += mSeparator;
+        mSeparator = ", ";
+        Append(mText, key);
+        mText += ": ";
+        Append(mText, value);
+        return *this;
+    }
+
+  private:
+    std::string& mText;
+    const char* mSeparator = "";
+};
+
+// Each appends what an event's list says of it.
+
+void Append(std::string& text, const LogLine& line) {
+    Line(text).with("priority", line.priority).with("tag", line.tag).with("message", line.message);
+}
+
+void Append(std::string& text, const PropertySet& set) {
+    Line(text).with("name", set.name).with("value", set.value).with("stored", set.stored);
+}
+
+void Append(std::string& text, const EepromRead& read) {
+    Line line(text);
+    line.with("sensorId", read.sensorId)
+        .with("deviceBit", read.deviceBit)
+        .with("offset", read.offset)
+        .with("length", read.length);
+    if (read.read) {
+        line.with("read", *read.read);
+    }
+}
+
+void Append(std::string& text, const HandOver& handOver) {
+    Line(text).with("hex", handOver.block);
+}
+
+void Append(std::string& text, const Tag& tag) {
+    Line line(text);
+    line.with("tag", formats::HexNumber(tag.tag));
+    if (const tables::PublishedTag* known = tables::FindPublishedTag(tag.tag)) {
+        line.with("name", std::string_view(known->name));
+    }
+    line.with("type", std::string_view(tables::NameOf(tag.values.type())));
+    tag.values.visit([&line](const auto& items) { line.with("values", items); });
+}
+
+void Append(std::string& text, const ProviderMerge& merge);
+
+/// Elements one a line, those of a list at `depth`; nothing between the brackets where there are none.
+template <typename Elements>
+void AppendLines(std::string& text, const Elements& elements, int depth) {
+    const std::string lead = Lead(depth + 1);
+    const char* separator = "";
+    text += '[';
+    for (const auto& element : elements) {
+        text += separator + lead;
+        if constexpr (std::is_pointer_v<std::remove_cvref_t<decltype(element)>>) {
+            Append(text, *element);
+        } else {
+            Append(text, element);
+        }
+        separator = ",";
+    }
+    text += *separator == '\0' ? "]" : Lead(depth) + "]";
+}
+
+void Append(std::string& text, const ProviderMerge& merge) {
+    const std::string provider = formats::HexNumber(merge.provider);
+    if (merge.metadata.empty()) {
+        Line(text).with("provider", provider).with("metadata", std::span<const int>());
+        return;
+    }
+    text += "{" + Lead(3) + "\"provider\": \"" + provider + "\"," + Lead(3) + "\"metadata\": ";
+    AppendLines(text, merge.metadata, 3);
+    text += Lead(2) + "}";
+}
+
+/// Appends what the list of all events says of each: where it stands in the list of its kind, or what
+/// happened.
+class EventLines {
+  public:
+    explicit EventLines(std::string& text) : mText(text) {}
+
+    void operator()(const LogLine&) { Line(mText).with("log", mLogLines++); }
+    void operator()(const PropertySet&) { Line(mText).with("property", mProperties++); }
+    void operator()(const EepromRead&) { Line(mText).with("eepromRead", mEepromReads++); }
+    void operator()(const ProviderMerge&) { Line(mText).with("device", mDevices++); }
+    void operator()(const HandOver&) { Line(mText).with("thirdCalibration", mHandOvers++); }
+    void operator()(const PropertyAsked& asked) {
+        Line line(mText);
+        line.with("asked", asked.name);
+        if (asked.value) {
+            line.with("value", *asked.value);
+        } else {
+            line.with("value", Null());
+        }
+    }
+    void operator()(const AutofocusRead& read) {
+        Line(mText).with("autofocusRead", read.deviceBit).with("succeeded", read.succeeded);
+    }
+    void operator()(const PathOpened& opened) { Line(mText).with("opened", opened.path); }
+    void operator()(const Asked& asked) {
+        Line line(mText);
+        line.with("query", std::string_view(kQueryNames[static_cast<std::size_t>(asked.query)]))
+            .with("about", asked.about);
+        if (asked.query == Query::DeviceName) {
+            line.with("answer", asked.text);
+        } else {
+            line.with("answer", std::span<const std::int64_t>(asked.answer));
+        }
+    }
+    void operator()(const ProviderAsked& asked) {
+        Line(mText).with("provider", formats::HexNumber(asked.provider));
+    }
+    void operator()(const TagStored& stored) {
+        Line(mText)
+            .with("stored", formats::HexNumber(stored.tag))
+            .with("result", stored.result)
+            .with("count", stored.count);
+    }
+
+  private:
+    struct Null {};
+    friend void Append(std::string& text, Null) { text += "null"; }
+
+    std::string& mText;
+    std::size_t mLogLines = 0;
+    std::size_t mProperties = 0;
+    std::size_t mEepromReads = 0;
+    std::size_t mDevices = 0;
+    std::size_t mHandOvers = 0;
+};
+
+void AppendEvents(std::string& text, const std::vector<Event>& events) {
+    EventLines lines(text);
+    const char* separator = "";
+    text += '[';
+    for (const Event& event : events) {
+        text += separator + Lead(2);
+        std::visit(lines, event);
+        separator = ",";
+    }
+    text += events.empty() ? "]" : Lead(1) + "]";
+}
+
+void AppendFiles(std::string& text, const std::vector<ChangedFile>& files) {
+    const char* separator = "";
+    text += '{';
+    for (const ChangedFile& file : files) {
+        text += separator + Lead(2);
+        Append(text, file.path);
+        text += ": ";
+        Line(text).with("size", file.bytes.size()).with("mode", ModeText(file.mode)).with("hex", file.bytes);
+        separator = ",";
+    }
+    text += files.empty() ? "}" : Lead(1) + "}";
 }
 
 Json EndReport(const Ended& ended) {
@@ -75,176 +311,57 @@ Json EndReport(const Ended& ended) {
     return report;
 }
 
-Json FilesReport(const std::vector<ChangedFile>& files) {
-    Json report = Json::object();
-    for (const ChangedFile& file : files) {
-        report[file.path] = {{"size", file.bytes.size()},
-                             {"mode", ModeText(file.mode)},
-                             {"hex", formats::UpperHex(file.bytes)}};
-    }
-    return report;
-}
-
-/// Puts each event into the list of its kind, where it has one, and into the list of all.
-class Lists {
-  public:
-    void add(const Event& event) {
-        std::visit([this](const auto& of) { take(of); }, event);
-    }
-
-    Json log = Json::array();
-    Json properties = Json::array();
-    Json devices = Json::array();
-    Json thirdCalibration = Json::array();
-    Json eepromReads = Json::array();
-    Json events = Json::array();
-
-  private:
-    void take(const LogLine& line) {
-        point("log", log, {{"priority", line.priority}, {"tag", line.tag}, {"message", line.message}});
-    }
-    void take(const PropertySet& set) {
-        point("property", properties, {{"name", set.name}, {"value", set.value}, {"stored", set.stored}});
-    }
-    void take(const EepromRead& read) {
-        Json report{{"sensorId", read.sensorId},
-                    {"deviceBit", read.deviceBit},
-                    {"offset", read.offset},
-                    {"length", read.length}};
-        if (read.read) {
-            report["read"] = *read.read;
-        }
-        point("eepromRead", eepromReads, std::move(report));
-    }
-    void take(const ProviderMerge& merge) {
-        Json metadata = Json::array();
-        for (const Tag& tag : merge.metadata) {
-            metadata.push_back(TagReport(tag));
-        }
-        point("device", devices,
-              {{"provider", formats::HexNumber(merge.provider)}, {"metadata", std::move(metadata)}});
-    }
-    void take(const HandOver& handOver) {
-        point("thirdCalibration", thirdCalibration, {{"hex", formats::UpperHex(handOver.block)}});
-    }
-    void take(const PropertyAsked& asked) {
-        events.push_back({{"asked", asked.name}, {"value", asked.value ? Json(*asked.value) : Json()}});
-    }
-    void take(const AutofocusRead& read) {
-        events.push_back({{"autofocusRead", read.deviceBit}, {"succeeded", read.succeeded}});
-    }
-    void take(const PathOpened& opened) { events.push_back({{"opened", opened.path}}); }
-    void take(const Asked& asked) {
-        events.push_back(
-            {{"query", kQueryNames[static_cast<std::size_t>(asked.query)]},
-             {"about", asked.about},
-             {"answer", asked.query == Query::DeviceName ? Json(asked.text) : Json(asked.answer)}});
-    }
-    void take(const ProviderAsked& asked) {
-        events.push_back({{"provider", formats::HexNumber(asked.provider)}});
-    }
-    void take(const TagStored& stored) {
-        events.push_back(
-            {{"stored", formats::HexNumber(stored.tag)}, {"result", stored.result}, {"count", stored.count}});
-    }
-
-    void point(const char* kind, Json& list, Json report) {
-        events.push_back({{kind, list.size()}});
-        list.push_back(std::move(report));
-    }
-};
-
-Json MakeReport(const BootRecord& boot) {
-    Lists lists;
-    for (const Event& event : boot.events) {
-        lists.add(event);
-    }
-    Json report;
+std::string ReportText(const BootRecord& boot) {
+    std::string text = "{";
+    const auto member = [&](const char* key) -> std::string& {
+        text += (text.size() == 1 ? "" : ",") + Lead(1) + "\"" + key + "\": ";
+        return text;
+    };
     if (boot.ordered) {
-        report["format"] = 1;
+        Append(member("format"), 1);
     }
-    report["phone"] = boot.phone;
+    Append(member("phone"), boot.phone);
     if (boot.plugin) {
-        report["plugin"] = {{"path", boot.plugin->path}, {"buildId", boot.plugin->buildId}};
+        Append(member("plugin"), Json{{"path", boot.plugin->path}, {"buildId", boot.plugin->buildId}}, 1);
     }
     // A record without order is that of an older report, which says "exception" alone.
     if (boot.ended && (boot.ordered || boot.ended->how != Ended::How::Threw)) {
-        report["ended"] = EndReport(*boot.ended);
+        Append(member("ended"), EndReport(*boot.ended), 1);
     }
-    report["properties"] = std::move(lists.properties);
-    report["files"] = FilesReport(boot.files);
+    AppendLines(member("properties"), EventsOf<PropertySet>(boot), 1);
+    AppendFiles(member("files"), boot.files);
     if (!boot.rewritten.empty()) {
-        report["rewritten"] = FilesReport(boot.rewritten);
+        AppendFiles(member("rewritten"), boot.rewritten);
     }
     if (boot.foreignFiles > 0) {
-        report["foreignFiles"] = boot.foreignFiles;
+        Append(member("foreignFiles"), boot.foreignFiles);
     }
-    report["devices"] = std::move(lists.devices);
-    report["thirdCalibration"] = std::move(lists.thirdCalibration);
-    report["eepromReads"] = std::move(lists.eepromReads);
-    report["log"] = std::move(lists.log);
+    AppendLines(member("devices"), EventsOf<ProviderMerge>(boot), 1);
+    AppendLines(member("thirdCalibration"), EventsOf<HandOver>(boot), 1);
+    AppendLines(member("eepromReads"), EventsOf<EepromRead>(boot), 1);
+    AppendLines(member("log"), EventsOf<LogLine>(boot), 1);
     if (boot.ended && boot.ended->how == Ended::How::Threw) {
-        report["exception"] = boot.ended->what;
+        Append(member("exception"), boot.ended->what);
     }
     if (!boot.troubles.empty()) {
-        report["troubles"] = boot.troubles;
+        AppendLines(member("troubles"), boot.troubles, 1);
     }
     if (boot.ordered) {
-        report["events"] = std::move(lists.events);
+        AppendEvents(member("events"), boot.events);
     }
     if (!boot.description.empty()) {
-        report["description"] = Json::parse(boot.description, nullptr, /*allow_exceptions=*/true,
-                                            /*ignore_comments=*/true);
+        Append(member("description"),
+               Json::parse(boot.description, nullptr, /*allow_exceptions=*/true, /*ignore_comments=*/true),
+               1);
     }
-    return report;
-}
-
-/// Levels of arrays and objects, the value's own included.
-int Height(const Json& value) {
-    int height = 0;
-    if (value.is_structured()) {
-        for (const Json& element : value) {
-            height = std::max(height, Height(element));
-        }
-        ++height;
-    }
-    return height;
-}
-
-std::string Scalar(const Json& value) {
-    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
-/// Writes one element a line down to what fits on one: a property, a file, a tag with all its values.
-void Write(std::ostream& out, const Json& value, int depth) {
-    if (!value.is_structured() || value.empty()) {
-        out << Scalar(value);
-        return;
-    }
-    const bool split = depth < 2 || Height(value) > 2;
-    const std::string lead = split ? "\n" + std::string(2 * static_cast<std::size_t>(depth) + 2, ' ') : "";
-    const std::string next = split ? "," + lead : ", ";
-    const char* separator = lead.c_str();
-    out << (value.is_object() ? '{' : '[');
-    for (const auto& [key, element] : value.items()) {
-        out << separator;
-        if (value.is_object()) {
-            out << Scalar(key) << ": ";
-        }
-        Write(out, element, depth + 1);
-        separator = next.c_str();
-    }
-    if (split) {
-        out << lead.substr(0, lead.size() - 2);
-    }
-    out << (value.is_object() ? '}' : ']');
+    return text + "\n}\n";
 }
 
 }  // namespace
 
 void WriteReport(std::ostream& out, const BootRecord& boot) {
-    Write(out, MakeReport(boot), 0);
-    out << '\n';
+    const std::string text = ReportText(boot);
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
 }  // namespace record
