@@ -57,10 +57,9 @@ COMMANDS = {
     "fleet run": "fleet run {0}/fleet --jobs 1 -q --db {0}/run{1}.db",
     "fleet merge": "fleet merge {0}/merged{1}.db {0}/fleet.db",
     "fleet report": "fleet report {0}/fleet.db",
-    "influence": f"influence {HALCYRION} --module front_main --step 1024",
 }
-# Some take as long as all others together.
-ONCE = ("influence",)
+# Boots a phone thousands of times: what one of these boots costs is a row of its own.
+WITHOUT_EXAMPLE = {"influence"}
 
 
 @dataclass
@@ -74,7 +73,7 @@ class Row:
 
 
 def microseconds(nanoseconds):
-    return f"{nanoseconds / 1e3:.3g} us"
+    return f"{nanoseconds / 1e3:.3f} us" if nanoseconds < 1e4 else f"{nanoseconds / 1e3:.0f} us"
 
 
 def processor_times(program, *arguments):
@@ -108,14 +107,13 @@ def start_rows(build):
     yield Row("dearest device over cheapest", "", max(costs.values()) / min(costs.values()), AIM_FLAT)
 
 
-def measured(arguments):
-    """Processor seconds and peak MiB of a program and all that it starts."""
-    pid = os.posix_spawn(arguments[0], arguments, os.environ,
-                         file_actions=[(os.POSIX_SPAWN_OPEN, 1, os.devnull, os.O_WRONLY, 0)])
-    _, status, usage = os.wait4(pid, 0)
-    if os.waitstatus_to_exitcode(status) not in (0, 1):
-        sys.exit(" ".join(arguments) + f": ended with {os.waitstatus_to_exitcode(status)}")
-    return usage.ru_utime + usage.ru_stime, usage.ru_maxrss / 1024
+def measured(build, arguments):
+    """Processor milliseconds and peak MiB of a program and all that it starts."""
+    out = subprocess.run([f"{build}/bin/Measured", *arguments], check=True, stdout=subprocess.PIPE, text=True).stdout
+    milliseconds, peak, status = out.split()
+    if status not in ("0", "1"):
+        sys.exit(f"{' '.join(arguments)}: ended with {status}")
+    return float(milliseconds), float(peak)
 
 
 def leaves(build):
@@ -134,31 +132,30 @@ def command_rows(build):
     peaks = {}
     with tempfile.TemporaryDirectory() as folder:
         for line in PREPARATION:
-            measured([zvcam, *line.format(folder).split()])
+            measured(build, [zvcam, *line.format(folder).split()])
         for repetition in range(REPETITIONS):
             for name in random.sample(list(examples), len(examples)):
-                if repetition == 0 or name not in ONCE:
-                    seconds, peak = measured([zvcam, *examples[name].format(folder, repetition).split()])
-                    times[name].append(seconds)
-                    peaks[name] = max(peak, peaks.get(name, 0))
+                milliseconds, peak = measured(build, [zvcam, *examples[name].format(folder, repetition).split()])
+                times[name].append(milliseconds)
+                peaks[name] = max(peak, peaks.get(name, 0))
     run = statistics.median(times["run"])
-    for name, seconds in times.items():
-        cost = statistics.median(seconds)
+    for name, milliseconds in times.items():
+        cost = statistics.median(milliseconds)
         aim = AIM_REPORT if name == "run --json" else None
-        yield Row(f"zvcam {name}", f"{cost * 1e3:.1f} ms, {peaks[name]:.0f} MiB at most",
+        yield Row(f"zvcam {name}", f"{cost:.1f} ms, {peaks[name]:.1f} MiB at most",
                   None if name == "run" else cost / run, aim)
-    for name in sorted(known - {leaf for leaf in known for line in examples.values() if line.startswith(leaf)}):
+    for name in sorted(known - WITHOUT_EXAMPLE - {leaf for leaf in known for line in examples.values() if line.startswith(leaf)}):
         yield Row(f"zvcam {name}", "has no example in benchmarks/table.py")
 
 
 def pool_rows(build):
-    one = None
+    boots = 200
+    pool = [f"{build}/bin/PoolBench", f"{build}/lib/libcameraplatforminfozelvan.so", HALCYRION, str(boots)]
     for workers in sorted({1, len(os.sched_getaffinity(0))}):
-        boots = float(subprocess.run(
-            [f"{build}/bin/PoolBench", f"{build}/lib/libcameraplatforminfozelvan.so", HALCYRION, "200", str(workers)],
-            check=True, capture_output=True, text=True).stdout)
-        one = one or boots
-        yield Row(f"boots a second, {workers} at a time", f"{boots:.0f}", None if workers == 1 else boots / one)
+        rate = float(subprocess.run([*pool, str(workers)], check=True, capture_output=True, text=True).stdout)
+        yield Row(f"boots a second, {workers} at a time", f"{rate:.0f}")
+    milliseconds, peak = measured(build, [*pool, "1"])
+    yield Row("a boot among many", f"{milliseconds / boots:.2f} ms, {peak:.1f} MiB at most for {boots}")
 
 
 def library_row(name, library, strip):
