@@ -101,6 +101,9 @@ TEST_F(PhoneCommand, PulledPhoneIsOtherwiseTheOneToStartFrom) {
                                    "is not\n"));
     EXPECT_FALSE(std::filesystem::exists(file("new.files/mine")));
     EXPECT_NE(ReadText(file("new.json")), before);
+    // Its own side files are what a device might have had.
+    EXPECT_EQ(zvcam("phone from-device new.files -o new.json --force").error,
+              "zvcam: cannot write new.files: the run reads what lies there\n");
 }
 
 TEST_F(PhoneCommand, DamagedPullIsOneLine) {

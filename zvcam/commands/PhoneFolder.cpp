@@ -159,9 +159,13 @@ LikePhone ReadLikePhone(const std::string& file) {
     return {.phone = virtualphone::ReadPhoneFile(file), .name = file};
 }
 
+fs::path SideFolderOf(const fs::path& path) {
+    return path.parent_path() / (path.stem().string() + ".files");
+}
+
 void WritePhone(const fs::path& path, const virtualphone::PhoneDescription& phone, bool force) {
-    const fs::path folderName = path.stem().string() + ".files";
-    const fs::path folder = path.parent_path() / folderName;
+    const fs::path folder = SideFolderOf(path);
+    const fs::path folderName = folder.filename();
     CheckIsNew(path, force);
     CheckIsNew(folder, force);
     SideFolder sideFolder(folder);
