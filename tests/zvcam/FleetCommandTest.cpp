@@ -411,8 +411,8 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
             zvcam("fleet make -o new " + text + (text.starts_with("--seed") ? " --count 1" : ""));
         EXPECT_EQ(result.exitCode, 2) << number;
         EXPECT_THAT(result.error,
-                    StartsWith(text.substr(0, space) + ": expected a whole number of 0 to " +
-                               "18446744073709551615, got \"" + text.substr(space + 1) + "\"\n"));
+                    StartsWith("zvcam: " + text.substr(0, space) + ": expected a whole number of 0 to " +
+                               "18446744073709551615, got \"" + text.substr(space + 1) + "\"; "));
         EXPECT_FALSE(std::filesystem::exists(file("new"))) << number;
     }
 }
