@@ -66,17 +66,20 @@ constexpr std::array<Called, 10> kCalled = {{
 }};
 
 /// All operations that belong to one step.
-std::vector<Called> AllCalled() {
-    std::vector<Called> all(kCalled.begin(), kCalled.end());
-    for (const std::span<const Operation> steps : {BootSteps(), DeviceSteps()}) {
-        for (const Operation& step : steps) {
-            all.push_back({step.name, step.name});
+const std::vector<Called>& AllCalled() {
+    static const std::vector<Called> kAll = [] {
+        std::vector<Called> all(kCalled.begin(), kCalled.end());
+        for (const std::span<const Operation> steps : {BootSteps(), DeviceSteps()}) {
+            for (const Operation& step : steps) {
+                all.push_back({step.name, step.name});
+            }
         }
-    }
 #define OPERATION(name, step, sourceFile) all.push_back({#name, #step});
 #include "tables/PublishingOperations.inc"
 #undef OPERATION
-    return all;
+        return all;
+    }();
+    return kAll;
 }
 
 const Operation* Find(std::span<const Operation> operations, std::string_view name) {
@@ -196,10 +199,18 @@ std::span<const Operation> DeviceSteps() {
 }
 
 std::string_view StepOf(std::string_view operation) {
-    static const std::vector<Called> kAll = AllCalled();
+    const std::vector<Called>& all = AllCalled();
     const auto found =
-        std::find_if(kAll.begin(), kAll.end(), [=](const Called& row) { return row.name == operation; });
-    return found == kAll.end() ? std::string_view() : found->step;
+        std::find_if(all.begin(), all.end(), [=](const Called& row) { return row.name == operation; });
+    return found == all.end() ? std::string_view() : found->step;
+}
+
+std::vector<std::string> OperationNames() {
+    std::vector<std::string> names;
+    for (const Called& row : AllCalled()) {
+        names.emplace_back(row.name);
+    }
+    return names;
 }
 
 Course CourseOf(const record::BootRecord& boot) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -28,6 +29,9 @@ std::span<const Operation> DeviceSteps();
 /// The step that runs an operation: itself, or the one that calls it and is the only one to do so.
 /// Empty for helpers that several steps share, and for names that are none of the plug-in's.
 std::string_view StepOf(std::string_view operation);
+
+/// The names of all operations that belong to one step.
+std::vector<std::string> OperationNames();
 
 /// A run of events that one step caused.
 struct Step {

@@ -268,6 +268,27 @@ std::vector<std::string> NearestOf(std::vector<std::string> names, std::string_v
     return {sorted.begin(), sorted.end()};
 }
 
+std::vector<std::string> NamesNear(std::vector<std::string> names, std::string_view text) {
+    const std::string wanted = Lower(text);
+    const std::size_t farthest = std::max<std::size_t>(1, wanted.size() / 3);
+    const auto isNear = [&](std::string_view end) {
+        // What is much longer or shorter is not worth the comparison.
+        return std::max(end.size(), wanted.size()) - std::min(end.size(), wanted.size()) <= farthest &&
+               Distance(wanted, end) <= farthest;
+    };
+    std::erase_if(names, [&](const std::string& name) {
+        const std::string lower = Lower(name);
+        for (std::size_t start = 0; start != std::string::npos; start = lower.find('_', start)) {
+            start += start == 0 ? 0 : 1;
+            if (isNear(std::string_view(lower).substr(start))) {
+                return false;
+            }
+        }
+        return true;
+    });
+    return NearestOf(std::move(names), text, 3);
+}
+
 Reason WhyOf(const Boot& boot, const Course& course, const std::vector<Device>& devices, const Item& item,
              std::size_t device) {
     Reason reason;

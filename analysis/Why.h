@@ -34,6 +34,10 @@ std::vector<std::string> NamesLike(std::string_view text);
 /// Of `names`, those that fewest edits part from a text, the nearest first.
 std::vector<std::string> NearestOf(std::vector<std::string> names, std::string_view text, std::size_t count);
 
+/// Those of `names` that a text may be a slip of the hand for, or for the end of which behind a "_"; the
+/// nearest first, at most three.
+std::vector<std::string> NamesNear(std::vector<std::string> names, std::string_view text);
+
 /// What the plug-in asked the platform for, and how often.
 struct Question {
     std::string words;

@@ -27,6 +27,7 @@ class Builder : public nlohmann::json_sax<Json> {
     bool end_object() override { return close(); }
     bool end_array() override { return close(); }
     bool key(std::string& name) override {
+        mValues += 2;
         mMember = &mOpen.back()->get_ref<Json::object_t&>()[name];
         return true;
     }
@@ -43,6 +44,10 @@ class Builder : public nlohmann::json_sax<Json> {
         if (mTooDeep) {
             throw ReportError("/: expected at most " + std::to_string(kDeepestNesting) +
                               " lists and objects in each other, got more");
+        }
+        if (mValues > kMostReportValues) {
+            throw ReportError("/: expected at most " + std::to_string(kMostReportValues) +
+                              " values, a member counted as three, got more");
         }
         if (!mError.empty()) {
             throw ReportError(JsonPlace(text, mPosition == 0 ? 0 : mPosition - 1) +
@@ -63,12 +68,12 @@ class Builder : public nlohmann::json_sax<Json> {
     }
     bool add(Json value) {
         place(std::move(value));
-        return true;
+        return ++mValues <= kMostReportValues;
     }
     bool open(Json value) {
         mTooDeep = mOpen.size() == kDeepestNesting;
         mOpen.push_back(&place(std::move(value)));
-        return !mTooDeep;
+        return !mTooDeep && ++mValues <= kMostReportValues;
     }
     bool close() {
         mOpen.pop_back();
@@ -78,6 +83,7 @@ class Builder : public nlohmann::json_sax<Json> {
     Json mRoot;
     std::vector<Json*> mOpen;
     Json* mMember = nullptr;  ///< whose value comes next
+    std::size_t mValues = 0;
     std::string mError;
     std::size_t mPosition = 0;
     bool mTooDeep = false;

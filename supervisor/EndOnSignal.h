@@ -19,7 +19,8 @@ class EndOnSignal {
     static void forget();
 };
 
-/// A boot in progress, for which an ending signal waits. The last one to go ends the program.
+/// A boot in progress, or another piece of work that must not be left as it is, for which an ending signal
+/// waits. The last one to go ends the program.
 class EndingWaits {
   public:
     EndingWaits();

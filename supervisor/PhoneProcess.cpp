@@ -7,6 +7,7 @@
 #include <exception>
 #include <iostream>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <pthread.h>
 #include <span>
@@ -156,6 +157,9 @@ void BePhone(virtualphone::PhoneDescription description, const virtualphone::Dev
         std::fflush(nullptr);
         reporter.say(Message::Completed);
         // With the phone still on: to take it apart is time lost.
+        _exit(0);
+    } catch (const std::bad_alloc&) {
+        reporter.say(Message::NoPlugin, "there is not enough memory");
         _exit(0);
     } catch (const std::exception& error) {
         reporter.say(Message::NoPlugin, error.what());

@@ -8,9 +8,11 @@
 #include <dlfcn.h>
 #include <exception>
 #include <link.h>
+#include <new>
 #include <span>
 
 #include "formats/Hex.h"
+#include "virtualphone/InputFile.h"
 
 // A member function is called as what it is to the linker: a function with `this` as its first argument.
 // Clang's sanitizer compares C++ types and objects.
@@ -47,8 +49,28 @@ std::string LowerHex(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
-/// The build id among the ELF notes of a loaded library, in lower-case hexadecimal.
-std::string BuildIdOf(void* handle) {
+/// The build id among ELF notes, in lower-case hexadecimal; empty where there is none.
+std::string BuildIdAmong(std::span<const std::uint8_t> notes) {
+    ElfW(Nhdr) note;
+    for (std::size_t at = 0; at + sizeof note <= notes.size();) {
+        std::memcpy(&note, &notes[at], sizeof note);
+        // Name and description are filled up to whole words.
+        const std::size_t name = at + sizeof note;
+        const std::size_t id = name + (std::size_t{note.n_namesz} + 3) / 4 * 4;
+        at = id + (std::size_t{note.n_descsz} + 3) / 4 * 4;
+        if (at > notes.size()) {
+            break;
+        }
+        if (note.n_type == NT_GNU_BUILD_ID && note.n_namesz == sizeof ELF_NOTE_GNU &&
+            std::memcmp(&notes[name], ELF_NOTE_GNU, sizeof ELF_NOTE_GNU) == 0) {
+            return LowerHex(notes.subspan(id, note.n_descsz));
+        }
+    }
+    return "";
+}
+
+/// The build id of a loaded library.
+std::string BuildIdOfLoaded(void* handle) {
     const link_map* map = nullptr;
     const ElfW(Phdr)* headers = nullptr;
     const int count = dlinfo(handle, RTLD_DI_PHDR, &headers);
@@ -61,20 +83,8 @@ std::string BuildIdOf(void* handle) {
         }
         const std::span notes(reinterpret_cast<const std::uint8_t*>(map->l_addr + header.p_vaddr),
                               header.p_memsz);
-        ElfW(Nhdr) note;
-        for (std::size_t at = 0; at + sizeof note <= notes.size();) {
-            std::memcpy(&note, &notes[at], sizeof note);
-            // Name and description are filled up to whole words.
-            const std::size_t name = at + sizeof note;
-            const std::size_t id = name + (note.n_namesz + 3U) / 4 * 4;
-            at = id + (note.n_descsz + 3U) / 4 * 4;
-            if (at > notes.size()) {
-                break;
-            }
-            if (note.n_type == NT_GNU_BUILD_ID && note.n_namesz == sizeof ELF_NOTE_GNU &&
-                std::memcmp(&notes[name], ELF_NOTE_GNU, sizeof ELF_NOTE_GNU) == 0) {
-                return LowerHex(notes.subspan(id, note.n_descsz));
-            }
+        if (std::string id = BuildIdAmong(notes); !id.empty()) {
+            return id;
         }
     }
     return "";
@@ -91,6 +101,33 @@ std::filesystem::path Plugin::DefaultLibrary() {
     return program.parent_path().parent_path() / "lib" / "libcameraplatforminfozelvan.so";
 }
 
+std::optional<std::string> Plugin::BuildIdOf(const std::filesystem::path& library) {
+    const virtualphone::FileContent content = virtualphone::ReadWholeFile(library, /*regularOnly=*/true);
+    const std::span<const std::uint8_t> bytes = content.bytes;
+    ElfW(Ehdr) elf;
+    if (bytes.size() < sizeof elf) {
+        return std::nullopt;
+    }
+    std::memcpy(&elf, bytes.data(), sizeof elf);
+    constexpr int kClass = sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32;
+    if (std::memcmp(elf.e_ident, ELFMAG, SELFMAG) != 0 || elf.e_ident[EI_CLASS] != kClass) {
+        return std::nullopt;
+    }
+    const std::size_t start = std::min<std::size_t>(elf.e_phoff, bytes.size());
+    ElfW(Phdr) header;
+    const std::size_t count = std::min((bytes.size() - start) / sizeof header, std::size_t{elf.e_phnum});
+    for (std::size_t i = 0; i < count; ++i) {
+        std::memcpy(&header, &bytes[start + i * sizeof header], sizeof header);
+        if (header.p_type == PT_NOTE && header.p_offset <= bytes.size() &&
+            header.p_filesz <= bytes.size() - header.p_offset) {
+            if (std::string id = BuildIdAmong(bytes.subspan(header.p_offset, header.p_filesz)); !id.empty()) {
+                return id;
+            }
+        }
+    }
+    return "";
+}
+
 Plugin::Plugin(const std::filesystem::path& library)
     // Absolute: a bare name would send the loader through the system's own folders.
     : mLibrary(std::filesystem::absolute(library)), mHandle(dlopen(mLibrary.c_str(), RTLD_NOW | RTLD_LOCAL)) {
@@ -103,12 +140,14 @@ Plugin::Plugin(const std::filesystem::path& library)
 }
 
 record::PluginIdentity Plugin::identity() const {
-    return {.path = mLibrary.string(), .buildId = BuildIdOf(mHandle.get())};
+    return {.path = mLibrary.string(), .buildId = BuildIdOfLoaded(mHandle.get())};
 }
 
 CALLS_BY_LINKER_NAME std::optional<std::string> Plugin::run() const {
     try {
         mExposureModuleInfo(mCreateInstance());
+    } catch (const std::bad_alloc&) {
+        return "there is not enough memory";
     } catch (const std::exception& error) {
         return error.what();
     } catch (...) {

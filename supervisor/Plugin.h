@@ -22,6 +22,10 @@ class Plugin {
     /// The plug-in that belongs to this program: ../lib of the program's folder.
     static std::filesystem::path DefaultLibrary();
 
+    /// The build id of a plug-in that nobody loads, as `identity` has it.
+    /// @return empty for a library that has none; nothing for a file that cannot be read as a library.
+    static std::optional<std::string> BuildIdOf(const std::filesystem::path& library);
+
     /// @throws PluginError
     explicit Plugin(const std::filesystem::path& library);
 

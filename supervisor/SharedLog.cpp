@@ -11,13 +11,21 @@ namespace supervisor {
 
 namespace {
 
-void* Map(std::size_t size) {
-    void* const memory =
-        mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (memory == MAP_FAILED) {
-        throw std::system_error(errno, std::generic_category(), "cannot map memory for a boot's record");
+/// @param size where so much cannot be had, it is made less.
+void* Map(std::size_t& size) {
+    /// Holds the record of any phone that is known.
+    constexpr std::size_t kLeast = std::size_t{4} << 20;
+    for (;;) {
+        void* const memory =
+            mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+        if (memory != MAP_FAILED) {
+            return memory;
+        }
+        if (errno != ENOMEM || size / 2 < kLeast) {
+            throw std::system_error(errno, std::generic_category(), "cannot map memory for a boot's record");
+        }
+        size /= 2;
     }
-    return memory;
 }
 
 }  // namespace
@@ -26,15 +34,16 @@ void SharedLog::Unmap::operator()(void* memory) const {
     munmap(memory, size);
 }
 
-SharedLog::SharedLog(std::size_t capacity)
-    : mRoom(capacity), mMemory(Map(capacity + sizeof(Head)), Unmap{capacity + sizeof(Head)}) {
+SharedLog::SharedLog(std::size_t capacity) : mSize(capacity + sizeof(Head)), mMemory(nullptr, Unmap{0}) {
+    void* const memory = Map(mSize);
+    mMemory = {memory, Unmap{mSize}};
     std::construct_at(static_cast<Head*>(mMemory.get()));
 }
 
 void SharedLog::append(std::span<const std::uint8_t> message, std::size_t spare) {
     const auto size = static_cast<std::uint32_t>(message.size());
     const std::uint64_t used = head().used;
-    if (message.size() + sizeof size + spare > mRoom - used) {
+    if (message.size() + sizeof size + spare > room() - used) {
         ++head().lost;
         return;
     }
@@ -47,7 +56,7 @@ void SharedLog::append(std::span<const std::uint8_t> message, std::size_t spare)
 void SharedLog::clear() {
     constexpr std::size_t kKept = std::size_t{4} << 20;
     if (used() > kKept) {
-        madvise(mMemory.get(), mRoom + sizeof(Head), MADV_REMOVE);
+        madvise(mMemory.get(), mSize, MADV_REMOVE);
     }
     head().used = 0;
     head().count = 0;
@@ -56,10 +65,6 @@ void SharedLog::clear() {
 
 std::size_t SharedLog::count() const {
     return std::min<std::size_t>(head().count, used() / sizeof(std::uint32_t));
-}
-
-void SharedLog::prepare(std::size_t size) {
-    madvise(mMemory.get(), std::min(size + sizeof(Head), mRoom), MADV_POPULATE_WRITE);
 }
 
 }  // namespace supervisor

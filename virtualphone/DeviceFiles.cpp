@@ -5,7 +5,6 @@
 #include <chrono>
 #include <fcntl.h>
 #include <fstream>
-#include <string_view>
 #include <system_error>
 #include <thread>
 #include <unistd.h>
@@ -63,19 +62,17 @@ fs::path UsableRoot(const fs::path& root) {
     return absolute;
 }
 
-/// Every folder that laying `files` makes, by ascending path.
-std::set<std::string> FoldersOf(const DeviceFiles::Contents& files) {
-    std::set<std::string> folders;
-    const auto add = [&folders](std::string_view folder) {
-        while (folder.size() > 1 && folders.emplace(folder).second) {
-            folder = folder.substr(0, folder.rfind('/'));
-        }
-    };
-    add(kCameraDataFolder);
-    for (const auto& file : files) {
-        add(std::string_view(file.first).substr(0, file.first.rfind('/')));
+/// Writes a file as it is long before the boot, which may write it again.
+/// @param phonePath for messages.
+void Write(const std::string& phonePath, const fs::path& path, const std::vector<std::uint8_t>& bytes) {
+    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
+    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    stream.close();
+    if (!stream) {
+        Fail(phonePath, "lay the file", std::generic_category().message(errno));
     }
-    return folders;
+    std::error_code ignored;
+    fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::seconds(1), ignored);
 }
 
 }  // namespace
@@ -130,7 +127,9 @@ void DeviceFiles::makeFolders(const fs::path& phonePath) const {
 void DeviceFiles::layAll(const Contents& files) {
     makeFolders(kCameraDataFolder);
     std::vector<std::string> paths;
-    for (const auto& [path, bytes] : files) {
+    // Backwards: a folder in memory lists the newest first.
+    for (auto file = files.rbegin(); file != files.rend(); ++file) {
+        const auto& [path, bytes] = *file;
         if (mUse == Root::Kept) {
             refuseToLayOver(path, bytes);
         }
@@ -166,66 +165,37 @@ void DeviceFiles::lay(const std::string& phonePath, const std::vector<std::uint8
     }
     // A fresh file: a link would lead elsewhere, opening a pipe could wait for ever.
     fs::remove(path, error);
-    std::ofstream stream(path, std::ios::binary | std::ios::trunc);
-    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    stream.close();
-    if (!stream) {
-        Fail(phonePath, "lay the file", std::generic_category().message(errno));
-    }
+    Write(phonePath, path, bytes);
     fs::permissions(path, kLaidMode, error);
     if (error) {
         Fail(phonePath, "set the file's mode", error.message());
     }
-    // Laid long before the boot, which may write it again.
-    fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::seconds(1), error);
 }
 
 void DeviceFiles::renew(const Contents& files, const Traces& traces) {
-    const std::set<std::string> folders = FoldersOf(files);
-    if (traces.more ||
-        !std::equal(folders.begin(), folders.end(), mAtStart.folders.begin(), mAtStart.folders.end(),
-                    [](const std::string& path, const auto& folder) { return path == folder.first; })) {
+    // A folder may list its files in the order in which they came: none of those that stay is laid again.
+    const bool sameFiles =
+        std::equal(files.begin(), files.end(), mAtStart.files.begin(), mAtStart.files.end(),
+                   [](const auto& a, const auto& b) { return a.first == b.first; });
+    const bool touched = std::any_of(traces.files.begin(), traces.files.end(),
+                                     [&](const std::string& path) { return files.contains(path); });
+    if (traces.more || !sameFiles || touched) {
         empty();
         layAll(files);
         return;
     }
-    const auto remove = [this](const std::string& path) {
+    for (const std::string& path : traces.files) {
         if (std::error_code error; !fs::remove(locate(path.c_str()), error)) {
             FailRoot(mRoot, path + " cannot be removed: " + error.message());
-        }
-        mAtStart.files.erase(path);
-    };
-    // A folder may list its files in the order in which they came, and the plug-in takes the first that fits:
-    // where one is laid again, its neighbours are too.
-    std::set<std::string> stale;
-    const auto folderOf = [](const std::string& path) { return path.substr(0, path.rfind('/')); };
-    for (const std::string& path : traces.files) {
-        remove(path);
-        stale.insert(folderOf(path));
-    }
-    for (const auto& [path, state] : mAtStart.files) {
-        if (const auto file = files.find(path); file == files.end() || file->second != state.bytes) {
-            stale.insert(folderOf(path));
-        }
-    }
-    for (const auto& file : files) {
-        if (!mAtStart.files.contains(file.first)) {
-            stale.insert(folderOf(file.first));
-        }
-    }
-    for (auto file = mAtStart.files.begin(); file != mAtStart.files.end();) {
-        const std::string path = (file++)->first;
-        if (stale.contains(folderOf(path))) {
-            remove(path);
         }
     }
     for (const auto& [path, bytes] : files) {
         FileState& state = mAtStart.files[path];
-        if (state.mode == 0) {
-            lay(path, bytes);
-            state.mode = static_cast<unsigned>(kLaidMode);
+        if (state.bytes != bytes) {
+            const std::string where = locate(path.c_str());
+            Write(path, where, bytes);
             state.bytes = bytes;
-            state.written = fs::last_write_time(locate(path.c_str()));
+            state.written = fs::last_write_time(where);
         }
     }
 }

@@ -13,11 +13,11 @@ namespace virtualphone {
 namespace {
 
 FileContent Failure(const std::string& error) {
-    return {.bytes = {}, .error = error};
+    return {.bytes = {}, .error = error, .unreadable = false};
 }
 
 FileContent SystemFailure() {
-    return Failure(std::generic_category().message(errno));
+    return {.bytes = {}, .error = std::generic_category().message(errno), .unreadable = true};
 }
 
 /// An open file, closed at the end.

@@ -16,7 +16,12 @@ inline constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 /// A whole file, or why there is none.
 struct FileContent {
     std::vector<std::uint8_t> bytes;
-    std::string error;  ///< empty: the file has been read
+    std::string error;        ///< empty: the file has been read
+    bool unreadable = false;  ///< the error is the system's, and not what the file is
+
+    /// What was found in place of a file, for a message of what was expected: "a folder", "nothing that can
+    /// be read (Permission denied)".
+    std::string instead() const { return unreadable ? "nothing that can be read (" + error + ")" : error; }
 };
 
 /// Reads a file of at most kLargestFile bytes. Folders are refused, and with `regularOnly` pipes and devices

@@ -27,8 +27,9 @@ constexpr const char* kPrefix = "virtualphone-temporary-";
                                std::error_code(error, std::generic_category()));
 }
 
-/// Where temporary folders lie: where the environment says, else in memory where there is plenty of it (a boot
-/// makes and removes some twenty files and folders, which costs a disk more than the boot), else in /tmp.
+/// Where temporary folders lie: where the environment says, else in memory where there is plenty of it (a
+/// boot makes and removes some twenty files and folders, which costs a disk more than the boot), else in
+/// /tmp.
 fs::path Parent() {
     constexpr const char* kMemory = "/dev/shm";
     /// Several times what a phone's files may take.

@@ -25,40 +25,38 @@ int Complain(std::string_view message) {
 
 /// Prints help, version or a complaint about the command line.
 int ExitOfParser(const CLI::App& app, const CLI::ParseError& error) {
-    if (error.get_exit_code() != 0) {
-        app.exit(error, std::cout, std::cerr);
-        return zvcam::kExitUnusable;
+    if (error.get_exit_code() == 0) {
+        zvcam::PrintOut([&](std::ostream& out) { app.exit(error, out, std::cerr); });
+        return zvcam::kExitSuccess;
     }
-    zvcam::PrintOut([&](std::ostream& out) { app.exit(error, out, std::cerr); });
-    return zvcam::kExitSuccess;
-}
-
-std::vector<std::string> CommandNames(const CLI::App& app) {
-    std::vector<std::string> names;
-    for (const CLI::App* const command : app.get_subcommands([](const CLI::App*) { return true; })) {
-        names.push_back(command->get_name());
+    std::string command = "zvcam";
+    for (const CLI::App* part = &app; !part->get_subcommands().empty();) {
+        part = part->get_subcommands().front();
+        command += " " + part->get_name();
     }
-    return names;
+    return Complain(std::string(error.what()) + "; `" + command + " --help` tells more");
 }
 
 /// What is wrong with the first argument where it should name a command; empty where it does.
-std::string UnknownCommand(const CLI::App& app, std::string_view first) {
-    const std::vector<std::string> names = CommandNames(app);
+std::string UnknownCommand(std::string_view first) {
+    const std::vector<std::string> names = zvcam::CommandNames();
     if (first.empty() || first.starts_with('-') ||
         std::find(names.begin(), names.end(), first) != names.end()) {
         return {};
     }
-    return "no command is called \"" + std::string(first) + "\"; the nearest is \"" +
-           analysis::NearestOf(names, first, 1).front() + "\"";
+    const std::string near = zvcam::NearWords(analysis::NamesNear(names, first));
+    return "no command is called \"" + std::string(first) + "\"" +
+           (near.empty() ? "; `zvcam --help` lists them" : near);
 }
 
 int Main(int argc, char** argv) {
-    CLI::App app;
-    std::function<int()> chosen;
-    zvcam::AddCommands(app, chosen);
-    if (const std::string wrong = UnknownCommand(app, argc > 1 ? argv[1] : ""); !wrong.empty()) {
+    const std::string_view first = argc > 1 ? argv[1] : "";
+    if (const std::string wrong = UnknownCommand(first); !wrong.empty()) {
         return Complain(wrong);
     }
+    CLI::App app;
+    std::function<int()> chosen;
+    zvcam::AddCommands(app, chosen, first);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

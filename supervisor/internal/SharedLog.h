@@ -14,7 +14,8 @@ namespace supervisor {
 /// appended stays, whatever happens to the writer, and costs no system call.
 class SharedLog {
   public:
-    /// @param capacity bytes of address space; memory is taken as messages fill it.
+    /// @param capacity bytes of address space, fewer where there are not so many; memory is taken as messages
+    /// fill it.
     /// @throws std::system_error
     explicit SharedLog(std::size_t capacity);
 
@@ -49,8 +50,6 @@ class SharedLog {
         return {.lost = head().lost, .damaged = !rest.empty()};
     }
 
-    /// Takes the memory of the first `size` bytes at once, which costs far less than page by page.
-    void prepare(std::size_t size);
     /// Bytes that the messages take.
     std::size_t used() const { return written().size(); }
 
@@ -71,10 +70,12 @@ class SharedLog {
     std::uint8_t* messages() const { return static_cast<std::uint8_t*>(mMemory.get()) + sizeof(Head); }
 
     std::span<const std::uint8_t> written() const {
-        return {messages(), std::min<std::size_t>(head().used, mRoom)};
+        return {messages(), std::min<std::size_t>(head().used, room())};
     }
 
-    std::size_t mRoom;  ///< for messages
+    std::size_t room() const { return mSize - sizeof(Head); }
+
+    std::size_t mSize;
     std::unique_ptr<void, Unmap> mMemory;
 };
 

@@ -47,6 +47,7 @@ TEST(RecordBytes, AreReadAsTheyWereWritten) {
                                   .plugin = record::PluginIdentity{.path = "/lib.so", .buildId = "ab"},
                                   .events = EventSamples(),
                                   .files = {{.path = "/a", .mode = 0600, .bytes = {1, 2}}},
+                                  .rewritten = {{.path = "/b", .mode = 0644, .bytes = {3}}},
                                   .foreignFiles = 3,
                                   .troubles = {"one", "two"},
                                   .ended = record::Ended{.how = record::Ended::How::Timeout,
@@ -63,6 +64,8 @@ TEST(RecordBytes, AreReadAsTheyWereWritten) {
     EXPECT_EQ(read.plugin, boot.plugin);
     EXPECT_TRUE(read.events == boot.events);
     EXPECT_EQ(read.files, boot.files);
+    EXPECT_EQ(read.rewritten, boot.rewritten);
+    EXPECT_EQ(read.foreignFiles, boot.foreignFiles);
     EXPECT_EQ(read.ended, boot.ended);
     EXPECT_EQ(read.troubles, boot.troubles);
     for (std::size_t size = 0; size < bytes.size(); ++size) {

@@ -74,7 +74,7 @@ TEST_F(Pool, EveryJobHasItsOwnEnd) {
         testing::ElementsAre(Pair(0, "returned, 2 events"), Pair(1, "was ended by SIGSEGV in Deed, 2 events"),
                              Pair(2, "did not return within 0.5 seconds in Deed, 2 events"),
                              Pair(3, "threw: off the end, 2 events"),
-                             Pair(4, "/a: cannot make the folder: Not a directory"),
+                             Pair(4, "/a: cannot lay the file: a folder of that name is there"),
                              Pair(5, "was ended by SIGABRT in Deed, 2 events"),
                              Pair(6, "exited with status 0 in Deed, 2 events"), Pair(7, "returned, 2 events"),
                              Pair(8, "the worker was ended by SIGKILL"),

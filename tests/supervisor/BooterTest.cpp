@@ -53,9 +53,10 @@ TEST(Booter, EveryBootIsAsIfItWereTheOnlyOne) {
 
 /// What a library does when it is loaded each boot shows.
 TEST(Booter, ALibraryThatDoesSomethingWhenItIsLoadedIsLoadedByEachPhone) {
-    const BootOptions options{.library = MISBEHAVING, .timeout = std::chrono::milliseconds(300)};
-    for (const char* deed : {"crash", "exit", "hang", "log", "thread"}) {
-        setenv("TEST_DEED_WHEN_LOADED", deed, 1);
+    for (const std::string deed : {"crash", "exit", "hang", "log", "thread"}) {
+        const BootOptions options{.library = MISBEHAVING,
+                                  .timeout = std::chrono::milliseconds(deed == "hang" ? 300 : 20000)};
+        setenv("TEST_DEED_WHEN_LOADED", deed.c_str(), 1);
         supervisor::Booter booter(options);
         for (int i = 0; i < 2; ++i) {
             EXPECT_EQ(Masked(booter.boot(Phone(""))), Masked(supervisor::Boot(Phone(""), options))) << deed;

@@ -200,7 +200,8 @@ TEST(DeviceFiles, WhatCannotBeLaidIsSaid) {
     EXPECT_EQ(errorOf(PhoneBuilder().file("/folder", {}), path),
               "/folder: cannot lay the file: a folder of that name is there");
     EXPECT_EQ(errorOf(PhoneBuilder().file("/file/x", {}), path), "/file" + noFolder);
-    EXPECT_EQ(errorOf(PhoneBuilder().file("/x", {}).file("/x/y/z", {}), path), "/x/y" + noFolder);
+    EXPECT_EQ(errorOf(PhoneBuilder().file("/x", {}).file("/x/y/z", {}), path),
+              "/x: cannot lay the file: a folder of that name is there");
     EXPECT_EQ(errorOf({}, path + "/file"),
               path + "/file: cannot use the folder as a phone's root: Not a directory");
     EXPECT_EQ(errorOf({}, "/"), "/: cannot use the folder as a phone's root: it is this machine's own");

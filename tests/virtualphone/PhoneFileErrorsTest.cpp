@@ -194,7 +194,9 @@ TEST(PhoneFileErrors, PhoneFileThatCannotBeRead) {
     };
     const std::string path = folder.path().string();
     EXPECT_EQ(errorOf(path), path + ": expected a phone file, got a folder");
-    EXPECT_EQ(errorOf(path + "/none"), path + "/none: expected a phone file, got No such file or directory");
+    EXPECT_EQ(
+        errorOf(path + "/none"),
+        path + "/none: expected a phone file, got nothing that can be read (No such file or directory)");
     EXPECT_EQ(errorOf("/dev/zero"), "/dev/zero: expected a phone file, got more than 67108864 bytes");
 }
 

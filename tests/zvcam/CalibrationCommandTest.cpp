@@ -100,7 +100,8 @@ TEST_F(Zvcam, CalibrationEndsWithOneLineOnWhatItCannotUse) {
          "file (CRC 0x7878 stored, 0x0A94 computed)"},
         {"folder", 1, "folder: BAD: no calibration file"},
         {"none", 2,
-         "zvcam: none: expected a calibration file or a folder of them, got No such file or directory"},
+         "zvcam: none: expected a calibration file or a folder of them, got nothing that can be read (No "
+         "such file or directory)"},
         {"huge", 2,
          "zvcam: huge: expected a calibration file or a folder of them, got more than 67108864 bytes"},
         {"- -", 2, "zvcam: standard input holds one file, not several"},

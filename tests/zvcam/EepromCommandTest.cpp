@@ -71,7 +71,7 @@ TEST_F(Zvcam, EepromEndsWithOneLineOnWhatCannotBeUsed) {
     std::filesystem::resize_file(file("huge"), 100'000'000);
     const std::string expected = ": expected an EEPROM image or its dump, got ";
     const std::pair<std::string, std::string> kCases[] = {
-        {"none", "none" + expected + "No such file or directory"},
+        {"none", "none" + expected + "nothing that can be read (No such file or directory)"},
         {"tmp", "tmp" + expected + "a folder"},
         {"empty", "empty" + expected + "an empty file"},
         {"huge", "huge" + expected + "more than 67108864 bytes"},
@@ -94,7 +94,7 @@ TEST_F(Zvcam, EepromEndsWithOneLineOnWhatCannotBeUsed) {
     }
     for (const char* change : {"5", "=00", "0x=00", "5=", "5=0", "-1=00", "0x3FFF=0000", "5=0g"}) {
         EXPECT_THAT(zvcam(std::string("eeprom front --to-raw x --set ") + change).error,
-                    StartsWith("--set: expected OFFSET=BYTES"));
+                    StartsWith("zvcam: --set: expected OFFSET=BYTES"));
     }
     EXPECT_FALSE(std::filesystem::exists(file("x")));
     EXPECT_EQ(zvcam("eeprom front --to-raw kept --force").exitCode, 1);

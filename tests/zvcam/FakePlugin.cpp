@@ -1,8 +1,12 @@
 #include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <unistd.h>
 
 #include <android/log.h>
 
@@ -67,5 +71,22 @@ void CameraPlatformInfoZelvan::ExposureModuleInfo() {
     }
     if (ending.data() == std::string("throw int")) {
         throw 7;
+    }
+    if (ending.data() == std::string("crash")) {
+        raise(SIGSEGV);
+    }
+    if (ending.data() == std::string("abort")) {
+        std::abort();
+    }
+    if (ending.data() == std::string("exit")) {
+        std::exit(0);
+    }
+    if (ending.data() == std::string("hang")) {
+        for (;;) {
+            pause();
+        }
+    }
+    if (ending.data() == std::string("print")) {
+        std::puts("printed");
     }
 }

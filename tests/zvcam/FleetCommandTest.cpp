@@ -216,6 +216,52 @@ TEST_F(FleetCommand, ShardsMakeTheWhole) {
     EXPECT_FALSE(std::filesystem::exists(file("twice.sqlite")));
 }
 
+TEST_F(FleetCommand, BootsThatDoNotReturnAreCountedApart) {
+    write("list", "phone.json\nmissing.json\n./phone.json\n");
+    const std::string throwing = "--library '" FAKE_PLUGIN "' --set test.ending=throw ";
+    EXPECT_THAT(run("list", "fleet.sqlite", throwing).out,
+                HasSubstr("; 1 cannot be read; 2 did not return.\n"));
+    const Result report = zvcam("fleet report fleet.sqlite --html fleet.html");
+    EXPECT_THAT(report.out, StartsWith("Fleet fleet.sqlite: 3 phones, 0 with errors, 0 more with warnings, 0 "
+                                       "with neither, 2 did not return, 1 not booted\n"));
+    EXPECT_THAT(ReadText(file("fleet.html")),
+                AllOf(HasSubstr("0 with neither"), HasSubstr("2 did not return")));
+    // What was done before is told by the run that did it.
+    EXPECT_THAT(run("list", "fleet.sqlite", throwing + "--resume").out,
+                StartsWith("0 phones; 3 were done before.\n"));
+}
+
+TEST_F(FleetCommand, ResumeKeepsToItsSourceAndPlugin) {
+    make("made", 2, "lsc=1");
+    make("other", 3, "lsc=1");
+    ASSERT_EQ(run("made", "fleet.sqlite").exitCode, 0);
+    const std::string before = ReadText(file("fleet.sqlite"));
+    const Result source = run("other", "fleet.sqlite", "--resume");
+    EXPECT_EQ(source.exitCode, 2);
+    EXPECT_EQ(source.error, "zvcam: fleet.sqlite: cannot go on with phones of " + file("other").string() +
+                                ": it holds phones of " + file("made").string() + "\n");
+    const Result plugin = run("made", "fleet.sqlite", "--resume --library '" FAKE_PLUGIN "'");
+    EXPECT_EQ(plugin.exitCode, 2);
+    EXPECT_THAT(plugin.error,
+                testing::MatchesRegex("zvcam: fleet.sqlite: cannot go on with a plug-in of build id "
+                                      "[0-9a-f]+: it holds phones of build id [0-9a-f]+\n"));
+    EXPECT_EQ(ReadText(file("fleet.sqlite")), before);
+    EXPECT_EQ(run("./made/", "fleet.sqlite", "--resume --shard 1/2").exitCode, 0);
+}
+
+TEST_F(FleetCommand, MergeNamesTheInputThatLacksATable) {
+    write("list", "phone.json\n");
+    ASSERT_EQ(run("list", "odd?name#50%41.sqlite").exitCode, 0);
+    ASSERT_EQ(run("list", "bad.sqlite").exitCode, 0);
+    zvcam::Database(file("bad.sqlite"), zvcam::Database::Access::Write).run("DROP TABLE pairs");
+    EXPECT_EQ(zvcam("fleet merge whole.sqlite odd?name#50%41.sqlite").out,
+              "whole.sqlite: 1 phone of 1 database\n");
+    const Result merged = zvcam("fleet merge new.sqlite odd?name#50%41.sqlite bad.sqlite");
+    EXPECT_EQ(merged.exitCode, 2);
+    EXPECT_EQ(merged.error, "zvcam: bad.sqlite: no such table: pairs\n");
+    EXPECT_FALSE(std::filesystem::exists(file("new.sqlite")));
+}
+
 TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
     write("cut.json", "{");
     write("wrong.json", R"({"sensors": 7})");
@@ -357,6 +403,18 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
         EXPECT_FALSE(std::filesystem::exists(file("new"))) << command;
     }
     EXPECT_EQ(ReadText(file("foreign")), foreign);
+    for (const char* const number :
+         {"--seed -1", "--seed 18446744073709551616", "--count -18446744073709551615"}) {
+        const std::string text = number;
+        const std::size_t space = text.find(' ');
+        const Result result =
+            zvcam("fleet make -o new " + text + (text.starts_with("--seed") ? " --count 1" : ""));
+        EXPECT_EQ(result.exitCode, 2) << number;
+        EXPECT_THAT(result.error,
+                    StartsWith(text.substr(0, space) + ": expected a whole number of 0 to " +
+                               "18446744073709551615, got \"" + text.substr(space + 1) + "\"\n"));
+        EXPECT_FALSE(std::filesystem::exists(file("new"))) << number;
+    }
 }
 
 }  // namespace

@@ -101,6 +101,9 @@ TEST_F(PhoneCommand, PulledPhoneIsOtherwiseTheOneToStartFrom) {
                                    "is not\n"));
     EXPECT_FALSE(std::filesystem::exists(file("new.files/mine")));
     EXPECT_NE(ReadText(file("new.json")), before);
+    // Its own side files are what a device might have had.
+    EXPECT_EQ(zvcam("phone from-device new.files -o new.json --force").error,
+              "zvcam: cannot write new.files: the run reads what lies there\n");
 }
 
 TEST_F(PhoneCommand, DamagedPullIsOneLine) {
@@ -157,7 +160,9 @@ TEST_F(PhoneCommand, CheckTellsWhatIsWrongWithoutABoot) {
     })");
     const Result result = zvcam("phone check bad.json phone.json none.json");
     EXPECT_EQ(result.exitCode, 2);
-    EXPECT_EQ(result.error, "zvcam: none.json: expected a phone file, got No such file or directory\n");
+    EXPECT_EQ(result.error,
+              "zvcam: none.json: expected a phone file, got nothing that can be read (No such file or "
+              "directory)\n");
     EXPECT_EQ(result.out, R"(bad.json: phone bad, 4 sensors, 2 devices, 8 files, 18 findings
   error  back main: OIS is broken: bytes 0x20EF to 0x2138 sum to 0x2, stored at 0x2139 is 0x3
   error  front main: its memory cannot be read (100 of 16384 bytes come back)

@@ -165,6 +165,84 @@ TEST_F(Zvcam, RunThatThrowsReportsWhatHappenedBefore) {
     }
 }
 
+/// However the boot ends: one line, the status, the summary and the report as far as the boot came.
+TEST_F(Zvcam, RunTellsOfABootThatDidNotReturn) {
+    const std::pair<std::string, std::pair<std::string, nlohmann::json>> kEndings[] = {
+        {"crash", {"was ended by SIGSEGV", {{"how", "signal"}, {"signal", "SIGSEGV"}}}},
+        {"abort", {"was ended by SIGABRT", {{"how", "signal"}, {"signal", "SIGABRT"}}}},
+        {"exit", {"exited with status 0", {{"how", "exited"}, {"status", 0}}}},
+        {"hang", {"did not return within 0.3 seconds", {{"how", "timeout"}, {"seconds", 0.3}}}},
+    };
+    for (const auto& [ending, told] : kEndings) {
+        const std::string run = kFake + "--timeout 0.3 --set test.ending=" + ending;
+        const Result result = zvcam(run + " --json report.json");
+        EXPECT_EQ(result.exitCode, 1) << ending;
+        EXPECT_EQ(result.error, "zvcam: the plug-in " + told.first + "\n");
+        EXPECT_THAT(result.out, StartsWith("THE BOOT DID NOT RETURN: the plug-in " + told.first + "\nPhone"));
+        const nlohmann::json report = nlohmann::json::parse(ReadText(file("report.json")));
+        EXPECT_EQ(report["ended"], told.second);
+        EXPECT_EQ(report["log"].size(), 2U);
+        EXPECT_EQ(report["files"].size(), 1U);
+        EXPECT_EQ(zvcam("run report.json").out, result.out);
+        EXPECT_EQ(zvcam(run + " --json -").exitCode, 1) << ending;
+    }
+    const Result printed = zvcam(kFake + "--set test.ending=print --json -");
+    EXPECT_EQ(printed.error, "printed\n");
+    EXPECT_THAT(printed.out, StartsWith("{\n"));
+}
+
+/// While a report is written to a pipe that nobody empties, or to its draft, an ending signal leaves nothing.
+TEST_F(Zvcam, AnEndingSignalLeavesNoDraft) {
+    const std::string phone = " run '" PHONES "/halcyrion.json' --json report.json >out & ";
+    for (int i = 0; i < 30; ++i) {
+        const std::string wait = "sleep 0.0" + std::to_string(i / 10) + std::to_string(i % 10);
+        std::system(("cd '" + file("").string() + "' && TMPDIR=tmp '" ZVCAM "'" + phone + wait +
+                     "; kill -TERM $!; wait $!")
+                        .c_str());
+        for (const fs::directory_entry& entry : fs::directory_iterator(file(""))) {
+            EXPECT_THAT(entry.path().filename().string(),
+                        testing::AnyOf("phone.json", "report.json", "tmp", "out", "error"));
+        }
+    }
+}
+
+TEST_F(Zvcam, AskedForWhatThereIsNotSaysSo) {
+    const std::string phone = "'" PHONES "/halcyrion.json' ";
+    const auto errorOf = [&](const std::string& command) {
+        const Result result = zvcam(command);
+        EXPECT_EQ(result.exitCode, 0);
+        return result.error;
+    };
+    EXPECT_EQ(errorOf("dumpsys " + phone + "--tag FAKESATSIZE --device 1"),
+              "zvcam: device 1 has no FAKESATSIZE; `zvcam why` tells the reason\n");
+    EXPECT_EQ(errorOf("dumpsys " + phone + "--tag 0x7"),
+              "zvcam: no device has 0x7; `zvcam why` tells the reason\n");
+    EXPECT_EQ(errorOf("logcat " + phone + "--step DumpEepromRawData"), "");
+    EXPECT_EQ(errorOf("logcat phone.json --step SetFuseIdProp --library '" FAKE_PLUGIN "'"),
+              "zvcam: SetFuseIdProp logged nothing in this boot\n");
+}
+
+TEST_F(Zvcam, MemoryThatCannotBeHadIsOneLine) {
+    const std::string run = " '" ZVCAM "' run '" PHONES "/halcyrion.json' 2>'" + file("error").string() + "'";
+    int refused = 0;
+    for (int megabytes = 8; megabytes < 40; ++megabytes) {
+        const int status = std::system(("cd '" + file("").string() + "' && ulimit -v " +
+                                        std::to_string(1000 * megabytes) + " && TMPDIR=tmp" + run + " >out")
+                                           .c_str());
+        const std::string error = ReadText(file("error"));
+        // Below, the loader cannot even load the program.
+        if (WEXITSTATUS(status) != 127) {
+            // 1 where it is the plug-in that cannot have it.
+            EXPECT_THAT(WEXITSTATUS(status), testing::AnyOf(0, 1, 2)) << megabytes << error;
+            EXPECT_EQ(std::count(error.begin(), error.end(), '\n'), WEXITSTATUS(status) == 0 ? 0 : 1)
+                << error;
+            EXPECT_THAT(error, testing::Not(HasSubstr("bad_alloc")));
+            refused += WEXITSTATUS(status) == 2 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(refused, 0);
+}
+
 TEST_F(Zvcam, RootIsKeptAndSetComesBeforeThePhoneFile) {
     write("phone.json", R"({"properties": {"test.ending": "file"}, "files": {"/laid": {"text": "x"}}})");
     const Result result = zvcam(kFake + "--root root/of/phone --set=test.ending=a=b --set other=");
@@ -178,20 +256,30 @@ TEST_F(Zvcam, RootIsKeptAndSetComesBeforeThePhoneFile) {
 
 TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
     const std::string folder = file("").parent_path().string();
-    const std::string hint = "\nRun with --help for more information.\n";
+    const auto usage = [](const char* command, const std::string& error) {
+        return "zvcam: " + error + "; `zvcam" + command + " --help` tells more\n";
+    };
     write("bad.json", R"({"sensor": []})");
     write("side.json", R"({"files": {"/x": {"file": "side"}}})");
     write("side", "x");
+    write("report.json",
+          R"({"phone": "p", "properties": [], "files": {}, "devices": [], "thirdCalibration": [],
+                            "eepromReads": [], "log": []})");
+    const std::string overReport =
+        " is a report: its boot is over, and --set, --root, --clean-root, --library and --timeout change "
+        "nothing\n";
     const std::pair<std::string, std::string> kCases[] = {
-        {"", "A subcommand is required" + hint},
-        {"rum", "zvcam: no command is called \"rum\"; the nearest is \"run\"\n"},
-        {"run", "P is required" + hint},
-        {"run phone.json other.json", "The following argument was not expected: other.json" + hint},
-        {"run phone.json --set name", "--set: expected NAME=VALUE, got \"name\"" + hint},
+        {"", usage("", "A subcommand is required")},
+        {"rum", "zvcam: no command is called \"rum\"; near is \"run\"\n"},
+        {"foo", "zvcam: no command is called \"foo\"; `zvcam --help` lists them\n"},
+        {"run", usage(" run", "P is required")},
+        {"run phone.json other.json", usage(" run", "The following argument was not expected: other.json")},
+        {"run phone.json --set name", usage(" run", "--set: expected NAME=VALUE, got \"name\"")},
         {"run phone.json --set n=" + std::string(92, 'x'),
-         "--set: expected a value of at most 91 characters, got 92" + hint},
+         usage(" run", "--set: expected a value of at most 91 characters, got 92")},
         {"run none.json",
-         "zvcam: none.json: expected a phone file or a report, got No such file or directory\n"},
+         "zvcam: none.json: expected a phone file or a report, got nothing that can be read (No such file or "
+         "directory)\n"},
         {"run bad.json --root made",
          "zvcam: bad.json: /sensor: expected one of the keys $schema, name, properties, files, sensors, "
          "sensorAliases, logicalDevices, sensorDeviceIndexes, staticMetadata, faults, got an unknown key\n"},
@@ -209,11 +297,25 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
         {kFake + ">/dev/full", "zvcam: cannot write standard output: No space left on device\n"},
         {kFake + "--json - >/dev/full", "zvcam: cannot write standard output: No space left on device\n"},
         {"run --help >/dev/full", "zvcam: cannot write standard output: No space left on device\n"},
-        {"dumpsys phone.json --tag ROLED", "zvcam: expected a number, got \"ROLED\"\n"},
+        {"run phone.json --timeout 1e9",
+         usage(" run", "--timeout: expected a number of seconds from 0.001 to 1000000, got \"1e9\"")},
+        {"dumpsys phone.json --tag ROLED",
+         "zvcam: --tag: expected a tag's name, the end of one, or a number, got \"ROLED\"; near is "
+         "\"ZELVAN_CAMERA_ROLEID\"\n"},
+        {"dumpsys phone.json --tag FOO",
+         "zvcam: --tag: expected a tag's name, the end of one, or a number, got \"FOO\"\n"},
+        {"dumpsys phone.json --provider x",
+         usage(" dumpsys", "--provider: expected a number such as 0x40007, got \"x\"")},
+        {"logcat phone.json --step SetFuseldProp",
+         "zvcam: --step: no operation is called \"SetFuseldProp\"; near is \"SetFuseIdProp\"\n"},
+        {"run report.json --set a=b", "zvcam: report.json" + overReport},
+        {"diff report.json report.json --root r", "zvcam: report.json" + overReport},
         {"logcat phone.json T:X",
-         "FILTERSPEC: expected TAG, TAG:PRIORITY or *:PRIORITY (V, D, I, W, E, F, S), got \"T:X\"" + hint},
+         usage(" logcat",
+               "FILTERSPEC: expected TAG, TAG:PRIORITY or *:PRIORITY (V, D, I, W, E, F, S), got \"T:X\"")},
         {"streams phone.json --format YUX",
-         "--format: expected a format such as YCBCR_420_888, YUV, JPEG or 0x23, got \"YUX\"" + hint},
+         usage(" streams",
+               "--format: expected a format such as YCBCR_420_888, YUV, JPEG or 0x23, got \"YUX\"")},
         {"why '" PHONES "/halcyrion.json' CALIBTOOL",
          "zvcam: \"CALIBTOOL\" may be ZELVAN_CALIBTOOL_TYPE, ZELVAN_CALIBTOOL_FILE_NAME and "
          "ZELVAN_CALIBTOOL_SENSOR_DRV_VALUES\n"},

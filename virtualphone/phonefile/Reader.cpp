@@ -60,7 +60,7 @@ PhoneDescription ParsePhone(std::string_view json, const std::filesystem::path& 
 PhoneDescription ReadPhoneFile(const std::filesystem::path& path) {
     const FileContent content = ReadInput(path);
     if (!content.error.empty()) {
-        FailAt(InputName(path), "", "a phone file", content.error);
+        FailAt(InputName(path), "", "a phone file", content.instead());
     }
     return ParsePhone({reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size()},
                       path.parent_path(), InputName(path));

@@ -42,23 +42,13 @@ std::string CheckProperty(const std::string& text) {
 std::string CheckSeconds(const std::string& text) {
     double seconds = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    return error == std::errc() && end == text.data() + text.size() && seconds > 0 && seconds <= 1e6
+    return error == std::errc() && end == text.data() + text.size() && seconds >= 0.001 && seconds <= 1e6
                ? ""
-               : "expected a number of seconds above 0, got \"" + text + "\"";
+               : "expected a number of seconds from 0.001 to 1000000, got \"" + text + "\"";
 }
 
 bool IsStandardInput(const std::string& source) {
     return source == "-";
-}
-
-/// The whole input, phone file or report.
-std::string ReadSource(const std::string& source) {
-    const virtualphone::FileContent content = virtualphone::ReadInput(source);
-    if (!content.error.empty()) {
-        throw std::runtime_error(virtualphone::InputName(source) +
-                                 ": expected a phone file or a report, got " + content.error);
-    }
-    return {content.bytes.begin(), content.bytes.end()};
 }
 
 /// The first key of an object's text, comments passed over; empty for a text that is none.
@@ -99,10 +89,10 @@ analysis::Boot ReadBoot(const std::string& text, const std::string& name) {
     return boot;
 }
 
-virtualphone::PhoneDescription ReadPhone(const std::string& text, const BootOptions& options) {
+virtualphone::PhoneDescription ReadPhone(const Source& source, const BootOptions& options) {
     virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
-        text, IsStandardInput(options.source) ? "" : fs::path(options.source).parent_path(),
-        virtualphone::InputName(options.source));
+        source.text, IsStandardInput(options.source) ? "" : fs::path(options.source).parent_path(),
+        source.name);
     SetProperties(options, phone);
     return phone;
 }
@@ -180,26 +170,52 @@ supervisor::BootOptions SupervisorOptions(const BootOptions& options, bool descr
             .describe = describe};
 }
 
+Source ReadSource(const BootOptions& options) {
+    const virtualphone::FileContent content = virtualphone::ReadInput(options.source);
+    const std::string name = virtualphone::InputName(options.source);
+    if (!content.error.empty()) {
+        throw std::runtime_error(name + ": expected a phone file or a report, got " + content.instead());
+    }
+    std::string text(content.bytes.begin(), content.bytes.end());
+    const bool isReport = IsReport(text);
+    return {.text = std::move(text), .name = name, .isReport = isReport};
+}
+
+void RefuseBootOptions(const Source& source, const BootOptions& options) {
+    if (options.sayHow()) {
+        throw std::runtime_error(
+            source.name +
+            " is a report: its boot is over, and --set, --root, --clean-root, --library and "
+            "--timeout change nothing");
+    }
+}
+
 analysis::Boot Obtain(const BootOptions& options, bool forReport) {
-    const std::string text = ReadSource(options.source);
-    if (IsReport(text)) {
-        return ReadBoot(text, virtualphone::InputName(options.source));
+    const Source source = ReadSource(options);
+    if (source.isReport) {
+        RefuseBootOptions(source, options);
+    }
+    return Obtain(source, options, forReport);
+}
+
+analysis::Boot Obtain(const Source& source, const BootOptions& options, bool forReport) {
+    if (source.isReport) {
+        return ReadBoot(source.text, source.name);
     }
     analysis::Boot boot;
-    boot.phone = ReadPhone(text, options);
+    boot.phone = ReadPhone(source, options);
     boot.record = supervisor::Boot(*boot.phone, SupervisorOptions(options, forReport));
     return boot;
 }
 
 virtualphone::PhoneDescription PhoneOf(const BootOptions& options) {
-    const std::string text = ReadSource(options.source);
-    if (!IsReport(text)) {
-        return ReadPhone(text, options);
+    const Source source = ReadSource(options);
+    if (!source.isReport) {
+        return ReadPhone(source, options);
     }
-    const std::string name = virtualphone::InputName(options.source);
-    std::optional<virtualphone::PhoneDescription> phone = ReadBoot(text, name).phone;
+    std::optional<virtualphone::PhoneDescription> phone = ReadBoot(source.text, source.name).phone;
     if (!phone) {
-        throw std::runtime_error(name + ": the report does not say which phone it was");
+        throw std::runtime_error(source.name + ": the report does not say which phone it was");
     }
     SetProperties(options, *phone);
     return std::move(*phone);

@@ -27,8 +27,27 @@ struct BootOptions {
     bool cleanRoot = false;
     std::string library;
     std::vector<std::string> properties;  ///< NAME=VALUE
-    double timeout = 60;                  ///< seconds
+    double timeout = kUsualTimeout;       ///< seconds
+
+    /// Options that say how a phone is booted and were given.
+    bool sayHow() const {
+        return !root.empty() || cleanRoot || !library.empty() || !properties.empty() ||
+               timeout != kUsualTimeout;
+    }
+
+    static constexpr double kUsualTimeout = 60;
 };
+
+/// What a command is to look at, once it is read.
+struct Source {
+    std::string text;
+    std::string name;  ///< for messages
+    bool isReport;     ///< or a phone file
+};
+
+/// Reads the source that the options name.
+/// @throws std::runtime_error
+Source ReadSource(const BootOptions& options);
 
 /// Adds the options that `options` holds, and the positional P for its source.
 void AddBootOptions(CLI::App& command, BootOptions& options);
@@ -49,7 +68,14 @@ supervisor::BootOptions SupervisorOptions(const BootOptions& options, bool descr
 /// Boots the phone, or reads the report.
 /// @throws std::exception for what cannot be used.
 /// @param forReport the record is to be written as a report, with the phone that it came from.
+analysis::Boot Obtain(const Source& source, const BootOptions& options, bool forReport = false);
+
+/// The same of the source that the options name. A report with options that say how to boot is refused.
 analysis::Boot Obtain(const BootOptions& options, bool forReport = false);
+
+/// Refuses options that say how a phone is booted where there is only a report.
+/// @throws std::runtime_error
+void RefuseBootOptions(const Source& source, const BootOptions& options);
 
 /// The phone, unbooted; that of a report too.
 /// @throws std::exception for what cannot be used, a report that does not say which phone it was among it.

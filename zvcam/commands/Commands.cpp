@@ -1,8 +1,42 @@
 #include "zvcam/commands/Commands.h"
 
+#include <algorithm>
+#include <array>
+
 namespace zvcam {
 
-void AddCommands(CLI::App& app, std::function<int()>& chosen) {
+namespace {
+
+struct Command {
+    const char* name;
+    void (*add)(CLI::App& app, std::function<int()>& chosen);
+};
+constexpr std::array kCommands = {
+    Command{"run", AddRunCommand},
+    Command{"getprop", AddGetpropCommand},
+    Command{"dumpsys", AddDumpsysCommand},
+    Command{"logcat", AddLogcatCommand},
+    Command{"streams", AddStreamsCommand},
+    Command{"why", AddWhyCommand},
+    Command{"diff", AddDiffCommand},
+    Command{"eeprom", AddEepromCommand},
+    Command{"calibration", AddCalibrationCommand},
+    Command{"phone", AddPhoneCommand},
+    Command{"influence", AddInfluenceCommand},
+    Command{"fleet", AddFleetCommand},
+};
+
+}  // namespace
+
+std::vector<std::string> CommandNames() {
+    std::vector<std::string> names;
+    for (const Command& command : kCommands) {
+        names.emplace_back(command.name);
+    }
+    return names;
+}
+
+void AddCommands(CLI::App& app, std::function<int()>& chosen, std::string_view only) {
     app.name("zvcam");
     app.description("Boots virtual phones with the camera platform-information plug-in, and explains them.");
     app.footer(
@@ -10,10 +44,12 @@ void AddCommands(CLI::App& app, std::function<int()>& chosen) {
         "2 wrong usage, an input that cannot be used, or an output that cannot be written.");
     app.set_version_flag("--version", "zvcam " ZVCAM_VERSION);
     app.require_subcommand(1);
-    for (const auto& add : {AddRunCommand, AddGetpropCommand, AddDumpsysCommand, AddLogcatCommand,
-                            AddStreamsCommand, AddWhyCommand, AddDiffCommand, AddEepromCommand,
-                            AddCalibrationCommand, AddPhoneCommand, AddInfluenceCommand, AddFleetCommand}) {
-        add(app, chosen);
+    const auto wanted = std::find_if(kCommands.begin(), kCommands.end(),
+                                     [=](const Command& command) { return command.name == only; });
+    for (const Command& command : kCommands) {
+        if (wanted == kCommands.end() || command.name == wanted->name) {
+            command.add(app, chosen);
+        }
     }
 }
 

@@ -1,13 +1,21 @@
 #pragma once
 
 #include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
 namespace zvcam {
 
 /// Makes `app` the whole program: its name, its version and every command.
-void AddCommands(CLI::App& app, std::function<int()>& chosen);
+/// @param only the one command that is wanted, where it has that name: to build all takes longer than most
+/// do.
+void AddCommands(CLI::App& app, std::function<int()>& chosen, std::string_view only = {});
+
+/// The names of all commands.
+std::vector<std::string> CommandNames();
 
 // Each adds its command. `chosen` receives the command's action when it is the one that the user gave; the
 // action returns the exit status.

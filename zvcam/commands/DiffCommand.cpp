@@ -33,8 +33,13 @@ int Run(const DiffOptions& options) {
     }
     BootOptions rightOptions = options.boot;
     rightOptions.source = options.right;
-    const analysis::Boot left = Obtain(options.boot);
-    const analysis::Boot right = Obtain(rightOptions);
+    const Source leftSource = ReadSource(options.boot);
+    const Source rightSource = ReadSource(rightOptions);
+    if (leftSource.isReport && rightSource.isReport) {
+        RefuseBootOptions(leftSource, options.boot);
+    }
+    const analysis::Boot left = Obtain(leftSource, options.boot);
+    const analysis::Boot right = Obtain(rightSource, rightOptions);
     const analysis::Differences differences = analysis::Compare(left, right);
     PrintOut([&](std::ostream& out) { PrintDifferences(out, differences, options.log, OutputStyle()); });
     // Not among the differences, of which there may be none.

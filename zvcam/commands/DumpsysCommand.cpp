@@ -1,16 +1,23 @@
+#include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "analysis/Why.h"
+#include "tables/PublishedTags.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Files.h"
 #include "zvcam/commands/Output.h"
 #include "zvcam/views/MetadataView.h"
+#include "zvcam/views/Text.h"
 
 namespace zvcam {
 
@@ -24,17 +31,17 @@ struct DumpsysOptions {
 };
 
 /// The number of a text such as "0x40007" or "7".
-std::uint32_t NumberOf(const std::string& text) {
-    try {
-        std::size_t end = 0;
-        const unsigned long number = std::stoul(text, &end, 0);
-        if (end == text.size() && text[0] != '-' && number <= UINT32_MAX) {
-            return static_cast<std::uint32_t>(number);
-        }
-    } catch (const std::logic_error&) {
-        // Said below.
-    }
-    throw std::runtime_error("expected a number, got \"" + text + "\"");
+std::optional<std::uint32_t> NumberOf(std::string_view text) {
+    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    text.remove_prefix(hexadecimal ? 2 : 0);
+    std::uint32_t number = 0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), number, hexadecimal ? 16 : 10);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
+}
+
+std::string CheckProvider(const std::string& text) {
+    return NumberOf(text) ? "" : "expected a number such as 0x40007, got \"" + text + "\"";
 }
 
 /// The tags that a text names; none of them for an empty text, which asks for all.
@@ -46,9 +53,29 @@ std::set<std::uint32_t> TagsNamed(const std::string& text) {
         }
     }
     if (!text.empty() && tags.empty()) {
-        tags.insert(NumberOf(text));
+        const std::optional<std::uint32_t> number = NumberOf(text);
+        if (!number) {
+            std::vector<std::string> names;
+            for (const tables::PublishedTag& tag : tables::PublishedTags()) {
+                names.emplace_back(tag.name);
+            }
+            throw std::runtime_error("--tag: expected a tag's name, the end of one, or a number, got \"" +
+                                     Printable(text) + "\"" +
+                                     NearWords(analysis::NamesNear(std::move(names), text)));
+        }
+        tags.insert(*number);
     }
     return tags;
+}
+
+/// Says on standard error that nothing that was printed holds the tags that were asked for.
+void SayMissing(const std::string& tag, const std::string& holder) {
+    Complain(holder + " " + tag + "; `zvcam why` tells the reason");
+}
+
+bool HoldsAny(const record::TagSet& metadata, const std::set<std::uint32_t>& only) {
+    return std::any_of(metadata.begin(), metadata.end(),
+                       [&only](const record::Tag& tag) { return only.contains(tag.tag); });
 }
 
 int Run(const DumpsysOptions& options) {
@@ -56,22 +83,31 @@ int Run(const DumpsysOptions& options) {
     const analysis::Boot boot = Obtain(options.boot);
     if (!options.provider.empty()) {
         const auto states = analysis::EndStates(boot);
-        const auto state = states.find(NumberOf(options.provider));
+        const auto state = states.find(NumberOf(options.provider).value());
         if (state == states.end()) {
             throw std::runtime_error("no provider " + options.provider + " holds anything");
         }
         PrintOut([&](std::ostream& out) { PrintProvider(out, state->first, state->second, only); });
+        if (!only.empty() && !HoldsAny(state->second, only)) {
+            SayMissing(options.tag, "provider " + options.provider + " holds no");
+        }
         return ExitStatusOf(boot);
     }
     const std::vector<analysis::Device> devices = analysis::DevicesOf(boot, analysis::CourseOf(boot.record));
     const std::size_t chosen = options.device.empty() ? devices.size() : DeviceNamed(options.device, devices);
+    bool found = only.empty();
     PrintOut([&](std::ostream& out) {
         for (std::size_t i = 0; i < devices.size(); ++i) {
             if (chosen == devices.size() || chosen == i) {
                 PrintDevice(out, devices[i], only);
+                found = found || (devices[i].metadata != nullptr && HoldsAny(*devices[i].metadata, only));
             }
         }
     });
+    if (!found) {
+        SayMissing(options.tag,
+                   options.device.empty() ? "no device has" : "device " + options.device + " has no");
+    }
     return ExitStatusOf(boot);
 }
 
@@ -89,7 +125,7 @@ void AddDumpsysCommand(CLI::App& app, std::function<int()>& chosen) {
             ->check(CheckNotEmpty);
     command->add_option("--provider", options->provider, "What this provider holds after the boot")
         ->type_name("ID")
-        ->check(CheckNotEmpty)
+        ->check(CheckProvider)
         ->excludes(device);
     command->add_option("--tag", options->tag, "Only this tag, by name, end of a name, or number")
         ->type_name("TAG")

@@ -28,7 +28,7 @@ std::vector<std::uint8_t> ReadFile(const std::string& file, std::string_view exp
     virtualphone::FileContent content = virtualphone::ReadInput(file);
     if (!content.error.empty()) {
         throw std::runtime_error(virtualphone::InputName(file) + ": expected " + std::string(expected) +
-                                 ", got " + content.error);
+                                 ", got " + content.instead());
     }
     return std::move(content.bytes);
 }

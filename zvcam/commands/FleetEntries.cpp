@@ -97,6 +97,12 @@ std::vector<std::string> LinesOf(const std::string& source) {
     return lines;
 }
 
+/// One name for a source, however it was written: "made", "./made" and "made/" are the same.
+std::string PlainPath(const std::string& path) {
+    const fs::path plain = fs::absolute(path).lexically_normal();
+    return (plain.has_filename() ? plain : plain.parent_path()).string();
+}
+
 void KeepEachOnce(FleetEntries& entries) {
     std::unordered_set<std::string> seen;
     entries.repeated =
@@ -108,7 +114,7 @@ void KeepEachOnce(FleetEntries& entries) {
 FleetEntries ReadFleetEntries(const std::string& source) {
     FleetEntries entries;
     std::error_code error;
-    entries.source = source == "-" ? source : fs::absolute(source).lexically_normal().string();
+    entries.source = source == "-" ? source : PlainPath(source);
     if (source != "-" && fs::is_directory(source, error)) {
         entries.folder = source;
         Search(source, "", entries.paths);

@@ -1,7 +1,9 @@
+#include <charconv>
 #include <cstdint>
 #include <memory>
 #include <ostream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "zvcam/commands/Boots.h"
@@ -25,6 +27,16 @@ struct MakeOptions {
     std::uint64_t seed = 0;
     bool quiet = false;
 };
+
+/// A number's sign and what is too much for 64 bits would pass for another number.
+std::string CheckWhole(const std::string& text) {
+    std::uint64_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [rest, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && rest == end
+               ? ""
+               : "expected a whole number of 0 to 18446744073709551615, got \"" + Printable(text) + "\"";
+}
 
 int Run(const MakeOptions& options) {
     const std::vector<TroubleRate> rates = ReadTroubleRates(options.troubles);
@@ -63,9 +75,11 @@ void AddFleetMakeCommand(CLI::App& fleet, std::function<int()>& chosen) {
     }
     command->add_option("--count", options->count, "How many phones")
         ->required()
+        ->check(CheckWhole)
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000}));
-    command->add_option("--seed", options->seed,
-                        "The same seed makes the same phones everywhere (default: 0)");
+    command
+        ->add_option("--seed", options->seed, "The same seed makes the same phones everywhere (default: 0)")
+        ->check(CheckWhole);
     command->add_option("--trouble", options->troubles, troubles)->type_name("NAME=RATE,...");
     command
         ->add_option("--like", options->like,

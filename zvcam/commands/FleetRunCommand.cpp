@@ -8,6 +8,7 @@
 
 #include "analysis/FleetRows.h"
 #include "supervisor/BootPool.h"
+#include "supervisor/Plugin.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/FleetCommands.h"
 #include "zvcam/commands/FleetEntries.h"
@@ -70,11 +71,12 @@ int Run(const FleetRunOptions& options) {
     KeepShard(shard, entries);
     FleetRun run = {.entries = entries.paths.size(), .repeated = entries.repeated};
     // The workers are forks, which are to know nothing of the database.
-    supervisor::BootPool pool(
-        {.boot = SupervisorOptions(options.boot, /*describe=*/false), .workers = options.jobs},
-        FleetWork(options, entries.folder));
-    FleetWriter writer(options.database, options.resume, entries.source,
-                       shard.count == 1 ? "" : options.shard);
+    const supervisor::BootOptions boot = SupervisorOptions(options.boot, /*describe=*/false);
+    supervisor::BootPool pool({.boot = boot, .workers = options.jobs}, FleetWork(options, entries.folder));
+    FleetWriter writer(options.database, options.resume,
+                       {.source = entries.source,
+                        .shard = shard.count == 1 ? "" : options.shard,
+                        .plugin = supervisor::Plugin::BuildIdOf(boot.library)});
     const auto done = writer.paths();
     std::erase_if(entries.paths, [&](const std::string& path) { return done.contains(path); });
     run.done = run.entries - entries.paths.size();
@@ -100,6 +102,7 @@ int Run(const FleetRunOptions& options) {
     writer.finish();
     progress.clear();
     run.unread = static_cast<std::size_t>(writer.unread());
+    run.notReturned = static_cast<std::size_t>(writer.notReturned());
     run.seconds = std::chrono::duration<double>(Clock::now() - start).count();
     // What a signal stopped ends as the signal would have ended it.
     if (!options.quiet && !pool.stopped()) {

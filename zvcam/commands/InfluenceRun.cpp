@@ -224,7 +224,8 @@ analysis::Influence InfluenceRun::find() {
         progress.advance(settled - shown);
         shown = settled;
     }
-    state.influence.complete = going;
+    // What was done when a signal stopped the pool has come, and there is no more.
+    state.influence.complete = going && !state.pool.stopped();
     for (std::size_t i = 0; i < state.searches.size(); ++i) {
         state.influence.inputs[i].ranges = state.searches[i].ranges();
     }

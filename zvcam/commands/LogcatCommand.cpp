@@ -1,14 +1,19 @@
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "analysis/Steps.h"
+#include "analysis/Why.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Files.h"
 #include "zvcam/commands/Output.h"
 #include "zvcam/views/LogView.h"
+#include "zvcam/views/Text.h"
 
 namespace zvcam {
 
@@ -43,6 +48,17 @@ std::vector<bool> EventsOfOperation(const record::BootRecord& boot, const analys
     return wanted;
 }
 
+/// Says on standard error why an operation has no lines.
+/// @throws std::runtime_error for one that there is not.
+void SayNothing(const std::string& operation) {
+    const std::vector<std::string> names = analysis::OperationNames();
+    if (std::find(names.begin(), names.end(), operation) == names.end()) {
+        throw std::runtime_error("--step: no operation is called \"" + Printable(operation) + "\"" +
+                                 NearWords(analysis::NamesNear(names, operation)));
+    }
+    Complain(operation + " logged nothing in this boot");
+}
+
 int Run(const LogcatOptions& options) {
     LogFilter filter;
     for (const std::string& rule : options.rules) {
@@ -53,6 +69,9 @@ int Run(const LogcatOptions& options) {
     std::vector<bool> wanted(boot.record.events.size(), true);
     if (!options.operation.empty()) {
         wanted = EventsOfOperation(boot.record, course, options.operation);
+        if (std::find(wanted.begin(), wanted.end(), true) == wanted.end()) {
+            SayNothing(options.operation);
+        }
     }
     std::size_t first = 0;
     std::size_t end = boot.record.events.size();

@@ -106,9 +106,16 @@ void WriteFile(const std::string& path, const Print& print) {
 
 void CheckIsNoInput(const std::string& path, const std::vector<fs::path>& inputs) {
     for (const fs::path& input : inputs) {
+        if (path == "-" || input.empty()) {
+            continue;
+        }
         std::error_code error;
-        if (path != "-" && !input.empty() && fs::equivalent(path, input, error) && !error) {
+        if (fs::equivalent(path, input, error) && !error) {
             throw std::runtime_error("cannot write " + path + ": the run reads it");
+        }
+        const fs::path relative = fs::is_directory(path, error) ? fs::proximate(input, path, error) : "";
+        if (!relative.empty() && *relative.begin() != "..") {
+            throw std::runtime_error("cannot write " + path + ": the run reads what lies there");
         }
     }
 }

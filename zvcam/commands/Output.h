@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "supervisor/EndOnSignal.h"
 #include "zvcam/views/Text.h"
 
 namespace zvcam {
@@ -39,6 +40,8 @@ class Draft {
     void become(const std::filesystem::path& target, std::filesystem::perms permissions);
 
   private:
+    /// An ending signal waits until the draft is gone or in its place.
+    supervisor::EndingWaits mWaits;
     std::string mPath;
     std::string mName;
 };
@@ -47,8 +50,9 @@ class Draft {
 std::filesystem::perms NewFilePermissions();
 
 /// Refuses to write over an input.
+/// @param path a file, or a folder that is to be replaced.
 /// @param inputs the files that were read; empty names are passed over.
-/// @throws std::runtime_error when `path` leads to one of them.
+/// @throws std::runtime_error when `path` leads to one of them, or one of them lies there.
 void CheckIsNoInput(const std::string& path, const std::vector<std::filesystem::path>& inputs);
 
 /// What standard output can show: colour on a terminal, unless NO_COLOR or what TERM says is against it.

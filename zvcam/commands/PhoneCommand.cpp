@@ -78,6 +78,7 @@ int RunFromDevice(const FromDeviceOptions& options) {
         inputs.push_back(std::filesystem::path(options.folder) / file.path);
     }
     CheckIsNoInput(options.output, inputs);
+    CheckIsNoInput(SideFolderOf(options.output), inputs);
     analysis::DevicePull pull = analysis::PhoneFromDevice(files, like.phone, like.name);
     if (!pull.trouble.empty()) {
         throw std::runtime_error(options.folder + ": " + pull.trouble);
@@ -98,7 +99,9 @@ void AddFromDevice(CLI::App& phone, std::function<int()>& chosen) {
                      "output of getprop")
         ->required()
         ->check(CheckNotEmpty);
-    command->add_option("-o,--output", options->output, "The phone file; FILE.files gets its side files")
+    command
+        ->add_option("-o,--output", options->output,
+                     "The phone file, NAME.json; its side files go to NAME.files")
         ->type_name("FILE")
         ->required()
         ->check(CheckNotEmpty);

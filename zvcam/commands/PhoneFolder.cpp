@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "formats/EepromDump.h"
+#include "supervisor/EndOnSignal.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
 #include "zvcam/commands/Files.h"
@@ -109,6 +110,8 @@ class SideFolder {
                 renameat2(AT_FDCWD, mDraft.c_str(), AT_FDCWD, mTarget.c_str(), RENAME_NOREPLACE) == 0);
     }
 
+    /// An ending signal waits until the draft is gone or in its place.
+    supervisor::EndingWaits mWaits;
     fs::path mTarget;
     std::string mDraft;
     bool mPlaced = false;
@@ -141,7 +144,7 @@ std::vector<analysis::PulledFile> ReadPulledFolder(const fs::path& folder) {
         }
         if (!content.error.empty()) {
             throw std::runtime_error((folder / path).string() + ": expected a file that can be read, got " +
-                                     content.error);
+                                     content.instead());
         }
         pulled.push_back({.path = path.string(), .bytes = std::move(content.bytes)});
     }
@@ -156,9 +159,13 @@ LikePhone ReadLikePhone(const std::string& file) {
     return {.phone = virtualphone::ReadPhoneFile(file), .name = file};
 }
 
+fs::path SideFolderOf(const fs::path& path) {
+    return path.parent_path() / (path.stem().string() + ".files");
+}
+
 void WritePhone(const fs::path& path, const virtualphone::PhoneDescription& phone, bool force) {
-    const fs::path folderName = path.stem().string() + ".files";
-    const fs::path folder = path.parent_path() / folderName;
+    const fs::path folder = SideFolderOf(path);
+    const fs::path folderName = folder.filename();
     CheckIsNew(path, force);
     CheckIsNew(folder, force);
     SideFolder sideFolder(folder);

@@ -23,6 +23,9 @@ struct LikePhone {
 /// @throws virtualphone::PhoneFileError
 LikePhone ReadLikePhone(const std::string& file);
 
+/// Where the side files of a phone file go: "new.files" of "new.json".
+std::filesystem::path SideFolderOf(const std::filesystem::path& path);
+
 /// Writes a phone file, and beside it the folder of its side files: "new.json" and "new.files". Both appear
 /// whole or not at all.
 /// @param force replaces what is there; the folder too, with all that it holds.

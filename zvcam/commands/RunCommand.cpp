@@ -2,6 +2,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "analysis/Diagnosis.h"
@@ -24,12 +25,20 @@ struct RunOptions {
     bool all = false;
 };
 
+/// The files that the run reads, where an output is to replace a file.
+std::vector<std::string> InputsAtRisk(const RunOptions& options) {
+    std::error_code none;
+    if (!std::filesystem::is_regular_file(options.json, none) &&
+        !std::filesystem::is_regular_file(options.html, none)) {
+        return {};
+    }
+    const std::vector<std::filesystem::path> inputs = InputsOf(options.boot);
+    return {inputs.begin(), inputs.end()};
+}
+
 int Run(const RunOptions& options) {
     const bool isPrinted = options.json != "-" && options.html != "-";
-    if (!options.json.empty() || !options.html.empty()) {
-        const std::vector<std::filesystem::path> inputs = InputsOf(options.boot);
-        CheckOutputs({options.json, options.html}, {inputs.begin(), inputs.end()}, /*force=*/true);
-    }
+    CheckOutputs({options.json, options.html}, InputsAtRisk(options), /*force=*/true);
     const analysis::Boot boot = Obtain(options.boot, /*forReport=*/!options.json.empty());
     const int status = ExitStatusOf(boot);
     if (!options.json.empty()) {

@@ -17,9 +17,10 @@ void Database::Close::operator()(sqlite3* database) const {
 
 Database::Database(const std::filesystem::path& path, Access access) : mName(path.string()) {
     sqlite3* database = nullptr;
-    const int flags =
-        access == Access::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    // A name such as ":memory:" is a file's, too.
+    // URIs are for what is attached: an absolute path is none, and a name such as ":memory:" is a file's,
+    // too.
+    const int flags = SQLITE_OPEN_URI | (access == Access::Read ? SQLITE_OPEN_READONLY
+                                                                : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     const int result = sqlite3_open_v2(std::filesystem::absolute(path).c_str(), &database, flags, nullptr);
     mDatabase.reset(database);
     if (result != SQLITE_OK) {

@@ -122,7 +122,31 @@ bool IsEmpty(Database& database) {
     return NumberOf(database, "SELECT count(*) FROM sqlite_schema") == 0;
 }
 
-Database OpenToWrite(const fs::path& path, bool resume) {
+/// Paths are relative to their source, so those of two sources would pass for each other, and what two builds
+/// of the plug-in do is not to be counted together.
+void CheckHolds(Database& database, const std::string& name, const FleetOrigin& origin) {
+    Statement source(database,
+                     "SELECT source FROM runs WHERE source <> ? AND id IN (SELECT run FROM phones) LIMIT 1");
+    source.bind(std::string_view(origin.source));
+    if (source.step()) {
+        throw std::runtime_error(name + ": cannot go on with phones of " + origin.source +
+                                 ": it holds phones of " + source.text(0));
+    }
+    if (!origin.plugin) {
+        return;
+    }
+    Statement plugin(database,
+                     "SELECT ifnull(plugin, 'none') FROM phones WHERE (plugin IS NOT NULL OR"
+                     " ended = 'returned') AND ifnull(plugin, '') <> ? LIMIT 1");
+    plugin.bind(std::string_view(*origin.plugin));
+    if (plugin.step()) {
+        throw std::runtime_error(name + ": cannot go on with a plug-in of build id " +
+                                 (origin.plugin->empty() ? "none" : *origin.plugin) +
+                                 ": it holds phones of build id " + plugin.text(0));
+    }
+}
+
+Database OpenToWrite(const fs::path& path, bool resume, const FleetOrigin& origin) {
     std::error_code error;
     if (!resume && fs::exists(fs::symlink_status(path, error))) {
         throw std::runtime_error("cannot write " + path.string() + ": it exists; --resume goes on with it");
@@ -132,6 +156,7 @@ Database OpenToWrite(const fs::path& path, bool resume) {
     if (!empty) {
         // Before its journal's mode changes, which stays with the file.
         CheckIsFleet(database, path.string());
+        CheckHolds(database, path.string(), origin);
     }
     // A commit is safe from the end of this program; from that of the machine once it reached the database.
     database.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
@@ -175,11 +200,41 @@ void CopyFrom(Database& database) {
     }
 }
 
+/// Refuses, in the name of the database itself, one that lacks what is to be copied.
+void CheckIsComplete(Database& database) {
+    Statement runs(database, "SELECT id, source, shard FROM runs");
+    for (const FleetTable& table : analysis::FleetTables()) {
+        Statement rows(database,
+                       "SELECT " + KeyNames(table) + ", " + ColumnNames(table) + " FROM " + table.name);
+    }
+}
+
+/// SQLite's name of a database that is not to be written.
+std::string ReadOnlyUri(const std::string& absolutePath) {
+    std::string uri = "file://";
+    for (const char character : absolutePath) {
+        switch (character) {
+            case '%':
+                uri += "%25";
+                break;
+            case '?':
+                uri += "%3F";
+                break;
+            case '#':
+                uri += "%23";
+                break;
+            default:
+                uri += character;
+        }
+    }
+    return uri + "?mode=ro";
+}
+
 void Join(Database& database, const std::string& input) {
     {
         Statement attach(database, "ATTACH ? AS input");
-        const std::string path = fs::absolute(input).string();
-        attach.bind(path);
+        const std::string uri = ReadOnlyUri(fs::absolute(input).string());
+        attach.bind(std::string_view(uri));
         attach.step();
     }
     {
@@ -193,17 +248,16 @@ void Join(Database& database, const std::string& input) {
 
 }  // namespace
 
-FleetWriter::FleetWriter(const fs::path& path, bool resume, const std::string& source,
-                         const std::string& shard)
-    : mDatabase(OpenToWrite(path, resume)) {
+FleetWriter::FleetWriter(const fs::path& path, bool resume, const FleetOrigin& origin)
+    : mDatabase(OpenToWrite(path, resume, origin)) {
     for (const FleetTable& table : analysis::FleetTables()) {
         mInserts.emplace_back(mDatabase, InsertionInto(table));
     }
     Transaction transaction(mDatabase);
     mDatabase.run("DELETE FROM phones WHERE ended = 'failed'");
     Statement run(mDatabase, "INSERT INTO runs (source, shard) VALUES (?, ?)");
-    run.bind(std::string_view(source));
-    run.bind(std::string_view(shard));
+    run.bind(std::string_view(origin.source));
+    run.bind(std::string_view(origin.shard));
     run.step();
     mRun = NumberOf(mDatabase, "SELECT max(id) FROM runs");
     mLastPhone = NumberOf(mDatabase, "SELECT ifnull(max(id), 0) FROM phones");
@@ -256,7 +310,15 @@ void FleetWriter::finish() {
 }
 
 std::int64_t FleetWriter::unread() {
-    return NumberOf(mDatabase, "SELECT count(*) FROM phones WHERE ended = 'unread'");
+    return NumberOf(mDatabase,
+                    "SELECT count(*) FROM phones WHERE ended = 'unread' AND run = " + std::to_string(mRun));
+}
+
+std::int64_t FleetWriter::notReturned() {
+    return NumberOf(mDatabase,
+                    "SELECT count(*) FROM phones WHERE ended NOT IN ('returned', 'unread', 'failed')"
+                    " AND run = " +
+                        std::to_string(mRun));
 }
 
 Database OpenFleet(const fs::path& path) {
@@ -272,7 +334,8 @@ Database OpenFleet(const fs::path& path) {
 
 std::int64_t MergeFleets(const fs::path& path, const std::vector<std::string>& inputs) {
     for (const std::string& input : inputs) {
-        OpenFleet(input);
+        Database opened = OpenFleet(input);
+        CheckIsComplete(opened);
     }
     Database database(path, Database::Access::Write);
     // Whoever reads it does so when it is complete.

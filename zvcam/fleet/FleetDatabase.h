@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -12,16 +13,21 @@
 
 namespace zvcam {
 
+/// What a run boots.
+struct FleetOrigin {
+    std::string source;  ///< the absolute path of the list or folder that the phones come from, or "-"
+    std::string shard;   ///< "2/8", or empty
+    std::optional<std::string> plugin;  ///< its build id, empty where it has none; nothing: not known
+};
+
 /// Writes the rows of phones into a fleet's database (docs/fleet.md has its tables), many phones in one
 /// transaction: a program that is killed loses the phones of the transaction at hand and nothing else.
 class FleetWriter {
   public:
     /// @param resume opens what is there; else a database that exists is refused.
-    /// @param source list or folder that the phones come from, for readers of the database.
-    /// @param shard "2/8", or empty.
-    /// @throws std::runtime_error for a database that exists or is of another kind; DatabaseError
-    FleetWriter(const std::filesystem::path& path, bool resume, const std::string& source,
-                const std::string& shard);
+    /// @throws std::runtime_error for a database that exists, is of another kind or holds phones of another
+    /// source or another build of the plug-in; DatabaseError
+    FleetWriter(const std::filesystem::path& path, bool resume, const FleetOrigin& origin);
 
     /// Paths of the phones that the database holds. Those that this machine could not boot have gone from
     /// it, to be tried again.
@@ -35,8 +41,10 @@ class FleetWriter {
     /// @throws DatabaseError
     void finish();
 
-    /// Phones in the database whose entry cannot be read.
+    /// Phones that this writer wrote whose entry cannot be read.
     std::int64_t unread();
+    /// Phones that this writer wrote whose boot did not return.
+    std::int64_t notReturned();
 
   private:
     void write();

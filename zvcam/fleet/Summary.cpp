@@ -173,11 +173,14 @@ FleetSummary SummaryOf(Database& database, std::size_t most) {
     FleetSummary summary;
     ReadSources(database, summary);
     summary.phones = NumberOf(database, "SELECT count(*) FROM phones");
-    summary.booted =
-        NumberOf(database, "SELECT count(*) FROM phones WHERE ended NOT IN ('unread', 'failed')");
-    summary.withErrors = NumberOf(database, "SELECT count(*) FROM phones WHERE errors > 0");
-    summary.withWarnings =
-        NumberOf(database, "SELECT count(*) FROM phones WHERE errors = 0 AND warnings > 0");
+    const auto count = [&](const char* condition) {
+        return NumberOf(database, std::string("SELECT count(*) FROM phones WHERE ") + condition);
+    };
+    summary.withErrors = count("ended = 'returned' AND errors > 0");
+    summary.withWarnings = count("ended = 'returned' AND errors = 0 AND warnings > 0");
+    summary.withNeither = count("ended = 'returned' AND errors = 0 AND warnings = 0");
+    summary.notReturned = count("ended NOT IN ('returned', 'unread', 'failed')");
+    summary.notBooted = count("ended IN ('unread', 'failed')");
     ReadEndings(database, summary);
     ReadFindings(database, most, summary);
     ReadModules(database, summary);

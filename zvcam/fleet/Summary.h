@@ -67,10 +67,12 @@ struct FleetSummary {
     };
 
     std::vector<Source> sources;
-    std::int64_t phones = 0;  ///< entries, whatever became of them
-    std::int64_t booted = 0;
-    std::int64_t withErrors = 0;         ///< booted, and at least one finding is an error
-    std::int64_t withWarnings = 0;       ///< booted, no finding is an error, at least one a warning
+    std::int64_t phones = 0;        ///< entries, whatever became of them
+    std::int64_t withErrors = 0;    ///< returned, and at least one finding is an error
+    std::int64_t withWarnings = 0;  ///< returned, no finding is an error, at least one a warning
+    std::int64_t withNeither = 0;   ///< returned
+    std::int64_t notReturned = 0;   ///< booted, whatever the findings
+    std::int64_t notBooted = 0;
     std::vector<Ending> endings;         ///< those that returned first, then the commonest
     std::int64_t endedOtherwise = 0;     ///< phones that `endings` has no room for
     std::vector<FindingGroup> findings;  ///< errors first, the commonest first

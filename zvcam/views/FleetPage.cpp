@@ -42,14 +42,14 @@ Markup Lead(const FleetSummary& summary) {
                            "Of " + Element("code", {}, source.path) +
                                (source.shard.empty() ? "" : ", shard " + source.shard));
     }
-    const std::int64_t sound = summary.booted - summary.withErrors - summary.withWarnings;
     return Element("p", {}, Counted(static_cast<std::size_t>(summary.phones), "phone") + ".") +
            Element(
                "p", {},
                Judged(Verdict::Bad, std::to_string(summary.withErrors) + " with errors") + ", " +
                    Judged(Verdict::Doubtful, std::to_string(summary.withWarnings) + " more with warnings") +
-                   ", " + Judged(Verdict::Good, std::to_string(sound) + " with neither") + ", " +
-                   std::to_string(summary.phones - summary.booted) + " not booted.") +
+                   ", " + Judged(Verdict::Good, std::to_string(summary.withNeither) + " with neither") +
+                   ", " + Judged(Verdict::Bad, std::to_string(summary.notReturned) + " did not return") +
+                   ", " + std::to_string(summary.notBooted) + " not booted.") +
            sources;
 }
 

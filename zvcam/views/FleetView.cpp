@@ -41,9 +41,12 @@ void PrintHead(std::ostream& out, const std::string& database, const FleetSummar
                const Style& style) {
     out << style.bold("Fleet " + Printable(database)) << ": " << Phones(summary.phones) << ", "
         << summary.withErrors << " with errors, " << summary.withWarnings << " more with warnings, "
-        << summary.booted - summary.withErrors - summary.withWarnings << " with neither";
-    if (summary.booted < summary.phones) {
-        out << ", " << summary.phones - summary.booted << " not booted";
+        << summary.withNeither << " with neither";
+    if (summary.notReturned > 0) {
+        out << ", " << summary.notReturned << " did not return";
+    }
+    if (summary.notBooted > 0) {
+        out << ", " << summary.notBooted << " not booted";
     }
     out << '\n';
     for (const FleetSummary::Source& source : summary.sources) {
@@ -183,6 +186,9 @@ void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRu
     }
     if (run.unread > 0) {
         out << "; " << run.unread << " cannot be read";
+    }
+    if (run.notReturned > 0) {
+        out << "; " << run.notReturned << " did not return";
     }
     if (run.failed > 0) {
         out << "; " << run.failed << " could not be booted here, --resume tries again";

@@ -59,7 +59,8 @@ std::string Heading(const Influence& influence, const InputInfluence& of) {
     }
     std::size_t reaching = 0;
     for (const Range& range : of.ranges) {
-        reaching += ReachOf(influence.sets[range.effects]) == Reach::Published ? range.bytes.count : 0;
+        const bool known = !range.open && ReachOf(influence.sets[range.effects]) == Reach::Published;
+        reaching += known ? range.bytes.count : 0;
     }
     return (input.kind == Input::Kind::File ? "file " + Printable(input.name) : input.name) + ": " +
            std::to_string(reaching) + " of " + Counted(input.size, "byte") + " reach what is published";
@@ -219,8 +220,8 @@ void PrintInfluence(std::ostream& out, const Influence& influence, const Style& 
     }
     if (influence.step > 1) {
         out << "\n* changed " << influence.step
-            << " bytes at a time, first and last bytes found one by one; all others byte by byte. --step 1 "
-               "changes each byte by itself.\n";
+            << " bytes at a time, first and last bytes found one by one. What reaches nothing was changed in "
+               "larger stretches, all else byte by byte; --step 1 changes each byte by itself.\n";
     }
 }
 

@@ -53,6 +53,14 @@ std::string Listed(const std::vector<std::string>& texts) {
     return list;
 }
 
+std::string NearWords(const std::vector<std::string>& names) {
+    std::vector<std::string> quoted;
+    for (const std::string& name : names) {
+        quoted.push_back('"' + name + '"');
+    }
+    return names.empty() ? "" : (names.size() == 1 ? "; near is " : "; near are ") + Listed(quoted);
+}
+
 std::string BlobText(std::span<const std::uint8_t> bytes) {
     std::string text = Counted(bytes.size(), "byte");
     const analysis::BlockContent content = analysis::ContentOf(bytes);

@@ -31,6 +31,9 @@ std::string Counted(std::size_t count, std::string_view noun);
 /// "a", "a and b", "a, b and c".
 std::string Listed(const std::vector<std::string>& texts);
 
+/// "; near are \"a\" and \"b\"", to go behind a complaint about a name; empty where none is.
+std::string NearWords(const std::vector<std::string>& names);
+
 /// What a blob is at a glance: "4096 bytes of 0x15", "216 bytes: 00 00 00 40 ... and 200 more".
 std::string BlobText(std::span<const std::uint8_t> bytes);
 
