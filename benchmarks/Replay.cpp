@@ -142,8 +142,18 @@ void Replay::run() const {
 }
 
 Replay::Step Replay::stepOf(const record::LogLine& line) {
-    return
-        [line](Desk&) { __android_log_print(line.priority, line.tag.c_str(), "%s", line.message.c_str()); };
+    // The lead's two values are the platform's to print, as with every line of the plug-in; the text stands.
+    const std::string operation(record::OperationOf(line));
+    const std::size_t end = line.message.find("] ");
+    if (operation.empty() || end == std::string::npos) {
+        return [line](Desk&) {
+            __android_log_print(line.priority, line.tag.c_str(), "%s", line.message.c_str());
+        };
+    }
+    return [line, operation, text = line.message.substr(end + 2), id = gettid()](Desk&) {
+        __android_log_print(line.priority, line.tag.c_str(), "(%d)[%s] %s", id, operation.c_str(),
+                            text.c_str());
+    };
 }
 
 Replay::Step Replay::stepOf(const record::PropertyAsked& property) {

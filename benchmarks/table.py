@@ -98,7 +98,7 @@ def crc_rows(build):
 
 
 def start_rows(build):
-    times = processor_times(f"{build}/bin/BootBench", "--benchmark_repetitions=9", "--benchmark_min_time=0.1")
+    times = processor_times(f"{build}/bin/BootBench", "--benchmark_repetitions=9", "--benchmark_min_time=0.3")
     yield Row("start-up, over its floor", f"{microseconds(times['boot'])}, floor {microseconds(times['floor'])}",
               times["boot"] / times["floor"], AIM_START)
     costs = {count: (times[f"further/{count}"] - times["further/0"]) / count for count in FURTHER}
