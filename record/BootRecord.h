@@ -51,6 +51,15 @@ struct PluginIdentity {
     friend bool operator==(const PluginIdentity&, const PluginIdentity&) = default;
 };
 
+/// Calls of the plug-in that concern files and folders of the phone.
+struct FileCalls {
+    std::uint64_t opened = 0;
+    std::uint64_t read = 0;  ///< listings of folders among them
+    std::uint64_t written = 0;
+
+    friend bool operator==(const FileCalls&, const FileCalls&) = default;
+};
+
 /// Everything that a boot did: what a report holds, written by `WriteReport` and read back by `ReadReport`.
 struct BootRecord {
     std::string phone;  ///< its name
@@ -69,6 +78,8 @@ struct BootRecord {
     /// The phone that was booted, as the text of a phone file with its side files inside; empty in an older
     /// report.
     std::string description;
+    /// Where they were counted: in a boot that has failing calls. No report has them.
+    std::optional<FileCalls> fileCalls = {};
     /// Whether the record has the events in one order; an older report has an order within each kind only.
     bool ordered = true;
 };

@@ -40,7 +40,7 @@ struct RunningBoot::State {
         child = Child(Fork());
         if (child.id() == 0) {
             std::optional<Plugin> none;
-            BePhone(std::move(phone), files, library, none, log);
+            BePhone(std::move(phone), options.failing, files, library, none, log);
         }
         watch();
     }

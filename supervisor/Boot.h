@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "record/BootRecord.h"
+#include "virtualphone/CallFaults.h"
 #include "virtualphone/PhoneDescription.h"
 
 namespace supervisor {
@@ -16,6 +17,8 @@ struct BootOptions {
     std::filesystem::path root = {};     ///< keeps the phone's files; empty: a temporary folder does
     bool cleanRoot = false;              ///< removes first what lies under the root
     std::chrono::milliseconds timeout = std::chrono::seconds(60);
+    /// Calls of the plug-in that fail in this boot, beside what the description says.
+    virtualphone::FailingCalls failing = {};
     /// Whether the record carries the phone as the text of a phone file, as a report does.
     bool describe = true;
     /// Most bytes that the record of the events may have; what comes later is counted as lost. Only what is

@@ -58,8 +58,13 @@ Booter::Booter(BootOptions options) : mState(std::make_unique<State>(std::move(o
 
 Booter::~Booter() = default;
 
-record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone) {
+record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone,
+                                const virtualphone::FailingCalls& failing) {
     State& state = *mState;
+    BootOptions options = state.options;
+    for (const auto& [call, numbers] : failing) {
+        options.failing[call].insert(numbers.begin(), numbers.end());
+    }
     const EndingWaits endingWaits;
     std::optional<Child> child;
     if (state.server) {
@@ -68,12 +73,12 @@ record::BootRecord Booter::boot(const virtualphone::PhoneDescription& phone) {
         }
         state.files->renew(phone.files, std::exchange(state.traces, {}));
         state.log.clear();
-        child = state.server->boot(phone);
+        child = state.server->boot(phone, options.failing);
     }
     if (!child) {
         // The root is one phone's at a time.
         state.files.reset();
-        record::BootRecord boot = Boot(phone, state.options);
+        record::BootRecord boot = Boot(phone, options);
         RefuseCutShort();
         return boot;
     }

@@ -27,7 +27,9 @@ class Booter {
     /// As `supervisor::Boot`.
     /// @throws virtualphone::PhoneFileError, std::filesystem::filesystem_error, std::system_error; the last
     /// one also when an ending signal has arrived, for which the program ends when the booter is destroyed.
-    record::BootRecord boot(const virtualphone::PhoneDescription& phone);
+    /// @param failing calls that fail in this boot, beside those of the options.
+    record::BootRecord boot(const virtualphone::PhoneDescription& phone,
+                            const virtualphone::FailingCalls& failing = {});
 
   private:
     struct State;

@@ -52,12 +52,20 @@ static auto Fields(auto& part) {
 
 namespace supervisor {
 
-void AppendDescription(std::vector<std::uint8_t>& bytes, const virtualphone::PhoneDescription& phone) {
-    record::FrameWriter(bytes).put(phone);
+void AppendPhone(std::vector<std::uint8_t>& bytes, const virtualphone::PhoneDescription& phone,
+                 const virtualphone::FailingCalls& failing) {
+    record::FrameWriter writer(bytes);
+    writer.put(phone);
+    writer.put(failing);
 }
 
-std::optional<virtualphone::PhoneDescription> ReadDescription(std::span<const std::uint8_t> bytes) {
-    return record::ReadFrame<virtualphone::PhoneDescription>(bytes);
+std::optional<FaultyPhone> ReadPhone(std::span<const std::uint8_t> bytes) {
+    record::FrameReader reader(bytes);
+    std::optional<FaultyPhone> phone(std::in_place);
+    if (!reader.get(phone->first) || !reader.get(phone->second) || !reader.atEnd()) {
+        phone.reset();
+    }
+    return phone;
 }
 
 }  // namespace supervisor

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <mutex>
@@ -36,6 +37,7 @@ enum class Message : std::uint8_t {
     BuildId,    ///< its build id
     NoPlugin,   ///< why the library cannot be used
     Threw,      ///< what the plug-in threw
+    FileCalls,  ///< how many calls of files were made: the structure's own bytes
     Completed,  ///< ran and unloaded: the process is about to leave
 };
 
@@ -123,6 +125,11 @@ Told TakeMessages(const SharedLog& log, record::BootRecord& boot) {
             case Message::Threw:
                 told.threw = text;
                 break;
+            case Message::FileCalls:
+                if (body.size() == sizeof(record::FileCalls)) {
+                    std::memcpy(&boot.fileCalls.emplace(), body.data(), body.size());
+                }
+                break;
             case Message::Completed:
                 told.completed = true;
                 break;
@@ -141,20 +148,24 @@ Told TakeMessages(const SharedLog& log, record::BootRecord& boot) {
 
 }  // namespace
 
-void BePhone(virtualphone::PhoneDescription description, const virtualphone::DeviceFiles& files,
-             const std::filesystem::path& library, std::optional<Plugin>& plugin, SharedLog& log) noexcept {
+void BePhone(virtualphone::PhoneDescription description, virtualphone::FailingCalls failing,
+             const virtualphone::DeviceFiles& files, const std::filesystem::path& library,
+             std::optional<Plugin>& plugin, SharedLog& log) noexcept {
     gIsPhone = true;
     pthread_atfork(nullptr, nullptr, [] { gIsPhone = false; });
     Reporter reporter(log);
     try {
         // Before the library, whose initialisers and finalisers may use it.
-        const virtualphone::VirtualPhone phone(std::move(description), files, reporter);
+        const virtualphone::VirtualPhone phone(std::move(description), files, reporter, std::move(failing));
         if (!plugin) {
             plugin.emplace(library);
         }
         Run(plugin, reporter);
         std::cout.flush();
         std::fflush(nullptr);
+        if (const std::optional<record::FileCalls> calls = phone.fileCalls()) {
+            reporter.say(Message::FileCalls, {reinterpret_cast<const char*>(&*calls), sizeof *calls});
+        }
         reporter.say(Message::Completed);
         // With the phone still on: to take it apart is time lost.
         _exit(0);

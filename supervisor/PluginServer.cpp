@@ -92,12 +92,12 @@ std::optional<Plugin> Load(int bell, const std::filesystem::path& library,
     if (getppid() != supervisor) {
         _exit(1);
     }
-    std::optional<virtualphone::PhoneDescription> phone;
-    phones.read([&phone](std::span<const std::uint8_t> bytes) { phone = ReadDescription(bytes); });
+    std::optional<FaultyPhone> phone;
+    phones.read([&phone](std::span<const std::uint8_t> bytes) { phone = ReadPhone(bytes); });
     if (!phone) {
         _exit(1);
     }
-    BePhone(std::move(*phone), files, {}, plugin, log);
+    BePhone(std::move(phone->first), std::move(phone->second), files, {}, plugin, log);
 }
 
 /// All that the server does. Nothing leaves it but the end of the process: what stands behind the fork is the
@@ -155,9 +155,10 @@ std::unique_ptr<PluginServer> PluginServer::Start(const std::filesystem::path& l
     return std::make_unique<PluginServer>(std::move(phones), std::move(bell), std::move(server));
 }
 
-std::optional<Child> PluginServer::boot(const virtualphone::PhoneDescription& phone) {
+std::optional<Child> PluginServer::boot(const virtualphone::PhoneDescription& phone,
+                                        const virtualphone::FailingCalls& failing) {
     mBytes.clear();
-    AppendDescription(mBytes, phone);
+    AppendPhone(mBytes, phone, failing);
     mPhones->clear();
     mPhones->append(mBytes, 0);
     if (mPhones->count() == 0 || !Say(mBell.get(), "boot")) {

@@ -12,7 +12,8 @@ static_assert(kFocusPointCount == std::tuple_size_v<decltype(CamCal3ARecord::afP
 
 int CamCal::readRecord(unsigned deviceBit, CamCalRecordKind kind, CamCal3ARecord& record) {
     const SensorDescription* sensor = FindSensorByBit(mPhone, deviceBit);
-    const bool known = kind == CamCalRecordKind::ThreeA && sensor != nullptr && sensor->autofocus;
+    const bool known = !Fails(Call::AutofocusRead) && kind == CamCalRecordKind::ThreeA && sensor != nullptr &&
+                       sensor->autofocus;
     mSink.take(record::AutofocusRead{.deviceBit = deviceBit, .succeeded = known});
     if (!known) {
         return -1;
@@ -27,7 +28,9 @@ int CamCal::readRecord(unsigned deviceBit, CamCalRecordKind kind, CamCal3ARecord
 
 std::uint32_t CamCal::readMemory(std::uint32_t sensorId, unsigned deviceBit, std::uint32_t offset,
                                  std::uint32_t length, std::uint8_t* destination) {
-    const std::uint32_t read = copyMemory(FindSensorByBit(mPhone, deviceBit), offset, length, destination);
+    const std::uint32_t read =
+        Fails(Call::EepromRead) ? 0
+                                : copyMemory(FindSensorByBit(mPhone, deviceBit), offset, length, destination);
     mSink.take(record::EepromRead{
         .sensorId = sensorId, .deviceBit = deviceBit, .offset = offset, .length = length, .read = read});
     return read;
@@ -56,7 +59,8 @@ virtualphone::CamCal* CurrentCamCal(record::Query query) {
     if (phone == nullptr) {
         return nullptr;
     }
-    const bool missing = phone->description.faults.calibrationDriver;
+    const bool missing =
+        virtualphone::Fails(virtualphone::Call::Asked) || phone->description.faults.calibrationDriver;
     phone->sink.take(record::Asked{.query = query, .answer = {missing ? 0 : 1}, .text = {}});
     return missing ? nullptr : &phone->camCal;
 }

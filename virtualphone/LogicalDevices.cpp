@@ -7,7 +7,8 @@ namespace virtualphone {
 using record::Query;
 
 template <typename Answer>
-Answer LogicalDeviceList::answered(Query query, std::int64_t about, Answer answer) const {
+Answer LogicalDeviceList::answered(Query query, std::int64_t about, Answer answer, Answer failure) const {
+    answer = Fails(Call::Asked) ? failure : answer;
     mSink.take(record::Asked{.query = query, .about = about, .answer = {answer}, .text = {}});
     return answer;
 }
@@ -25,8 +26,10 @@ int LogicalDeviceList::deviceCount() const {
 
 std::vector<int> LogicalDeviceList::sensorIds(int instanceId) const {
     std::vector<int> ids;
-    for (const tables::MemberSensorId member : device(instanceId).members) {
-        ids.push_back(Number(member));
+    if (!Fails(Call::Asked)) {
+        for (const tables::MemberSensorId member : device(instanceId).members) {
+            ids.push_back(Number(member));
+        }
     }
     mSink.take(record::Asked{
         .query = Query::SensorIds, .about = instanceId, .answer = {ids.begin(), ids.end()}, .text = {}});
@@ -38,7 +41,8 @@ int LogicalDeviceList::sensorDeviceIndex(int sensorId) const {
     return answered(Query::SensorDeviceIndex, sensorId,
                     stated == mPhone.sensorDeviceIndexes.end()
                         ? Number(DeviceIdOf(mPhone, tables::SensorIndex{sensorId}))
-                        : Number(stated->second));
+                        : Number(stated->second),
+                    -1);
 }
 
 unsigned LogicalDeviceList::isMultiSensorDevice(int instanceId) const {
@@ -50,7 +54,7 @@ unsigned LogicalDeviceList::sensorBits(int instanceId) const {
 }
 
 std::string LogicalDeviceList::deviceName(int instanceId) const {
-    const std::string& name = device(instanceId).name;
+    std::string name = Fails(Call::Asked) ? "" : device(instanceId).name;
     mSink.take(record::Asked{.query = Query::DeviceName, .about = instanceId, .answer = {}, .text = name});
     return name;
 }
@@ -70,7 +74,8 @@ NSCam::ILogicalDeviceList* CurrentLogicalDeviceList() {
     if (phone == nullptr) {
         return nullptr;
     }
-    const bool found = !phone->description.faults.logicalDeviceList;
+    const bool found =
+        !virtualphone::Fails(virtualphone::Call::Asked) && !phone->description.faults.logicalDeviceList;
     RecordList(*phone, found);
     return found ? &phone->logicalDevices : nullptr;
 }

@@ -24,7 +24,8 @@ std::string Value(const char* key, const char* fallback) {
         return fallback;
     }
     record::PropertyAsked asked{.name = key, .value = {}};
-    if (const auto found = phone->properties.find(key); found != phone->properties.end()) {
+    const bool fails = virtualphone::Fails(virtualphone::Call::PropertyAsked);
+    if (const auto found = phone->properties.find(key); !fails && found != phone->properties.end()) {
         asked.value = found->second;
     }
     std::string value = asked.value.value_or(fallback);
@@ -34,7 +35,8 @@ std::string Value(const char* key, const char* fallback) {
 
 bool Store(PhoneState& phone, const std::string& name, const std::string& value) {
     const bool fixed = name.starts_with("ro.") && phone.properties.contains(name);
-    if (name.empty() || value.size() > virtualphone::kLongestPropertyValue || fixed ||
+    if (virtualphone::Fails(virtualphone::Call::PropertySet) || name.empty() ||
+        value.size() > virtualphone::kLongestPropertyValue || fixed ||
         phone.description.faults.propertySet.contains(name)) {
         return false;
     }

@@ -31,7 +31,8 @@ ImgSensorDrv* ImgSensorDrv::getInstance(IMGSENSOR_SENSOR_IDX sensorIndex) {
     if (phone == nullptr) {
         return nullptr;
     }
-    ImgSensorDrv* const driver = phone->sensorDrivers.driver(sensorIndex);
+    ImgSensorDrv* const driver =
+        virtualphone::Fails(virtualphone::Call::Asked) ? nullptr : phone->sensorDrivers.driver(sensorIndex);
     phone->sink.take(record::Asked{.query = record::Query::SensorDriver,
                                    .about = sensorIndex,
                                    .answer = {driver == nullptr ? 0 : 1},

@@ -54,7 +54,7 @@ tables::DeviceId DeviceIdOf(const PhoneDescription& phone, tables::SensorIndex i
 }
 
 void HalSensor::sendCommand(int, std::uint32_t command, std::uint32_t, std::vector<std::int32_t>& reply) {
-    if (command == NSCam::SENSOR_CMD_GET_IN_SENSOR_ZOOM) {
+    if (!Fails(Call::Asked) && command == NSCam::SENSOR_CMD_GET_IN_SENSOR_ZOOM) {
         reply = mSensor->inSensorZoom;
     }
     mSink->take(record::Asked{.query = record::Query::SensorCommand,
@@ -71,7 +71,8 @@ SensorList::SensorList(const PhoneDescription& phone, record::EventSink& sink) :
 }
 
 template <typename Answer>
-Answer SensorList::answered(Query query, std::int64_t about, Answer answer) const {
+Answer SensorList::answered(Query query, std::int64_t about, Answer answer, Answer failure) const {
+    answer = Fails(Call::Asked) ? failure : answer;
     mSink.take(record::Asked{.query = query, .about = about, .answer = {answer}, .text = {}});
     return answer;
 }
@@ -87,15 +88,14 @@ unsigned SensorList::deviceBits(int sensorIndex) const {
 
 int SensorList::deviceId(int sensorIndex) const {
     return answered(Query::DeviceId, sensorIndex,
-                    Number(DeviceIdOf(mPhone, tables::SensorIndex{sensorIndex})));
+                    Number(DeviceIdOf(mPhone, tables::SensorIndex{sensorIndex})), -1);
 }
 
 void SensorList::querySensorStaticInfo(unsigned deviceBit, NSCam::SensorStaticInfo& info) const {
     const SensorDescription* const sensor = FindSensorByBit(mPhone, deviceBit);
-    if (sensor != nullptr) {
+    if (answered(Query::StaticInfoByBit, deviceBit, sensor == nullptr ? 0 : 1) != 0) {
         FillStaticInfo(*sensor, info);
     }
-    answered(Query::StaticInfoByBit, deviceBit, sensor == nullptr ? 0 : 1);
 }
 
 const NSCam::SensorStaticInfo* SensorList::sensorStaticInfo(int deviceId) const {
@@ -104,15 +104,17 @@ const NSCam::SensorStaticInfo* SensorList::sensorStaticInfo(int deviceId) const 
         [deviceId](const SensorDescription& each) { return each.deviceId == tables::DeviceId{deviceId}; });
     const bool found =
         sensor != mPhone.sensors.end() && !mPhone.faults.staticInfo.contains(tables::DeviceId{deviceId});
-    answered(Query::StaticInfoById, deviceId, found ? 1 : 0);
-    return found ? &mStaticInfo[static_cast<std::size_t>(sensor - mPhone.sensors.begin())] : nullptr;
+    return answered(Query::StaticInfoById, deviceId, found ? 1 : 0) != 0
+               ? &mStaticInfo[static_cast<std::size_t>(sensor - mPhone.sensors.begin())]
+               : nullptr;
 }
 
 NSCam::IHalSensor* SensorList::createSensor(const char*, int sensorId) {
     const tables::SensorIndex index{sensorId};
     const bool found = FindSensor(mPhone, index) != nullptr && !mPhone.faults.sensorObjects.contains(index);
-    answered(Query::SensorObject, sensorId, found ? 1 : 0);
-    return found ? &mSensors[static_cast<std::size_t>(sensorId)] : nullptr;
+    return answered(Query::SensorObject, sensorId, found ? 1 : 0) != 0
+               ? &mSensors[static_cast<std::size_t>(sensorId)]
+               : nullptr;
 }
 
 }  // namespace virtualphone
@@ -122,7 +124,8 @@ NSCam::IHalSensorList* NSCam::IHalSensorList::get() {
     if (phone == nullptr) {
         return nullptr;
     }
-    const bool missing = phone->description.faults.sensorList;
+    const bool missing =
+        virtualphone::Fails(virtualphone::Call::Asked) || phone->description.faults.sensorList;
     phone->sink.take(
         record::Asked{.query = record::Query::SensorList, .answer = {missing ? 0 : 1}, .text = {}});
     return missing ? nullptr : &phone->sensorList;

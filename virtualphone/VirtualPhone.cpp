@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "virtualphone/internal/FileCalls.h"
 #include "virtualphone/internal/PhoneState.h"
 
 namespace virtualphone {
@@ -11,6 +12,9 @@ namespace virtualphone {
 namespace {
 
 std::atomic<PhoneState*> gCurrentPhone = nullptr;
+
+/// What a refused update answers.
+constexpr int kRefusedUpdate = -5;
 
 void RefuseSecond() {
     if (gCurrentPhone != nullptr) {
@@ -24,8 +28,20 @@ PhoneState* CurrentPhone() {
     return gCurrentPhone;
 }
 
-PhoneState::PhoneState(PhoneDescription phone, const DeviceFiles& laid, record::EventSink& events)
+bool Fails(Call call) {
+    PhoneState* const phone = gCurrentPhone;
+    if (phone == nullptr || phone->failing.empty()) {
+        return false;
+    }
+    const std::uint64_t number = phone->calls[call]++;
+    const auto failing = phone->failing.find(call);
+    return failing != phone->failing.end() && failing->second.contains(number);
+}
+
+PhoneState::PhoneState(PhoneDescription phone, const DeviceFiles& laid, record::EventSink& events,
+                       FailingCalls failingCalls)
     : description(std::move(phone)),
+      failing(std::move(failingCalls)),
       sink(events),
       properties(description.properties),
       files(laid),
@@ -38,7 +54,9 @@ PhoneState::PhoneState(PhoneDescription phone, const DeviceFiles& laid, record::
 
 int PhoneState::update(NSCam::IMetadata::Tag_t tag, const NSCam::IMetadata::IEntry& entry) {
     const auto fault = description.faults.metadataUpdate.find(tag);
-    const int result = fault == description.faults.metadataUpdate.end() ? 0 : fault->second;
+    const int result = Fails(Call::TagStored)                             ? kRefusedUpdate
+                       : fault == description.faults.metadataUpdate.end() ? 0
+                                                                          : fault->second;
     sink.take(
         record::TagStored{.tag = tag, .result = result, .count = static_cast<std::uint32_t>(entry.count())});
     return result;
@@ -48,19 +66,23 @@ VirtualPhone::VirtualPhone(PhoneDescription description, const std::filesystem::
                            record::EventSink& events) {
     RefuseSecond();
     mOwnFiles = std::make_unique<DeviceFiles>(root, description.files);
-    switchOn(std::move(description), *mOwnFiles, events);
+    switchOn(std::move(description), *mOwnFiles, events, {});
 }
 
-VirtualPhone::VirtualPhone(PhoneDescription description, const DeviceFiles& files,
-                           record::EventSink& events) {
+VirtualPhone::VirtualPhone(PhoneDescription description, const DeviceFiles& files, record::EventSink& events,
+                           FailingCalls failing) {
     RefuseSecond();
-    switchOn(std::move(description), files, events);
+    switchOn(std::move(description), files, events, std::move(failing));
 }
 
-void VirtualPhone::switchOn(PhoneDescription description, const DeviceFiles& files,
-                            record::EventSink& events) {
-    mState = std::make_unique<PhoneState>(std::move(description), files, events);
+void VirtualPhone::switchOn(PhoneDescription description, const DeviceFiles& files, record::EventSink& events,
+                            FailingCalls failing) {
+    const bool watches = !failing.empty();
+    mState = std::make_unique<PhoneState>(std::move(description), files, events, std::move(failing));
     gCurrentPhone = mState.get();
+    if (watches) {
+        WatchFileCalls(files.root(), mState->failing);
+    }
 }
 
 VirtualPhone::~VirtualPhone() {
@@ -80,6 +102,10 @@ std::optional<std::string> VirtualPhone::property(const std::string& name) const
 
 const NSCam::IMetadata& VirtualPhone::staticMetadata(std::uint32_t provider) const {
     return mState->providers.provider(provider).staticCharacteristics();
+}
+
+std::optional<record::FileCalls> VirtualPhone::fileCalls() const {
+    return CountedFileCalls();
 }
 
 const std::filesystem::path& VirtualPhone::root() const {

@@ -11,6 +11,7 @@
 #include "record/BootRecord.h"
 #include "record/Recorder.h"
 #include "virtualphone/Api.h"
+#include "virtualphone/CallFaults.h"
 #include "virtualphone/DeviceFiles.h"
 #include "virtualphone/PhoneDescription.h"
 
@@ -38,7 +39,12 @@ class VIRTUALPHONE_API VirtualPhone {
     /// @param events takes every use of the platform, in order; outlives the phone.
     VirtualPhone(PhoneDescription description, const std::filesystem::path& root, record::EventSink& events);
     /// The same with files that are laid already; they outlive the phone.
-    VirtualPhone(PhoneDescription description, const DeviceFiles& files, record::EventSink& events);
+    /// @param failing calls that fail. With calls of files among them, the first to fail and to be counted is
+    /// the next one that this process makes, and it can have no other phone after this one: how a process of
+    /// its own is used.
+    /// @throws std::system_error where calls of files cannot be made to fail.
+    VirtualPhone(PhoneDescription description, const DeviceFiles& files, record::EventSink& events,
+                 FailingCalls failing = {});
     /// Switches off. The files stay.
     ~VirtualPhone();
     VirtualPhone(const VirtualPhone&) = delete;
@@ -54,11 +60,15 @@ class VIRTUALPHONE_API VirtualPhone {
     /// What a provider holds now.
     const NSCam::IMetadata& staticMetadata(std::uint32_t provider) const;
 
+    /// Calls of files so far; none where the phone has no failing calls.
+    std::optional<record::FileCalls> fileCalls() const;
+
     /// The folder that stands for the phone's "/", as an absolute path.
     const std::filesystem::path& root() const;
 
   private:
-    void switchOn(PhoneDescription description, const DeviceFiles& files, record::EventSink& events);
+    void switchOn(PhoneDescription description, const DeviceFiles& files, record::EventSink& events,
+                  FailingCalls failing);
 
     std::unique_ptr<DeviceFiles> mOwnFiles;
     std::unique_ptr<PhoneState> mState;

@@ -26,7 +26,7 @@ concept OneOf = (std::is_same_v<std::remove_const_t<Part>, Any> || ...);
 /// What a record or a part of one consists of.
 template <
     OneOf<LogLine, PropertyAsked, PropertySet, EepromRead, AutofocusRead, PathOpened, Asked, ProviderAsked,
-          TagStored, Tag, ProviderMerge, HandOver, ChangedFile, PluginIdentity, Ended, BootRecord>
+          TagStored, Tag, ProviderMerge, HandOver, ChangedFile, PluginIdentity, Ended, FileCalls, BootRecord>
         Fielded>
 auto Fields(Fielded& part) {
     using Part = std::remove_const_t<Fielded>;
@@ -60,9 +60,11 @@ auto Fields(Fielded& part) {
         return std::tie(part.path, part.buildId);
     } else if constexpr (std::is_same_v<Part, Ended>) {
         return std::tie(part.how, part.what, part.signal, part.exitStatus, part.seconds, part.step);
+    } else if constexpr (std::is_same_v<Part, FileCalls>) {
+        return std::tie(part.opened, part.read, part.written);
     } else {
         return std::tie(part.phone, part.plugin, part.events, part.files, part.rewritten, part.foreignFiles,
-                        part.troubles, part.ended, part.description, part.ordered);
+                        part.troubles, part.ended, part.description, part.fileCalls, part.ordered);
     }
 }
 

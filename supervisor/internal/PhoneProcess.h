@@ -6,6 +6,7 @@
 
 #include "record/BootRecord.h"
 #include "supervisor/Plugin.h"
+#include "virtualphone/CallFaults.h"
 #include "virtualphone/DeviceFiles.h"
 #include "virtualphone/PhoneDescription.h"
 
@@ -16,9 +17,9 @@ class SharedLog;
 /// All that the process does which is a phone: it switches the phone on, loads the plug-in unless it is
 /// loaded already, runs it, unloads it and leaves. What happens goes to `log`. Nothing leaves it but the end
 /// of the process: what stands behind the fork is the program's.
-[[noreturn]] void BePhone(virtualphone::PhoneDescription description, const virtualphone::DeviceFiles& files,
-                          const std::filesystem::path& library, std::optional<Plugin>& plugin,
-                          SharedLog& log) noexcept;
+[[noreturn]] void BePhone(virtualphone::PhoneDescription description, virtualphone::FailingCalls failing,
+                          const virtualphone::DeviceFiles& files, const std::filesystem::path& library,
+                          std::optional<Plugin>& plugin, SharedLog& log) noexcept;
 
 /// What such a process has left in its log, and how it ended; nothing of the phone's name and files.
 /// @param status its wait status.

@@ -10,6 +10,7 @@
 
 #include "supervisor/internal/Process.h"
 #include "supervisor/internal/SharedLog.h"
+#include "virtualphone/CallFaults.h"
 #include "virtualphone/DeviceFiles.h"
 #include "virtualphone/PhoneDescription.h"
 
@@ -33,7 +34,8 @@ class PluginServer {
 
     /// Starts a phone whose files are laid. It is a child of this process, not of the server.
     /// @return none where the server is gone or the phone is too large for it.
-    std::optional<Child> boot(const virtualphone::PhoneDescription& phone);
+    std::optional<Child> boot(const virtualphone::PhoneDescription& phone,
+                              const virtualphone::FailingCalls& failing);
 
   private:
     std::unique_ptr<SharedLog> mPhones;  ///< holds the phone to boot

@@ -75,11 +75,13 @@ TEST(DescriptionBytes, AreReadAsTheyWereWritten) {
     for (const char* name : {"/halcyrion.json", "/fieldtrouble.json"}) {
         virtualphone::PhoneDescription phone = virtualphone::ReadPhoneFile(std::string(PHONES) + name);
         std::vector<std::uint8_t> bytes;
-        supervisor::AppendDescription(bytes, phone);
+        const virtualphone::FailingCalls failing = {{virtualphone::Call::Asked, {1, 3}},
+                                                    {virtualphone::Call::FileRead, {0}}};
+        supervisor::AppendPhone(bytes, phone, failing);
         phone.files.clear();
-        EXPECT_TRUE(supervisor::ReadDescription(bytes) == phone);
+        EXPECT_TRUE(supervisor::ReadPhone(bytes) == std::pair(phone, failing));
         for (std::size_t size = 0; size < bytes.size(); size += 97) {
-            EXPECT_FALSE(supervisor::ReadDescription(std::span(bytes).first(size))) << size;
+            EXPECT_FALSE(supervisor::ReadPhone(std::span(bytes).first(size))) << size;
         }
     }
 }

@@ -24,7 +24,7 @@ class LogicalDeviceList final : public NSCam::ILogicalDeviceList {
   private:
     const LogicalDeviceDescription& device(int instanceId) const;
     template <typename Answer>
-    Answer answered(record::Query query, std::int64_t about, Answer answer) const;
+    Answer answered(record::Query query, std::int64_t about, Answer answer, Answer failure = {}) const;
 
     const PhoneDescription& mPhone;
     record::EventSink& mSink;

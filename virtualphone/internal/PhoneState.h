@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 
 #include "record/Recorder.h"
+#include "virtualphone/CallFaults.h"
 #include "virtualphone/DeviceFiles.h"
 #include "virtualphone/PhoneDescription.h"
 #include "virtualphone/internal/CamCal.h"
@@ -18,11 +20,14 @@ namespace virtualphone {
 
 /// All of a phone that is switched on. Its parts borrow the description and the sink.
 struct PhoneState final : MetadataWatch {
-    PhoneState(PhoneDescription phone, const DeviceFiles& laid, record::EventSink& events);
+    PhoneState(PhoneDescription phone, const DeviceFiles& laid, record::EventSink& events,
+               FailingCalls failingCalls);
 
     int update(NSCam::IMetadata::Tag_t tag, const NSCam::IMetadata::IEntry& entry) override;
 
     PhoneDescription description;
+    FailingCalls failing;
+    std::map<Call, std::uint64_t> calls;  ///< made so far, where there are failing ones
     record::EventSink& sink;
     std::map<std::string, std::string> properties;
     const DeviceFiles& files;
@@ -37,5 +42,9 @@ struct PhoneState final : MetadataWatch {
 
 /// The phone of this process; null while there is none.
 PhoneState* CurrentPhone();
+
+/// Counts a call of the plug-in.
+/// @return whether it is one that fails.
+bool Fails(Call call);
 
 }  // namespace virtualphone

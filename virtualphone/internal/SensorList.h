@@ -40,7 +40,7 @@ class SensorList final : public NSCam::IHalSensorList {
 
   private:
     template <typename Answer>
-    Answer answered(record::Query query, std::int64_t about, Answer answer) const;
+    Answer answered(record::Query query, std::int64_t about, Answer answer, Answer failure = {}) const;
 
     const PhoneDescription& mPhone;
     record::EventSink& mSink;
