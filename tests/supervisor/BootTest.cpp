@@ -179,6 +179,28 @@ TEST_F(Boot, AFileWrittenAgainCountsThoughItIsTheSame) {
     fs::remove_all(mFolder.path() / "kept");
 }
 
+/// The one call fails, and no other; that of a file whatever library makes it.
+TEST_F(Boot, CallsFailByKindAndNumber) {
+    using virtualphone::Call;
+    const auto boot = [](const char* deed, const virtualphone::FailingCalls& failing) {
+        BootOptions options = kOptions;
+        options.timeout = std::chrono::seconds(20);
+        options.failing = failing;
+        return supervisor::Boot(Phone(deed), options);
+    };
+    const record::BootRecord none = boot("make a file", {{Call::FileRead, {}}});
+    EXPECT_EQ(none.fileCalls, (record::FileCalls{.opened = 1, .read = 0, .written = 1}));
+    EXPECT_EQ(none.files.at(0).bytes.size(), 4U);
+    EXPECT_THAT(boot("make a file", {{Call::FileOpened, {0}}}).files, IsEmpty());
+    EXPECT_EQ(boot("make a file", {{Call::FileWritten, {0}}}).files.at(0).bytes.size(), 0U);
+    EXPECT_EQ(boot("make a file", {{Call::FileWritten, {1}}}).files.at(0).bytes.size(), 4U);
+    const record::BootRecord unasked = boot("throw", {{Call::PropertyAsked, {0}}});
+    EXPECT_TRUE(unasked.ended->returned());
+    EXPECT_EQ(record::EventsOf<record::PropertyAsked>(unasked).at(0)->value, std::nullopt);
+    EXPECT_EQ(boot("crash", {{Call::FileRead, {}}}).ended->signal, SIGSEGV);
+    EXPECT_EQ(boot("", {}).fileCalls, std::nullopt);
+}
+
 TEST_F(Boot, ALinkToThisMachinesRootIsRefused) {
     fs::create_directory_symlink("/", mFolder.path() / "link");
     BootOptions options = kOptions;
