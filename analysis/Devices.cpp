@@ -43,13 +43,10 @@ bool IsConditional(const tables::PublishedTag& row) {
     return devices.starts_with("those") || devices.find("whose") != std::string_view::npos;
 }
 
-std::vector<MissingTags> MissingOf(const Boot& boot, const Course& course, std::size_t update,
-                                   const Device& device) {
+/// @param steps those of the device's update.
+std::vector<MissingTags> MissingOf(const Boot& boot, std::span<const Step> steps, const Device& device) {
     std::vector<MissingTags> missing;
-    for (const Step& step : course.steps) {
-        if (step.device != update) {
-            continue;
-        }
+    for (const Step& step : steps) {
         const record::LogLine* const error = LastErrorOf(boot.record, step);
         if (error == nullptr) {
             continue;
@@ -85,7 +82,12 @@ const virtualphone::LogicalDeviceDescription* DescriptionOf(const Boot& boot, in
 
 std::vector<Device> DevicesOf(const Boot& boot, const Course& course) {
     std::vector<Device> devices;
+    // The steps of one device stand together, and those of the devices in their order.
+    auto step = course.steps.begin();
     for (std::size_t i = 0; i < course.devices.size(); ++i) {
+        const auto first = std::find_if(step, course.steps.end(),
+                                        [i](const Step& each) { return each.device && *each.device >= i; });
+        step = std::find_if(first, course.steps.end(), [i](const Step& each) { return each.device != i; });
         const DeviceUpdate& update = course.devices[i];
         Device& device = devices.emplace_back();
         device.provider = update.provider;
@@ -107,7 +109,7 @@ std::vector<Device> DevicesOf(const Boot& boot, const Course& course) {
             const std::span<const std::int32_t> items = role->values.as<std::int32_t>();
             device.role = items.empty() ? std::nullopt : std::optional<int>(items[0]);
         }
-        device.missing = MissingOf(boot, course, i, device);
+        device.missing = MissingOf(boot, {first, step}, device);
     }
     return devices;
 }

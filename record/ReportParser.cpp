@@ -45,6 +45,10 @@ class Builder : public nlohmann::json_sax<Json> {
             throw ReportError("/: expected at most " + std::to_string(kDeepestNesting) +
                               " lists and objects in each other, got more");
         }
+        if (mTooLong) {
+            throw ReportError("/: expected at most " + std::to_string(kMostReportElements) +
+                              " elements in a list, got more");
+        }
         if (mValues > kMostReportValues) {
             throw ReportError("/: expected at most " + std::to_string(kMostReportValues) +
                               " values, a member counted as three, got more");
@@ -66,14 +70,24 @@ class Builder : public nlohmann::json_sax<Json> {
         }
         return mOpen.back()->emplace_back(std::move(value));
     }
+    bool admits() {
+        mTooLong = !mOpen.empty() && mOpen.back()->is_array() && mOpen.back()->size() == kMostReportElements;
+        return !mTooLong && ++mValues <= kMostReportValues;
+    }
     bool add(Json value) {
+        if (!admits()) {
+            return false;
+        }
         place(std::move(value));
-        return ++mValues <= kMostReportValues;
+        return true;
     }
     bool open(Json value) {
         mTooDeep = mOpen.size() == kDeepestNesting;
+        if (mTooDeep || !admits()) {
+            return false;
+        }
         mOpen.push_back(&place(std::move(value)));
-        return !mTooDeep && ++mValues <= kMostReportValues;
+        return true;
     }
     bool close() {
         mOpen.pop_back();
@@ -87,6 +101,7 @@ class Builder : public nlohmann::json_sax<Json> {
     std::string mError;
     std::size_t mPosition = 0;
     bool mTooDeep = false;
+    bool mTooLong = false;
 };
 
 }  // namespace

@@ -44,5 +44,7 @@ inline constexpr int kDeepestNesting = 64;
 /// Most values of a report, where a member of an object counts as three: it takes the memory of three. A true
 /// report of 64 MiB, the largest file that is read, has some 9 million.
 inline constexpr std::size_t kMostReportValues = 10'000'000;
+/// Most of them in one list, where their number would make a list grow to twice its size.
+inline constexpr std::size_t kMostReportElements = std::size_t{1} << 20;
 
 }  // namespace record

@@ -155,6 +155,26 @@ TEST(Report, WhatIsNoReportIsSaidWithItsPlace) {
 }
 
 /// Cut anywhere and with any byte changed a report is read or refused, and what is read is written the same.
+TEST(Report, TooMuchOfAnythingIsRefused) {
+    const auto lists = [](std::size_t count, std::size_t elements) {
+        std::string list = "[0";
+        for (std::size_t i = 1; i < elements; ++i) {
+            list += ",0";
+        }
+        std::string text = R"({"log": [0)";
+        for (std::size_t i = 0; i < count; ++i) {
+            text += "," + list + "]";
+        }
+        return text + "]}";
+    };
+    EXPECT_EQ(ErrorOf(lists(1, 1048576)), R"(/: expected a member "phone", got none)");
+    EXPECT_EQ(ErrorOf(lists(1, 1048577)), "/: expected at most 1048576 elements in a list, got more");
+    EXPECT_EQ(ErrorOf(lists(10, 1000000)),
+              "/: expected at most 10000000 values, a member counted as three, got more");
+    EXPECT_EQ(ErrorOf("{\"log\": " + std::string(100, '[')),
+              "/: expected at most 64 lists and objects in each other, got more");
+}
+
 TEST(Report, DamagedOnesDoNoHarm) {
     const std::string good = Written(Boot());
     std::size_t refused = 0;
