@@ -13,8 +13,9 @@
 #include "virtualphone/InputFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Files.h"
+#include "zvcam/commands/ForEachFile.h"
 #include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
 #include "zvcam/views/CalibrationView.h"
 
 namespace zvcam {

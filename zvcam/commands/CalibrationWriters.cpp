@@ -12,8 +12,8 @@
 #include "virtualphone/InputFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Files.h"
 #include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
 #include "zvcam/views/CalibrationView.h"
 
 namespace zvcam {

@@ -8,6 +8,7 @@
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
 #include "zvcam/views/DiagnosisView.h"
 #include "zvcam/views/DiffView.h"
 

@@ -7,6 +7,7 @@
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/Output.h"
+#include "zvcam/views/Text.h"
 
 namespace zvcam {
 

@@ -6,9 +6,9 @@
 
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Files.h"
 #include "zvcam/commands/InfluenceRun.h"
 #include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
 #include "zvcam/views/InfluencePage.h"
 #include "zvcam/views/InfluenceView.h"
 

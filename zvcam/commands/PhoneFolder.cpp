@@ -14,7 +14,6 @@
 #include "supervisor/EndOnSignal.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
-#include "zvcam/commands/Files.h"
 #include "zvcam/commands/Output.h"
 
 namespace zvcam {

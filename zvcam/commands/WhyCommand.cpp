@@ -9,6 +9,7 @@
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
 #include "zvcam/views/WhyView.h"
 
 namespace zvcam {
