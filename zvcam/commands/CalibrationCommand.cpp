@@ -14,8 +14,8 @@
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/ForEachFile.h"
-#include "zvcam/commands/Output.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/CalibrationView.h"
 
 namespace zvcam {

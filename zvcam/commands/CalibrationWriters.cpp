@@ -12,8 +12,8 @@
 #include "virtualphone/InputFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Output.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/CalibrationView.h"
 
 namespace zvcam {

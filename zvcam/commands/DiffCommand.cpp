@@ -7,8 +7,8 @@
 #include "analysis/Diff.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Output.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/DiagnosisView.h"
 #include "zvcam/views/DiffView.h"
 

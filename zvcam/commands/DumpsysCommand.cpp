@@ -14,8 +14,8 @@
 #include "tables/PublishedTags.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Output.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/MetadataView.h"
 #include "zvcam/views/Text.h"
 

@@ -7,8 +7,8 @@
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/InfluenceRun.h"
-#include "zvcam/commands/Output.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/InfluencePage.h"
 #include "zvcam/views/InfluenceView.h"
 

@@ -1,4 +1,4 @@
-#include "zvcam/commands/PhoneFolder.h"
+#include "zvcam/files/PhoneFolder.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -14,7 +14,7 @@
 #include "supervisor/EndOnSignal.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/files/Output.h"
 
 namespace zvcam {
 

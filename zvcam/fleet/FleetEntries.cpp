@@ -1,4 +1,4 @@
-#include "zvcam/commands/FleetEntries.h"
+#include "zvcam/fleet/FleetEntries.h"
 
 #include <algorithm>
 #include <array>

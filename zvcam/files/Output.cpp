@@ -1,4 +1,4 @@
-#include "zvcam/commands/Output.h"
+#include "zvcam/files/Output.h"
 
 #include <algorithm>
 #include <cstdlib>
