@@ -182,9 +182,10 @@ TEST_F(Zvcam, InfluenceWritesAPage) {
     EXPECT_THAT(ReadText(file("page")), testing::HasSubstr("<title>0x0001: "));
     EXPECT_EQ(zvcam("influence '" PHONES "/fieldtrouble.json' --json page --html ./page").error,
               "zvcam: cannot write ./page: another output goes there\n");
-    EXPECT_EQ(zvcam("influence '" PHONES "/fieldtrouble.json' --module front_main").error,
-              "zvcam: no module \"front_main\" has a memory that can be read; there are back main and back "
-              "ultra\n");
+    EXPECT_EQ(
+        zvcam("influence '" PHONES "/fieldtrouble.json' --module front_main").error,
+        "zvcam: --module: no module \"front_main\" has a memory that can be read; those that have one are "
+        "back_main and back_ultra\n");
 }
 
 }  // namespace

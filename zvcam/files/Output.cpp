@@ -127,6 +127,9 @@ void CheckIsNoInput(const std::string& path, const std::vector<fs::path>& inputs
 
 void CheckIsNew(const fs::path& path, bool force) {
     std::error_code error;
+    if (path != "-" && fs::is_directory(path, error)) {
+        throw std::runtime_error("cannot write " + path.string() + ": expected a file, got a folder");
+    }
     // A pipe or a device stays one.
     if (!force && path != "-" && fs::exists(fs::symlink_status(path, error)) &&
         !fs::is_other(fs::status(path, error))) {

@@ -61,8 +61,8 @@ std::filesystem::perms NewFilePermissions();
 /// @throws std::runtime_error when `path` leads to one of them, or one of them lies there.
 void CheckIsNoInput(const std::string& path, const std::vector<std::filesystem::path>& inputs);
 
-/// Refuses to replace a file.
-/// @throws std::runtime_error when something exists at `path`, unless `force`.
+/// Refuses to replace a folder, and without `force` a file.
+/// @throws std::runtime_error when something exists at `path`.
 void CheckIsNew(const std::filesystem::path& path, bool force);
 
 /// Refuses outputs that nobody can mean: an input, the same file twice, or, without `force`, a file that
