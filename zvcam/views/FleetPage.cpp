@@ -56,7 +56,7 @@ Markup Lead(const FleetSummary& summary) {
 Markup Endings(const FleetSummary& summary) {
     HtmlTable table("How the boots ended",
                     {{"ended"}, {"phones", Kind::Number}, {"reason"}, {"examples", Kind::Values}});
-    table.searchable("ending");
+    table.searchable("ending").stacked();
     for (const FleetSummary::Ending& ending : summary.endings) {
         table.row({ending.ended, std::to_string(ending.group.phones), ending.reason, Examples(ending.group)});
     }
@@ -70,7 +70,7 @@ Markup Findings(const FleetSummary& summary) {
                                                              {"phones", Kind::Number},
                                                              {"by maker and layout", Kind::Values},
                                                              {"examples", Kind::Values}});
-    table.searchable("finding");
+    table.searchable("finding").stacked();
     for (const FleetSummary::FindingGroup& finding : summary.findings) {
         Markup modules;
         for (const auto& module : finding.modules) {
@@ -98,7 +98,7 @@ Markup Modules(const FleetSummary& summary) {
         columns.push_back({range + " bad", Kind::Number});
     }
     HtmlTable table("Modules by maker and layout", std::move(columns));
-    table.searchable("module");
+    table.searchable("module").stacked();
     for (const FleetSummary::ModuleKind& kind : summary.modules) {
         std::vector<Markup> cells = {kind.name,
                                      kind.chip.empty() ? Markup("not fitted") : Markup(kind.chip),
@@ -133,7 +133,7 @@ Markup FuseIds(const FleetSummary& summary) {
     HtmlTable table(
         "Fuse ids that occur more than once",
         {{"module"}, {"fuse id", Kind::Code}, {"modules", Kind::Number}, {"examples", Kind::Values}});
-    table.searchable("fuse id");
+    table.searchable("fuse id").stacked();
     for (const FleetSummary::RepeatedFuseId& repeated : summary.repeatedFuseIds) {
         table.row({repeated.module, repeated.fuseId, std::to_string(repeated.group.phones),
                    Examples(repeated.group)});
@@ -144,7 +144,7 @@ Markup FuseIds(const FleetSummary& summary) {
 Markup ErrorLines(const FleetSummary& summary) {
     HtmlTable table("Error lines, but for those that every phone has",
                     {{"operation", Kind::Code}, {"text"}, {"phones", Kind::Number}, {"lines", Kind::Number}});
-    table.searchable("error line");
+    table.searchable("error line").stacked();
     for (const FleetSummary::ErrorLine& line : summary.errorLines) {
         table.row(
             {OrDash(line.operation), line.text, std::to_string(line.phones), std::to_string(line.lines)});
