@@ -98,10 +98,11 @@ int Run(const DumpsysOptions& options) {
     bool found = only.empty();
     PrintOut([&](std::ostream& out) {
         for (std::size_t i = 0; i < devices.size(); ++i) {
-            if (chosen == devices.size() || chosen == i) {
+            const bool holds = devices[i].metadata != nullptr && HoldsAny(*devices[i].metadata, only);
+            if ((chosen == devices.size() || chosen == i) && (only.empty() || holds)) {
                 PrintDevice(out, devices[i], only);
-                found = found || (devices[i].metadata != nullptr && HoldsAny(*devices[i].metadata, only));
             }
+            found = found || holds;
         }
     });
     if (!found) {
