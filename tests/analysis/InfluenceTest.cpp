@@ -85,6 +85,16 @@ TEST(StretchSearch, FindsEachByteThatDoesSomething) {
     EXPECT_EQ(Search("a", 16).bytes, "a");
 }
 
+TEST(StretchSearch, CostsLittleForALongRangeWhateverTheStep) {
+    std::string bytes(16384, '.');
+    bytes.replace(1929, 1873, std::string(1873, 's'));
+    for (const std::size_t step : {32U, 64U, 128U, 256U, 512U}) {
+        const Found found = Search(bytes, step);
+        EXPECT_EQ(found.bytes, bytes) << step;
+        EXPECT_LT(found.tries, 250U) << step;
+    }
+}
+
 TEST(StretchSearch, SaysWhatIsOpenWhenItIsStopped) {
     analysis::StretchSearch search(2048, 1024);
     EXPECT_THAT(search.next(), ElementsAre(Stretch{0, 1024}, Stretch{1024, 1024}));
