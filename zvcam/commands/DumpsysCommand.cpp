@@ -98,11 +98,12 @@ int Run(const DumpsysOptions& options) {
     bool found = only.empty();
     PrintOut([&](std::ostream& out) {
         for (std::size_t i = 0; i < devices.size(); ++i) {
-            const bool holds = devices[i].metadata != nullptr && HoldsAny(*devices[i].metadata, only);
-            if ((chosen == devices.size() || chosen == i) && (only.empty() || holds)) {
+            const bool isAsked = chosen == devices.size() || chosen == i;
+            if (isAsked &&
+                (only.empty() || (devices[i].metadata != nullptr && HoldsAny(*devices[i].metadata, only)))) {
                 PrintDevice(out, devices[i], only);
+                found = true;
             }
-            found = found || holds;
         }
     });
     if (!found) {

@@ -22,9 +22,8 @@ Markup OrNothing(std::int64_t number) {
 
 Markup More(std::int64_t count, std::string_view view) {
     return count == 0 ? Markup()
-                      : Element("p", {},
-                                "And " + std::to_string(count) +
-                                    " more: " + Element("code", {}, "--csv " + std::string(view)));
+                      : Paragraph("And " + std::to_string(count) +
+                                  " more: " + Element("code", {}, "--csv " + std::string(view)));
 }
 
 Markup Examples(const PhoneGroup& group) {
@@ -35,21 +34,24 @@ Markup Examples(const PhoneGroup& group) {
     return markup;
 }
 
+/// "7 with errors", judged where there are any.
+Markup CountOf(std::int64_t count, const std::string& words, Verdict verdict) {
+    const std::string text = std::to_string(count) + " " + words;
+    return count == 0 ? Markup(text) : Judged(verdict, text);
+}
+
 Markup Lead(const FleetSummary& summary) {
     Markup sources;
     for (const FleetSummary::Source& source : summary.sources) {
-        sources += Element("p", {},
-                           "Of " + Element("code", {}, source.path) +
-                               (source.shard.empty() ? "" : ", shard " + source.shard));
+        sources += Paragraph("Of " + Element("code", {}, source.path) +
+                             (source.shard.empty() ? "" : ", shard " + source.shard));
     }
-    return Element("p", {}, Counted(static_cast<std::size_t>(summary.phones), "phone") + ".") +
-           Element(
-               "p", {},
-               Judged(Verdict::Bad, std::to_string(summary.withErrors) + " with errors") + ", " +
-                   Judged(Verdict::Doubtful, std::to_string(summary.withWarnings) + " more with warnings") +
-                   ", " + Judged(Verdict::Good, std::to_string(summary.withNeither) + " with neither") +
-                   ", " + Judged(Verdict::Bad, std::to_string(summary.notReturned) + " did not return") +
-                   ", " + std::to_string(summary.notBooted) + " not booted.") +
+    return Paragraph(Counted(static_cast<std::size_t>(summary.phones), "phone") + ".") +
+           Paragraph(CountOf(summary.withErrors, "with errors", Verdict::Bad) + ", " +
+                     CountOf(summary.withWarnings, "more with warnings", Verdict::Doubtful) + ", " +
+                     CountOf(summary.withNeither, "with neither", Verdict::Good) + ", " +
+                     CountOf(summary.notReturned, "did not return", Verdict::Bad) + ", " +
+                     std::to_string(summary.notBooted) + " not booted.") +
            sources;
 }
 
@@ -89,7 +91,7 @@ Markup Modules(const FleetSummary& summary) {
     std::vector<HtmlTable::Column> columns = {{"module"},
                                               {"chip"},
                                               {"maker"},
-                                              {"layout"},
+                                              {"layout", Kind::Values},
                                               {"modules", Kind::Number},
                                               {"unreadable", Kind::Number},
                                               {"erased", Kind::Number},
@@ -128,7 +130,7 @@ Markup Calibration(const FleetSummary& summary) {
 
 Markup FuseIds(const FleetSummary& summary) {
     if (summary.repeatedFuseIds.empty()) {
-        return Element("p", {}, Judged(Verdict::Good, "None occurs more than once."));
+        return Paragraph(Judged(Verdict::Good, "None occurs more than once."));
     }
     HtmlTable table(
         "Fuse ids that occur more than once",
