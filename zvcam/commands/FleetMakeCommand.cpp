@@ -8,9 +8,9 @@
 
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/FleetCommands.h"
-#include "zvcam/commands/Output.h"
-#include "zvcam/commands/PhoneFolder.h"
 #include "zvcam/commands/Progress.h"
+#include "zvcam/files/Output.h"
+#include "zvcam/files/PhoneFolder.h"
 #include "zvcam/fleet/MadeFolder.h"
 #include "zvcam/fleet/Maker.h"
 #include "zvcam/views/Text.h"
