@@ -37,7 +37,8 @@ TEST(Booter, EveryBootIsAsIfItWereTheOnlyOne) {
         const BootOptions options{.library = library, .timeout = std::chrono::milliseconds(1000)};
         supervisor::Booter booter(options);
         std::vector<virtualphone::PhoneDescription> phones;
-        for (const char* deed : {"crash", "", "throw", "fill a file", "exit", "litter", "hang", "fork"}) {
+        for (const char* deed :
+             {"crash", "", "throw", "fill a file", "exit", "litter", "hang", "fork", "scribble"}) {
             phones.push_back(Phone(deed));
         }
         for (const char* name : {"/halcyrion.json", "/fieldtrouble.json", "/halcyrion.json"}) {
@@ -63,6 +64,16 @@ TEST(Booter, ALibraryThatDoesSomethingWhenItIsLoadedIsLoadedByEachPhone) {
         }
     }
     unsetenv("TEST_DEED_WHEN_LOADED");
+}
+
+/// Without the process that has the plug-in loaded there are boots all the same.
+TEST(Booter, ABootMayStopOrKillTheProcessThatStartsTheOthers) {
+    for (const char* deed : {"stop siblings", "kill siblings"}) {
+        supervisor::Booter booter({.library = MISBEHAVING, .timeout = std::chrono::milliseconds(1000)});
+        for (const char* each : {deed, "", ""}) {
+            EXPECT_TRUE(booter.boot(Phone(each)).ended->returned()) << deed;
+        }
+    }
 }
 
 TEST(Booter, ALibraryThatIsNoPluginIsRefused) {
