@@ -106,6 +106,12 @@ TEST_F(Boot, AFullRecordAndAFileThatCannotBeReadCostALine) {
         ElementsAre("/data/vendor/camera/large: changed, and cannot be read: more than 67108864 bytes"));
 }
 
+TEST_F(Boot, ARecordThatThePluginOverwritesCostsALine) {
+    const record::BootRecord boot = BootTo("scribble");
+    EXPECT_EQ(record::EndText(*boot.ended), "exited with status 0");
+    EXPECT_THAT(boot.troubles, ElementsAre("the record is damaged: the plug-in has written into it"));
+}
+
 TEST_F(Boot, ALibraryThatIsNoPluginIsRefused) {
     EXPECT_THROW(supervisor::Boot(Phone(""), {.library = NO_PLUGIN}), supervisor::PluginError);
     EXPECT_THROW(supervisor::Boot(Phone(""), {.library = "none.so"}), supervisor::PluginError);
@@ -211,7 +217,7 @@ TEST_F(Boot, ALinkToThisMachinesRootIsRefused) {
 
 /// Ends as its child does, with nothing left: neither folder nor process.
 TEST_F(Boot, AnEndingSignalEndsTheBootFirst) {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGUSR1, SIGXCPU}) {
         const pid_t program = fork();
         if (program == 0) {
             std::signal(signal, SIG_DFL);
