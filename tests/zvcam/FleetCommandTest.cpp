@@ -191,8 +191,8 @@ TEST_F(FleetCommand, InterruptedMakeLeavesNothing) {
         std::filesystem::create_directory(file("empty"));
         const std::string wait =
             " & while ! test -s " + std::string(folder) + "/phones/000/000100.json; do :; done";
-        EXPECT_EQ(WEXITSTATUS(std::system((make + folder + wait + "; kill -INT $!; wait $!; }").c_str())),
-                  128 + SIGINT);
+        EXPECT_EQ(WEXITSTATUS(std::system((make + folder + wait + "; kill -TERM $!; wait $!; }").c_str())),
+                  128 + SIGTERM);
         EXPECT_FALSE(std::filesystem::exists(file("new")));
         EXPECT_TRUE(std::filesystem::is_empty(file("empty")));
     }

@@ -76,8 +76,16 @@ bool Database::attempt(const std::string& sql) {
 }
 
 void Database::fail() const {
-    throw DatabaseError(mName + ": " +
-                        (mDatabase ? sqlite3_errmsg(mDatabase.get()) : "there is not enough memory"));
+    if (!mDatabase) {
+        throw DatabaseError(mName + ": there is not enough memory");
+    }
+    std::error_code error;
+    const std::string log = mName + "-wal";
+    const bool needsFolder =
+        sqlite3_errcode(mDatabase.get()) == SQLITE_CANTOPEN && std::filesystem::exists(log, error);
+    throw DatabaseError(
+        mName + ": " + sqlite3_errmsg(mDatabase.get()) +
+        (needsFolder ? "; what " + log + " holds is read in a folder that can be written" : ""));
 }
 
 void Statement::Finalize::operator()(sqlite3_stmt* statement) const {
