@@ -42,9 +42,11 @@ class Witness final : public record::EventSink {
     std::atomic<bool> mSaw = false;
 };
 
-bool HasThreads() {
+/// Whether there are threads beside this one, or nobody knows.
+bool MayHaveThreads() {
     std::error_code error;
-    return std::distance(std::filesystem::directory_iterator("/proc/self/task", error), {}) > 1;
+    const std::filesystem::directory_iterator threads("/proc/self/task", error);
+    return error || std::distance(threads, {}) > 1;
 }
 
 /// Longest message of the loader that is passed on, in bytes.
@@ -77,7 +79,7 @@ std::optional<Plugin> Load(int bell, const std::filesystem::path& library,
         answer[0] = static_cast<char>(Loaded::NoPlugin);
         answer += error.what();
     }
-    if (plugin && (witness.saw() || HasThreads())) {
+    if (plugin && (witness.saw() || MayHaveThreads())) {
         answer[0] = static_cast<char>(Loaded::WithTraces);
     }
     Say(bell, std::string_view(answer).substr(0, kLongestAnswer));

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sqlite3.h>
 #include <system_error>
+#include <utility>
 
 namespace zvcam {
 
@@ -50,14 +51,15 @@ void Database::Close::operator()(sqlite3* database) const {
     sqlite3_close(database);
 }
 
-Database::Database(const std::filesystem::path& path, Access access) : mName(path.string()) {
+Database::Database(const std::filesystem::path& path, Access access, std::string name)
+    : mName(name.empty() ? path.string() : std::move(name)) {
     sqlite3* database = nullptr;
     // An absolute path is no URI, and a name such as ":memory:" is a file's, too.
     const bool reads = access == Access::Read;
-    const std::string name = reads ? ReadOnlyUri(path) : std::filesystem::absolute(path).string();
+    const std::string opened = reads ? ReadOnlyUri(path) : std::filesystem::absolute(path).string();
     const int flags =
         SQLITE_OPEN_URI | (reads ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    const int result = sqlite3_open_v2(name.c_str(), &database, flags, nullptr);
+    const int result = sqlite3_open_v2(opened.c_str(), &database, flags, nullptr);
     mDatabase.reset(database);
     if (result != SQLITE_OK) {
         fail();

@@ -29,8 +29,9 @@ class Database {
         Write,  ///< makes it where it does not exist
     };
 
+    /// @param name for messages; empty: the path.
     /// @throws DatabaseError
-    Database(const std::filesystem::path& path, Access access);
+    Database(const std::filesystem::path& path, Access access, std::string name = "");
 
     /// Runs statements that return no rows.
     /// @throws DatabaseError

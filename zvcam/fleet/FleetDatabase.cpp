@@ -329,12 +329,13 @@ Database OpenFleet(const fs::path& path) {
     return database;
 }
 
-std::int64_t MergeFleets(const fs::path& path, const std::vector<std::string>& inputs) {
+std::int64_t MergeFleets(const fs::path& path, const std::string& name,
+                         const std::vector<std::string>& inputs) {
     for (const std::string& input : inputs) {
         Database opened = OpenFleet(input);
         CheckIsComplete(opened);
     }
-    Database database(path, Database::Access::Write);
+    Database database(path, Database::Access::Write, name);
     // Whoever reads it does so when it is complete.
     database.run("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
     CreateTables(database);

@@ -64,9 +64,11 @@ Database OpenFleet(const std::filesystem::path& path);
 
 /// Joins databases.
 /// @param path a new or empty file.
+/// @param name what messages call it.
 /// @return phones in it.
 /// @throws std::runtime_error when two inputs have a phone of the same path; DatabaseError
-std::int64_t MergeFleets(const std::filesystem::path& path, const std::vector<std::string>& inputs);
+std::int64_t MergeFleets(const std::filesystem::path& path, const std::string& name,
+                         const std::vector<std::string>& inputs);
 
 /// The names of the tables and views that `--csv` prints.
 std::vector<std::string> FleetTableNames();
