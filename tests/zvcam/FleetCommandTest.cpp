@@ -282,6 +282,9 @@ TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
     write("wrong.json", R"({"sensors": 7})");
     std::filesystem::create_directories(file("pulled/unit7"));
     write("pulled/unit7/getprop.txt", "[ro.serialno]: [7]\n");
+    std::filesystem::create_directories(file("pulled/unit8/vendor/etc/camera"));
+    write("pulled/unit8/vendor/etc/camera/large", "");
+    std::filesystem::resize_file(file("pulled/unit8/vendor/etc/camera/large"), std::uintmax_t{1} << 40);
     std::filesystem::create_directory(file("other"));
     ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
     write("list",

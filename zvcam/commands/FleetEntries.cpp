@@ -152,9 +152,11 @@ void KeepShard(const Shard& shard, FleetEntries& entries) {
 }
 
 virtualphone::PhoneDescription ReadFleetPhone(const fs::path& path, const LikePhone& like) {
+    // The path stands beside the messages, and would only keep equal ones apart.
     std::error_code error;
     if (fs::is_directory(path, error)) {
-        analysis::DevicePull pull = analysis::PhoneFromDevice(ReadPulledFolder(path), like.phone, like.name);
+        analysis::DevicePull pull =
+            analysis::PhoneFromDevice(ReadPulledFolder(path, "pulled folder"), like.phone, like.name);
         if (!pull.trouble.empty()) {
             throw std::runtime_error(pull.trouble);
         }
@@ -165,7 +167,6 @@ virtualphone::PhoneDescription ReadFleetPhone(const fs::path& path, const LikePh
     if (!content.error.empty()) {
         throw std::runtime_error("expected a phone file or a folder, got " + content.error);
     }
-    // The path stands beside the message, and would only keep equal messages apart.
     return virtualphone::ParsePhone(
         {reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size()}, path.parent_path(),
         "phone file");
