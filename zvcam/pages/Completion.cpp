@@ -166,7 +166,7 @@ void PrintZshFunction(std::ostream& out, const Command& command, std::span<const
         for (const Argument& positional : command.positionals) {
             out << " \\\n        "
                 << ShellQuoted((positional.repeated ? "*:" : ":") + ZshText(positional.value) + ":" +
-                          ZshAction(KindOf(command, positional)));
+                               ZshAction(KindOf(command, positional)));
         }
     }
     out << '\n';
