@@ -253,6 +253,7 @@ TEST_F(Zvcam, AskedForWhatThereIsNotSaysSo) {
               "zvcam: SetFuseIdProp logged nothing in this boot\n");
 }
 
+#ifndef NO_MEMORY_LIMITS
 TEST_F(Zvcam, MemoryThatCannotBeHadIsOneLine) {
     const std::string run = " '" ZVCAM "' run '" PHONES "/halcyrion.json' 2>'" + file("error").string() + "'";
     int refused = 0;
@@ -273,6 +274,7 @@ TEST_F(Zvcam, MemoryThatCannotBeHadIsOneLine) {
     }
     EXPECT_GT(refused, 0);
 }
+#endif
 
 TEST_F(Zvcam, RootIsKeptAndSetComesBeforeThePhoneFile) {
     write("phone.json", R"({"properties": {"test.ending": "file"}, "files": {"/laid": {"text": "x"}}})");
