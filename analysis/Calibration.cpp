@@ -166,7 +166,8 @@ class PairReader {
 
     void takePersistLine(PairDecision& decision, std::string_view text) {
         if (text == "enter") {
-            decision.passedOver.push_back({.candidate = "EEPROM", .reason = mRefusal});
+            decision.passedOver.push_back(
+                {.candidate = SourceName(CalibrationSource::Eeprom), .reason = mRefusal});
             mRefusal.clear();
         } else if (text.starts_with("no dual camera calibration data")) {
             decision.passedOver.push_back(
@@ -250,6 +251,11 @@ class PairReader {
 
 }  // namespace
 
+const char* SourceName(CalibrationSource source) {
+    constexpr const char* kNames[] = {"", "EEPROM", "persist", "golden"};
+    return kNames[static_cast<std::size_t>(source)];
+}
+
 std::vector<PairDecision> PairDecisionsOf(const Boot& boot, const Course& course,
                                           const std::vector<Module>& modules) {
     PairReader reader(boot, modules);
@@ -328,7 +334,8 @@ std::optional<StabiliserDecision> StabiliserOf(const Boot& boot) {
         } else if (text.starts_with("OIS cali file fuseid not match")) {
             const std::string_view ids = text.substr(text.find(" : ") + 3);
             const std::string fitted(ids.substr(0, ids.find(':')));
-            decision.reason = "is made for fuse id " + std::string(ids.substr(ids.find(':') + 1)) + ", " +
+            const std::string made(ids.substr(ids.find(':') + 1));
+            decision.reason = (made.empty() ? "names no fuse id" : "is made for fuse id " + made) + ", " +
                               (fitted.empty() ? "the fitted module publishes none" : fitted + " is fitted");
         } else if (text.find("reasonable range") != std::string_view::npos) {
             decision.reason = GainsRefused();

@@ -20,9 +20,14 @@ struct PassedOver {
     bool ofAnotherPair = false;  ///< a sound file that was made for others
 };
 
+/// Where calibration can come from.
+enum class CalibrationSource { None, Eeprom, Persist, Golden };
+/// "EEPROM", "persist", "golden"; empty for none.
+const char* SourceName(CalibrationSource source);
+
 /// Where a camera pair's calibration block came from.
 struct PairDecision {
-    enum class Source { None, Eeprom, Persist, Golden };
+    using Source = CalibrationSource;
 
     const DualCameraCalDataInfo* pair = nullptr;
     Source source = Source::None;
@@ -49,6 +54,10 @@ struct StabiliserDecision {
     bool fromFile = false;   ///< else from the module's EEPROM
     std::string reason;      ///< why not from the file
     std::string parameters;  ///< as published: gain X, gain Y, third and fourth parameter
+
+    CalibrationSource source() const {
+        return fromFile ? CalibrationSource::Persist : CalibrationSource::Eeprom;
+    }
 };
 
 /// None where the boot did not come to it.

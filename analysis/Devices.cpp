@@ -137,6 +137,14 @@ std::string DeviceNumber(int logicalIndex, const std::optional<int>& memberId) {
     return std::to_string(logicalIndex) + (memberId ? "/" + std::to_string(*memberId) : "");
 }
 
+std::optional<std::size_t> FindDevice(std::string_view text, const std::vector<Device>& devices) {
+    const auto found = std::find_if(devices.begin(), devices.end(), [=](const Device& device) {
+        return DeviceNumber(device.logicalIndex, device.memberId) == text;
+    });
+    return found == devices.end() ? std::nullopt
+                                  : std::optional(static_cast<std::size_t>(found - devices.begin()));
+}
+
 std::string ShortDeviceName(std::string_view platformName) {
     constexpr std::string_view kLead = "SENSOR_DRVNAME_";
     const std::size_t phone = platformName.find('_', kLead.size());

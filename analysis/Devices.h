@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -41,6 +42,10 @@ std::map<std::uint32_t, record::TagSet> EndStates(const Boot& boot);
 
 /// "4" for a logical device, "4/3" for its member with sensor id 3.
 std::string DeviceNumber(int logicalIndex, const std::optional<int>& memberId);
+
+/// The device that a person names as `DeviceNumber` does; none for another text.
+/// @return its position.
+std::optional<std::size_t> FindDevice(std::string_view text, const std::vector<Device>& devices);
 
 /// "BACK_SAT" of "SENSOR_DRVNAME_HALCYRION_BACK_SAT"; any other name as it is.
 std::string ShortDeviceName(std::string_view platformName);

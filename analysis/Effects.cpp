@@ -37,14 +37,17 @@ void ForEachDifference(const Map& left, const Map& right, const Same& same, cons
     }
 }
 
-/// Adds an effect of this kind for each key of two maps of pointers whose values differ.
-template <typename Map>
-void AddDifferences(const Map& left, const Map& right, Kind kind, Effects& effects) {
+/// Adds an effect for each key of two maps of pointers whose values differ.
+template <typename Map, typename EffectOf>
+void AddDifferences(const Map& left, const Map& right, const EffectOf& effectOf, Effects& effects) {
     ForEachDifference(
         left, right, [](const auto* a, const auto* b) { return *a == *b; },
-        [&](const auto& key, const auto*, const auto*) {
-            effects.insert({.kind = kind, .name = std::string(key)});
-        });
+        [&](const auto& key, const auto*, const auto*) { effects.insert(effectOf(key)); });
+}
+
+/// The effect on what has a name.
+auto Named(Kind kind) {
+    return [kind](std::string_view name) { return Effect{.kind = kind, .name = std::string(name)}; };
 }
 
 std::map<std::string_view, const record::PropertySet*> Properties(const record::BootRecord& boot) {
@@ -65,10 +68,10 @@ std::map<std::string_view, const record::ChangedFile*> Files(const record::BootR
     return files;
 }
 
-std::map<std::string, const record::HandOver*> HandOvers(const record::BootRecord& boot) {
-    std::map<std::string, const record::HandOver*> handOvers;
+std::map<std::uint32_t, const record::HandOver*> HandOvers(const record::BootRecord& boot) {
+    std::map<std::uint32_t, const record::HandOver*> handOvers;
     for (const record::HandOver* const handOver : record::EventsOf<record::HandOver>(boot)) {
-        handOvers.emplace(std::to_string(handOvers.size() + 1), handOver);
+        handOvers.emplace(static_cast<std::uint32_t>(handOvers.size()), handOver);
     }
     return handOvers;
 }
@@ -109,9 +112,11 @@ Effects Reference::effectsIn(const record::BootRecord& boot) const {
     if (boot.ended != mBoot.ended) {
         effects.insert({.kind = Kind::Ending});
     }
-    AddDifferences(Properties(mBoot), Properties(boot), Kind::Property, effects);
-    AddDifferences(Files(mBoot), Files(boot), Kind::File, effects);
-    AddDifferences(HandOvers(mBoot), HandOvers(boot), Kind::HandOver, effects);
+    AddDifferences(Properties(mBoot), Properties(boot), Named(Kind::Property), effects);
+    AddDifferences(Files(mBoot), Files(boot), Named(Kind::File), effects);
+    AddDifferences(
+        HandOvers(mBoot), HandOvers(boot),
+        [](std::uint32_t number) { return Effect{.kind = Kind::HandOver, .handOver = number}; }, effects);
     compareTags(boot, effects);
     compareLog(boot, effects);
     return effects;
@@ -184,6 +189,7 @@ std::string EffectBytes(const Effects& effects) {
         const std::size_t length = effect.name.size();
         bytes.append(reinterpret_cast<const char*>(&effect.kind), sizeof effect.kind);
         bytes.append(reinterpret_cast<const char*>(&effect.tag), sizeof effect.tag);
+        bytes.append(reinterpret_cast<const char*>(&effect.handOver), sizeof effect.handOver);
         bytes.append(reinterpret_cast<const char*>(&length), sizeof length);
         bytes.append(effect.name);
     }
@@ -202,7 +208,8 @@ Effects ReadEffectBytes(std::string_view bytes) {
     Effects effects;
     Effect effect;
     std::size_t length = 0;
-    while (take(effect.kind) && take(effect.tag) && take(length) && length <= bytes.size()) {
+    while (take(effect.kind) && take(effect.tag) && take(effect.handOver) && take(length) &&
+           length <= bytes.size()) {
         effect.name = bytes.substr(0, length);
         bytes.remove_prefix(length);
         effects.insert(effect);

@@ -18,9 +18,10 @@ namespace analysis {
 struct Effect {
     enum class Kind : std::uint8_t { Ending, Property, File, Device, Tag, HandOver, Log };
     Kind kind = Kind::Ending;
-    /// The property, the path, the device ("4/3"), the number of the hand-over, the operation that logged.
+    /// The property, the path, the device ("4/3"), the operation that logged.
     std::string name = {};
-    std::uint32_t tag = 0;  ///< of a tag, whose device `name` is
+    std::uint32_t tag = 0;       ///< of a tag, whose device `name` is
+    std::uint32_t handOver = 0;  ///< which one, counted from 0
 
     friend auto operator<=>(const Effect&, const Effect&) = default;
 };

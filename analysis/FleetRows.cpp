@@ -140,23 +140,9 @@ constexpr std::array<FleetColumn, 5> kPairColumns = {{
     {"dump_failed", Number, "1 where the pair's dump file could not be opened"},
 }};
 
-FleetCell SourceCell(PairDecision::Source source) {
-    switch (source) {
-        case PairDecision::Source::Eeprom:
-            return "EEPROM";
-        case PairDecision::Source::Persist:
-            return "persist";
-        case PairDecision::Source::Golden:
-            return "golden";
-        case PairDecision::Source::None:
-            break;
-    }
-    return {};
-}
-
 Cells PairCells(const PairDecision& decision) {
     return {
-        PairName(*decision.pair), SourceCell(decision.source), TextOrNothing(decision.path),
+        PairName(*decision.pair), TextOrNothing(SourceName(decision.source)), TextOrNothing(decision.path),
         NumberIf(decision.blockSize.has_value(), static_cast<std::int64_t>(decision.blockSize.value_or(0))),
         std::int64_t{decision.dumpFailed}};
 }
@@ -182,7 +168,7 @@ constexpr std::array<FleetColumn, 4> kStabiliserColumns = {{
 }};
 
 Cells StabiliserCells(const StabiliserDecision& decision) {
-    return {decision.state, decision.fromFile ? "persist" : "EEPROM", TextOrNothing(decision.reason),
+    return {decision.state, SourceName(decision.source()), TextOrNothing(decision.reason),
             decision.parameters};
 }
 

@@ -10,8 +10,10 @@ namespace {
 /// Bytes of the first stretches, where `step` is not more.
 constexpr std::size_t kFirstStretch = 1024;
 
-/// Effects that as many stretches have are common.
+/// Effects that as many stretches have are common; of large stretches fewer do, or a large step would cost
+/// more than a small one.
 constexpr std::size_t kManyStretches = 8;
+constexpr std::size_t kManyBytes = 512;
 
 }  // namespace
 
@@ -104,6 +106,7 @@ std::vector<StretchSearch::Fate> StretchSearch::fates() const {
             bytesWith[*segment.effects] += segment.bytes.count;
         }
     }
+    const std::size_t many = std::min(kManyStretches * mStep, kManyBytes);
     std::vector<Fate> fates(mSegments.size(), Fate::Stays);
     for (std::size_t i = 0; i < mSegments.size(); ++i) {
         const Segment& segment = mSegments[i];
@@ -113,8 +116,7 @@ std::vector<StretchSearch::Fate> StretchSearch::fates() const {
         const auto isLikeThis = [&](std::size_t other) {
             return mSegments[other].effects == segment.effects && mSegments[other].bytes.count <= mStep;
         };
-        const bool common = segment.bytes.count <= mStep &&
-                            bytesWith[*segment.effects] >= kManyStretches * mStep && i > 0 &&
+        const bool common = segment.bytes.count <= mStep && bytesWith[*segment.effects] >= many && i > 0 &&
                             i + 1 < mSegments.size() && isLikeThis(i - 1) && isLikeThis(i + 1);
         if (!common || segment.lastByte == Segment::LastByte::Idle) {
             fates[i] = Fate::Halved;

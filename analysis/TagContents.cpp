@@ -121,6 +121,10 @@ std::optional<std::vector<StreamRow>> StreamRowsOf(const record::Tag& tag) {
     return rows;
 }
 
+double AreaOf(const StreamRow& row) {
+    return static_cast<double>(row.width) * static_cast<double>(row.height);
+}
+
 std::vector<OfferedStream> OfferedStreamsOf(const record::TagSet& metadata) {
     using Size = std::tuple<std::int64_t, std::int64_t, std::int64_t>;
     std::map<Size, std::vector<std::int64_t>> durations;

@@ -30,6 +30,9 @@ struct StreamRow {
 /// The rows of a stream list; none for other tags, and for a list that ends in the middle of a row.
 std::optional<std::vector<StreamRow>> StreamRowsOf(const record::Tag& tag);
 
+/// Width times height, to compare sizes by: a list may hold any numbers, and no integer their product.
+double AreaOf(const StreamRow& row);
+
 /// What a device offers to applications.
 struct OfferedStream {
     StreamRow row;       ///< with the durations of an output

@@ -9,27 +9,27 @@ namespace analysis {
 
 namespace {
 
-Stretch StretchOf(const record::BootRecord& boot, std::size_t first, std::size_t end) {
-    Stretch stretch;
-    stretch.first = first;
-    stretch.end = end;
+EventRun EventRunOf(const record::BootRecord& boot, std::size_t first, std::size_t end) {
+    EventRun run;
+    run.first = first;
+    run.end = end;
     for (std::size_t i = first; i < end; ++i) {
         const record::Event& event = boot.events[i];
         if (const auto* const line = std::get_if<record::LogLine>(&event)) {
-            ++stretch.lines;
+            ++run.lines;
             if (IsError(*line) && !IsOnEveryPhone(*line)) {
-                stretch.errors.push_back(i);
+                run.errors.push_back(i);
             }
         } else if (std::holds_alternative<record::PropertySet>(event)) {
-            ++stretch.properties;
+            ++run.properties;
         } else if (std::holds_alternative<record::TagStored>(event)) {
-            ++stretch.tags;
+            ++run.tags;
         } else if (!std::holds_alternative<record::ProviderMerge>(event) &&
                    !std::holds_alternative<record::HandOver>(event)) {
-            ++stretch.questions;
+            ++run.questions;
         }
     }
-    return stretch;
+    return run;
 }
 
 }  // namespace
@@ -40,10 +40,10 @@ std::optional<Timeline> TimelineOf(const record::BootRecord& boot, const Course&
     }
     Timeline timeline{.events = boot.events.size(), .steps = {}, .devices = {}};
     for (const DeviceUpdate& device : course.devices) {
-        timeline.devices.push_back(StretchOf(boot, device.first, device.end));
+        timeline.devices.push_back(EventRunOf(boot, device.first, device.end));
     }
     for (const Operation& operation : BootSteps()) {
-        TimelineStep& step = timeline.steps.emplace_back(TimelineStep{.name = operation.name, .stretch = {}});
+        TimelineStep& step = timeline.steps.emplace_back(TimelineStep{.name = operation.name, .run = {}});
         // The walk's own events stand before and behind those of its devices, which a boot may end in.
         std::optional<std::size_t> first;
         std::size_t end = 0;
@@ -57,7 +57,7 @@ std::optional<Timeline> TimelineOf(const record::BootRecord& boot, const Course&
             }
         }
         if (first) {
-            step.stretch = StretchOf(boot, *first, end);
+            step.run = EventRunOf(boot, *first, end);
         }
     }
     return timeline;

@@ -10,7 +10,7 @@
 namespace analysis {
 
 /// A run of events, and what happened in it.
-struct Stretch {
+struct EventRun {
     std::size_t first = 0;       ///< event
     std::size_t end = 0;         ///< one past the last event
     std::size_t questions = 0;   ///< asked of the platform: properties, lists, modules, files
@@ -26,14 +26,14 @@ struct Stretch {
 /// A step of the boot, or of the device walk.
 struct TimelineStep {
     std::string_view name;
-    std::optional<Stretch> stretch;  ///< none: the boot did not come to it, or it left no trace
+    std::optional<EventRun> run;  ///< none: the boot did not come to it, or it left no trace
 };
 
 /// What a boot did when, counted in events: a record has their order, not their times.
 struct Timeline {
     std::size_t events = 0;
     std::vector<TimelineStep> steps;  ///< the nine of a boot, in their order
-    std::vector<Stretch> devices;     ///< of the walk, in its order: one a device of the course
+    std::vector<EventRun> devices;    ///< of the walk, in its order: one a device of the course
 };
 
 /// None for a record without one order of its events.

@@ -23,7 +23,8 @@ namespace record {
 template <typename Part, typename... Any>
 concept OneOf = (std::is_same_v<std::remove_const_t<Part>, Any> || ...);
 
-/// What a record or a part of one consists of.
+/// What a record or a part of one consists of. Each binding names all members of its structure, so that none
+/// can be forgotten.
 template <
     OneOf<LogLine, PropertyAsked, PropertySet, EepromRead, AutofocusRead, PathOpened, Asked, ProviderAsked,
           TagStored, Tag, ProviderMerge, HandOver, ChangedFile, PluginIdentity, Ended, FileCalls, BootRecord>
@@ -31,40 +32,58 @@ template <
 auto Fields(Fielded& part) {
     using Part = std::remove_const_t<Fielded>;
     if constexpr (std::is_same_v<Part, LogLine>) {
-        return std::tie(part.priority, part.tag, part.message);
+        auto& [priority, tag, message] = part;
+        return std::tie(priority, tag, message);
     } else if constexpr (std::is_same_v<Part, PropertyAsked>) {
-        return std::tie(part.name, part.value);
+        auto& [name, value] = part;
+        return std::tie(name, value);
     } else if constexpr (std::is_same_v<Part, PropertySet>) {
-        return std::tie(part.name, part.value, part.stored);
+        auto& [name, value, stored] = part;
+        return std::tie(name, value, stored);
     } else if constexpr (std::is_same_v<Part, EepromRead>) {
-        return std::tie(part.sensorId, part.deviceBit, part.offset, part.length, part.read);
+        auto& [sensorId, deviceBit, offset, length, read] = part;
+        return std::tie(sensorId, deviceBit, offset, length, read);
     } else if constexpr (std::is_same_v<Part, AutofocusRead>) {
-        return std::tie(part.deviceBit, part.succeeded);
+        auto& [deviceBit, succeeded] = part;
+        return std::tie(deviceBit, succeeded);
     } else if constexpr (std::is_same_v<Part, PathOpened>) {
-        return std::tie(part.path);
+        auto& [path] = part;
+        return std::tie(path);
     } else if constexpr (std::is_same_v<Part, Asked>) {
-        return std::tie(part.query, part.about, part.answer, part.text);
+        auto& [query, about, answer, text] = part;
+        return std::tie(query, about, answer, text);
     } else if constexpr (std::is_same_v<Part, ProviderAsked>) {
-        return std::tie(part.provider);
+        auto& [provider] = part;
+        return std::tie(provider);
     } else if constexpr (std::is_same_v<Part, TagStored>) {
-        return std::tie(part.tag, part.result, part.count);
+        auto& [tag, result, count] = part;
+        return std::tie(tag, result, count);
     } else if constexpr (std::is_same_v<Part, Tag>) {
-        return std::tie(part.tag, part.values);
+        auto& [tag, values] = part;
+        return std::tie(tag, values);
     } else if constexpr (std::is_same_v<Part, ProviderMerge>) {
-        return std::tie(part.provider, part.metadata);
+        auto& [provider, metadata] = part;
+        return std::tie(provider, metadata);
     } else if constexpr (std::is_same_v<Part, HandOver>) {
-        return std::tie(part.block);
+        auto& [block] = part;
+        return std::tie(block);
     } else if constexpr (std::is_same_v<Part, ChangedFile>) {
-        return std::tie(part.path, part.mode, part.bytes);
+        auto& [path, mode, bytes] = part;
+        return std::tie(path, mode, bytes);
     } else if constexpr (std::is_same_v<Part, PluginIdentity>) {
-        return std::tie(part.path, part.buildId);
+        auto& [path, buildId] = part;
+        return std::tie(path, buildId);
     } else if constexpr (std::is_same_v<Part, Ended>) {
-        return std::tie(part.how, part.what, part.signal, part.exitStatus, part.seconds, part.step);
+        auto& [how, what, signal, exitStatus, seconds, step] = part;
+        return std::tie(how, what, signal, exitStatus, seconds, step);
     } else if constexpr (std::is_same_v<Part, FileCalls>) {
-        return std::tie(part.opened, part.read, part.written);
+        auto& [opened, read, written] = part;
+        return std::tie(opened, read, written);
     } else {
-        return std::tie(part.phone, part.plugin, part.events, part.files, part.rewritten, part.foreignFiles,
-                        part.troubles, part.ended, part.description, part.fileCalls, part.ordered);
+        auto& [phone, plugin, events, files, rewritten, foreignFiles, troubles, ended, description, fileCalls,
+               ordered] = part;
+        return std::tie(phone, plugin, events, files, rewritten, foreignFiles, troubles, ended, description,
+                        fileCalls, ordered);
     }
 }
 

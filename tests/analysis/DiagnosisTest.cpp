@@ -198,6 +198,8 @@ TEST(Diagnosis, TellsWhyTheStabiliserFileWasRefused) {
     otherVersion.version = 2;
     formats::OisCalibrationFile otherModule = good;
     otherModule.fuseId = {0xAB};
+    formats::OisCalibrationFile nobodys = good;
+    nobodys.fuseId = {};
     formats::OisCalibrationFile wild = good;
     wild.gainY = 17001;
     Bytes brokenCrc = formats::Encode(good);
@@ -209,6 +211,7 @@ TEST(Diagnosis, TellsWhyTheStabiliserFileWasRefused) {
         {brokenCrc, "CRC 0x[0-9a-f]* stored, 0x[0-9a-f]* computed"},
         {formats::Encode(otherVersion), "has another version"},
         {formats::Encode(otherModule), "is made for fuse id AB, 0102030405060708090A0B0C is fitted"},
+        {formats::Encode(nobodys), "names no fuse id, 0102030405060708090A0B0C is fitted"},
         {formats::Encode(wild), "its gains are not 4000 to 17000"},
     };
     for (const auto& [file, reason] : cases) {

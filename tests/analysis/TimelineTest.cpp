@@ -21,8 +21,8 @@ record::LogLine Line(const std::string& text, int priority = 4) {
 std::string Steps(const Timeline& timeline) {
     std::ostringstream text;
     for (const analysis::TimelineStep& step : timeline.steps) {
-        if (step.stretch) {
-            text << step.name << ' ' << step.stretch->first << ".." << step.stretch->end << '\n';
+        if (step.run) {
+            text << step.name << ' ' << step.run->first << ".." << step.run->end << '\n';
         }
     }
     return text.str();
@@ -45,7 +45,7 @@ TEST(Timeline, GivesTheWalkItsDevicesUpToTheEventThatEndedTheBoot) {
     EXPECT_EQ(timeline.events, 9U);
     EXPECT_EQ(timeline.steps.size(), 9U);
     EXPECT_EQ(Steps(timeline), "SetModuleInfoProp 0..2\nMetadataUpdate 2..9\n");
-    const analysis::Stretch& walk = *timeline.steps[7].stretch;
+    const analysis::EventRun& walk = *timeline.steps[7].run;
     EXPECT_THAT((std::array{walk.questions, walk.lines, walk.properties, walk.tags}),
                 testing::ElementsAre(1, 4, 0, 1));
     EXPECT_THAT(walk.errors, testing::ElementsAre(8));
@@ -62,9 +62,9 @@ TEST(Timeline, OfAWholeBootHasEveryStepInItsOrder) {
     const Timeline timeline = TimelineOf(boot.record, CourseOf(boot.record)).value();
     std::size_t end = 0;
     for (const analysis::TimelineStep& step : timeline.steps) {
-        ASSERT_TRUE(step.stretch) << step.name;
-        EXPECT_GE(step.stretch->first, end) << step.name;
-        end = step.stretch->end;
+        ASSERT_TRUE(step.run) << step.name;
+        EXPECT_GE(step.run->first, end) << step.name;
+        end = step.run->end;
     }
     EXPECT_EQ(end, timeline.events);
     EXPECT_EQ(timeline.devices.size(), 17U);

@@ -105,6 +105,12 @@ class Browser:
         """Pixels by which the page is wider than its window."""
         return self.run("return document.documentElement.scrollWidth - innerWidth")
 
+    def cut_tables(self, kind="*"):
+        """Captions of the tables of a kind of which a part is beyond their box."""
+        return self.run("return [...document.querySelectorAll('.wide')]"
+                        ".filter(box => box.scrollWidth > box.clientWidth && box.querySelector(':scope > ' + arguments[0]))"
+                        ".map(box => box.getAttribute('aria-label'))", kind)
+
     def poor_contrast(self):
         return self.run(POOR_CONTRAST)
 

@@ -59,6 +59,7 @@ class EveryPage(unittest.TestCase):
                         browser.size(width)
                         browser.emulate(scheme)
                         self.assertLessEqual(browser.overhang(), 0)
+                        self.assertEqual(browser.cut_tables(".stacked"), [])
                         seen, poor = browser.poor_contrast()
                         self.assertGreater(seen, 30)
                         self.assertEqual(poor, [])
@@ -174,6 +175,39 @@ class OtherReaders(unittest.TestCase):
         browser.emulate()
         browser.run("dispatchEvent(new Event('afterprint'))")
         self.assertEqual(browser.run("return document.querySelectorAll('details[open]').length"), 0)
+
+
+class OtherPages(unittest.TestCase):
+    def zvcam(self, *arguments):
+        subprocess.run([pathlib.Path(ZVCAM).resolve(), *arguments], check=True, cwd=folder.name, capture_output=True)
+
+    def holds(self, name):
+        browser.open(pathlib.Path(folder.name) / name)
+        for width in (1280, 400):
+            browser.size(width)
+            with self.subTest(width=width):
+                self.assertEqual(browser.complaints(), [])
+                self.assertLessEqual(browser.overhang(), 0)
+                self.assertEqual(browser.cut_tables(), [])
+                if SCREENSHOTS:
+                    browser.screenshot(f"{SCREENSHOTS}/{name}-{width}.png")
+        browser.size(1280)
+
+    def test_of_a_fleet(self):
+        self.zvcam("fleet", "make", "--quiet", "--count", "60", "--seed", "1",
+                   "--trouble", "lsc=0.2,erased=0.2,layout=0.2,duplicate=0.2", "-o", "fleet")
+        self.zvcam("fleet", "run", "fleet", "--quiet", "--db", "fleet.sqlite")
+        self.zvcam("fleet", "report", "fleet.sqlite", "--html", "fleet.html")
+        self.holds("fleet.html")
+        browser.size(400)
+        cell = browser.one("#modules td[data-heading='chip']")
+        self.assertEqual(browser.run("return getComputedStyle(arguments[0], '::before').content", cell), '"chip: "')
+        browser.size(1280)
+
+    def test_of_influence(self):
+        self.zvcam("influence", pathlib.Path(PHONES).resolve() / "fieldtrouble.json", "--module", "back_ultra",
+                   "--step", "256", "--html", "influence.html")
+        self.holds("influence.html")
 
 
 class OtherPhones(unittest.TestCase):

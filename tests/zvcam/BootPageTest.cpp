@@ -31,6 +31,15 @@ TEST_F(Zvcam, PageHoldsEverythingThatWasPublished) {
     }
 }
 
+TEST_F(Zvcam, PageHasFilesThatWereWrittenAsTheyWere) {
+    for (const char* const result : {"created or changed", "as before the boot"}) {
+        ASSERT_EQ(zvcam(kFake + "--html page.html --root kept").exitCode, 0);
+        EXPECT_THAT(ReadText(file("page.html")),
+                    testing::ContainsRegex(">/data/vendor/camera/made</th>.*6D 61 64 65</td><td>" +
+                                           std::string(result) + "</td>"));
+    }
+}
+
 TEST_F(Zvcam, PageOfABootThatThrewSaysSoFirst) {
     const Result result = zvcam(kFake + "--html - --set 'test.ending=throw'");
     EXPECT_EQ(result.exitCode, 1);

@@ -111,7 +111,15 @@ TEST_F(Zvcam, CalibrationEndsWithOneLineOnWhatItCannotUse) {
          "stabiliser "
          "file (CRC 0x7878 stored, 0x0A94 computed)"},
         {"make-dual --master 01 --block cut -o x", 2,
-         "zvcam: expected a block of 419, 2048 or 4096 bytes, got 2044"},
+         "zvcam: cut: expected a calibration block of 419, 2048 or 4096 bytes, got one of 2044"},
+        {"make-ois --fuse-id 012 --gain-x 9000 --gain-y 9000 -o x", 2,
+         "zvcam: --fuse-id: expected at most 255 bytes, each as two hexadecimal digits, got \"012\"; `zvcam "
+         "calibration make-ois --help` tells more"},
+        {"make-dual --master " + std::string(512, 'A') + " --fill 1 --size 419 -o x", 2,
+         "zvcam: --master: expected at most 255 bytes, each as two hexadecimal digits, got 256 bytes; `zvcam "
+         "calibration make-dual --help` tells more"},
+        {"make-dual --fill 1 --size 419 -o folder --force", 2,
+         "zvcam: cannot write folder: expected a file, got a folder"},
         {"make-ois --fuse-id 01 --gain-x 9000 --gain-y 9000 -o cut", 2,
          "zvcam: cannot write cut: it exists; --force replaces it"},
     };

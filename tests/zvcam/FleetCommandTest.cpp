@@ -280,6 +280,7 @@ TEST_F(FleetCommand, MergeNamesTheInputThatLacksATable) {
 TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
     write("cut.json", "{");
     write("wrong.json", R"({"sensors": 7})");
+    write("report.json", zvcam("run phone.json --json -").out);
     std::filesystem::create_directories(file("pulled/unit7"));
     write("pulled/unit7/getprop.txt", "[ro.serialno]: [7]\n");
     std::filesystem::create_directories(file("pulled/unit8/vendor/etc/camera"));
@@ -288,12 +289,12 @@ TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
     std::filesystem::create_directory(file("other"));
     ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
     write("list",
-          "phone.json\ncut.json\r\n\nwrong.json\nmissing.json\nother\npipe\n-\npulled/./unit7/\n"
+          "phone.json\ncut.json\r\n\nwrong.json\nmissing.json\nother\npipe\n-\nreport.json\npulled/./unit7/\n"
           ".//phone.json\npulled/unit8\n");
     const Result result = run("list", "fleet.sqlite");
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.out,
-                AllOf(StartsWith("9 phones in "), HasSubstr("; repeated in the list: 1; 7 cannot be read.")));
+    EXPECT_THAT(result.out, AllOf(StartsWith("10 phones in "),
+                                  HasSubstr("; repeated in the list: 1; 8 cannot be read.")));
     EXPECT_EQ(result.error, "");
     Lines lines;
     zvcam::Database database = zvcam::OpenFleet(file("fleet.sqlite"));
@@ -316,6 +317,7 @@ TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
              "pulled/unit7|pulled folder|unit7|returned|",
              "pulled/unit8|pulled folder||unread|pulled folder/vendor/etc/camera/large: expected a file that "
              "can be read, got more than 67108864 bytes",
+             "report.json" + none + "the report of a boot",
              "wrong.json|phone file||unread|phone file: /sensors: expected an array, got 7"}));
 }
 

@@ -32,6 +32,15 @@ TEST(Html, TableHasHeadingsForItsColumnsAndRows) {
               "\n</tbody></table></div>");
 }
 
+TEST(Html, AStackedTableSaysItsHeadingsInItsCells) {
+    HtmlTable table("Modules", {{"module"}, {"chip"}, {"modules", HtmlTable::Column::Kind::Number}});
+    table.stacked().row({"back main", "imx707", "7"});
+    EXPECT_THAT(table.markup().html(),
+                HasSubstr(R"(<th scope="row">back main</th><td data-heading="chip">imx707</td>)"
+                          R"(<td class="number" data-heading="modules">7</td>)"));
+    EXPECT_THAT(table.markup().html(), HasSubstr(R"(<table class="stacked">)"));
+}
+
 TEST(Html, TargetsSurviveAnAddress) {
     EXPECT_EQ(SearchTarget("a b&in=#<%\xC3\xA4"), "#q=a%20b%26in%3D%23%3C%25%C3%A4");
     EXPECT_EQ(IdOf("back main/4 <"), "back-main-4--");

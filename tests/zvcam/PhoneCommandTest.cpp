@@ -84,10 +84,10 @@ TEST_F(PhoneCommand, PulledPhoneIsOtherwiseTheOneToStartFrom) {
     EXPECT_EQ(zvcam("phone from-device pulled -o new.json").error,
               "zvcam: cannot write new.files: it exists; --force replaces it\n");
     // Where the phone file cannot be written, the former side files come back.
-    std::filesystem::create_directory(file("new.json"));
+    std::filesystem::create_symlink("/dev/full", file("new.json"));
     write("new.files/mine", "mine");
     EXPECT_EQ(zvcam("phone from-device pulled -o new.json --force").error,
-              "zvcam: cannot write new.json: Is a directory\n");
+              "zvcam: cannot write new.json: No space left on device\n");
     EXPECT_EQ(ReadText(file("new.files/mine")), "mine");
     std::filesystem::remove(file("new.json"));
     const Result forced = zvcam("phone from-device pulled -o new.json --force");

@@ -238,6 +238,12 @@ TEST_F(Zvcam, AskedForWhatThereIsNotSaysSo) {
         EXPECT_EQ(result.exitCode, 0);
         return result.error;
     };
+    // Devices without the tag are not even named.
+    const std::string some = zvcam("dumpsys " + phone + "--tag SAT_ZOOM_INFO").out;
+    EXPECT_THAT(some, testing::HasSubstr("== device 4 (BACK_SAT"));
+    EXPECT_THAT(some, testing::Not(testing::ContainsRegex(" tags\n==")));
+    EXPECT_THAT(some, testing::Not(testing::HasSubstr("== device 1 ")));
+    EXPECT_EQ(zvcam("dumpsys " + phone + "--tag FAKESATSIZE --device 1").out, "");
     EXPECT_EQ(errorOf("dumpsys " + phone + "--tag FAKESATSIZE --device 1"),
               "zvcam: device 1 has no FAKESATSIZE; `zvcam why` tells the reason\n");
     EXPECT_EQ(errorOf("dumpsys " + phone + "--tag 0x7"),
@@ -247,6 +253,7 @@ TEST_F(Zvcam, AskedForWhatThereIsNotSaysSo) {
               "zvcam: SetFuseIdProp logged nothing in this boot\n");
 }
 
+#ifndef NO_MEMORY_LIMITS
 TEST_F(Zvcam, MemoryThatCannotBeHadIsOneLine) {
     const std::string run = " '" ZVCAM "' run '" PHONES "/halcyrion.json' 2>'" + file("error").string() + "'";
     int refused = 0;
@@ -267,6 +274,7 @@ TEST_F(Zvcam, MemoryThatCannotBeHadIsOneLine) {
     }
     EXPECT_GT(refused, 0);
 }
+#endif
 
 TEST_F(Zvcam, RootIsKeptAndSetComesBeforeThePhoneFile) {
     write("phone.json", R"({"properties": {"test.ending": "file"}, "files": {"/laid": {"text": "x"}}})");
@@ -352,6 +360,8 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
         {"streams '" PHONES "/fieldtrouble.json' --device 8",
          "zvcam: no device \"8\" was updated; there are 0, 0/0, 0/2, 1, 2, 3, 4, 4/0, 4/2, 5, 6, 6/0, 6/2, "
          "7\n"},
+        {"phone new -o tmp --force", "zvcam: cannot write tmp: expected a file, got a folder\n"},
+        {"run phone.json --html tmp", "zvcam: cannot write tmp: expected a file, got a folder\n"},
         {"diff - -", "zvcam: standard input holds one boot, not two\n"},
     };
     for (const auto& [arguments, error] : kCases) {

@@ -1,22 +1,14 @@
 #include "zvcam/commands/Boots.h"
 
-#include <algorithm>
-#include <array>
 #include <charconv>
 #include <chrono>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
-#include <string_view>
-#include <utility>
+#include <system_error>
 
-#include <nlohmann/json.hpp>
-
-#include "record/Report.h"
-#include "supervisor/Boot.h"
 #include "supervisor/Plugin.h"
-#include "virtualphone/InputFile.h"
-#include "virtualphone/PhoneFile.h"
-#include "zvcam/views/DiagnosisView.h"
+#include "zvcam/views/DiagnosisWords.h"
 #include "zvcam/views/Text.h"
 
 namespace zvcam {
@@ -47,72 +39,8 @@ std::string CheckSeconds(const std::string& text) {
                : "expected a number of seconds from 0.001 to 1000000, got \"" + text + "\"";
 }
 
-bool IsStandardInput(const std::string& source) {
-    return source == "-";
-}
-
-/// The first key of an object's text, comments passed over; empty for a text that is none.
-std::string_view FirstKey(std::string_view text) {
-    while (!text.empty()) {
-        if (text.starts_with("//")) {
-            text.remove_prefix(std::min(text.find('\n'), text.size()));
-        } else if (text.starts_with("/*")) {
-            const std::size_t end = text.find("*/", 2);
-            text.remove_prefix(end == std::string_view::npos ? text.size() : end + 2);
-        } else if (text.front() == '"') {
-            text.remove_prefix(1);
-            return text.substr(0, text.find('"'));
-        } else {
-            text.remove_prefix(1);
-        }
-    }
-    return {};
-}
-
-/// Whether a text is a report: its first key is one that no phone file has.
-bool IsReport(std::string_view text) {
-    constexpr std::array<std::string_view, 9> kKeys = {
-        "format", "phone", "plugin", "ended", "events", "log", "devices", "eepromReads", "thirdCalibration"};
-    return std::find(kKeys.begin(), kKeys.end(), FirstKey(text)) != kKeys.end();
-}
-
-analysis::Boot ReadBoot(const std::string& text, const std::string& name) {
-    analysis::Boot boot;
-    try {
-        boot.record = record::ReadReport(text);
-    } catch (const record::ReportError& error) {
-        throw std::runtime_error(name + ": " + error.what());
-    }
-    if (!boot.record.description.empty()) {
-        boot.phone = virtualphone::ParsePhone(boot.record.description, "", name + ": /description");
-    }
-    return boot;
-}
-
-virtualphone::PhoneDescription ReadPhone(const Source& source, const BootOptions& options) {
-    virtualphone::PhoneDescription phone = virtualphone::ParsePhone(
-        source.text, IsStandardInput(options.source) ? "" : fs::path(options.source).parent_path(),
-        source.name);
-    SetProperties(options, phone);
-    return phone;
-}
-
 fs::path LibraryOf(const BootOptions& options) {
     return options.library.empty() ? supervisor::Plugin::DefaultLibrary() : fs::path(options.library);
-}
-
-/// Every file that a phone file names, wherever it does.
-void CollectSideFiles(const nlohmann::json& value, const fs::path& folder, std::vector<fs::path>& files) {
-    if (value.is_object()) {
-        if (const auto file = value.find("file"); file != value.end() && file->is_string()) {
-            files.push_back(folder / file->get<std::string>());
-        }
-    }
-    if (value.is_structured()) {
-        for (const nlohmann::json& element : value) {
-            CollectSideFiles(element, folder, files);
-        }
-    }
 }
 
 }  // namespace
@@ -170,18 +98,7 @@ supervisor::BootOptions SupervisorOptions(const BootOptions& options, bool descr
             .describe = describe};
 }
 
-Source ReadSource(const BootOptions& options) {
-    const virtualphone::FileContent content = virtualphone::ReadInput(options.source);
-    const std::string name = virtualphone::InputName(options.source);
-    if (!content.error.empty()) {
-        throw std::runtime_error(name + ": expected a phone file or a report, got " + content.instead());
-    }
-    std::string text(content.bytes.begin(), content.bytes.end());
-    const bool isReport = IsReport(text);
-    return {.text = std::move(text), .name = name, .isReport = isReport};
-}
-
-void RefuseBootOptions(const Source& source, const BootOptions& options) {
+void RefuseBootOptions(const BootSource& source, const BootOptions& options) {
     if (options.sayHow()) {
         throw std::runtime_error(
             source.name +
@@ -191,49 +108,32 @@ void RefuseBootOptions(const Source& source, const BootOptions& options) {
 }
 
 analysis::Boot Obtain(const BootOptions& options, bool forReport) {
-    const Source source = ReadSource(options);
+    const BootSource source = ReadBootSource(options.source);
     if (source.isReport) {
         RefuseBootOptions(source, options);
     }
     return Obtain(source, options, forReport);
 }
 
-analysis::Boot Obtain(const Source& source, const BootOptions& options, bool forReport) {
+analysis::Boot Obtain(const BootSource& source, const BootOptions& options, bool forReport) {
     if (source.isReport) {
-        return ReadBoot(source.text, source.name);
+        return ReportedBoot(source);
     }
     analysis::Boot boot;
-    boot.phone = ReadPhone(source, options);
+    boot.phone = ChosenPhone(source, options);
     boot.record = supervisor::Boot(*boot.phone, SupervisorOptions(options, forReport));
     return boot;
 }
 
-virtualphone::PhoneDescription PhoneOf(const BootOptions& options) {
-    const Source source = ReadSource(options);
-    if (!source.isReport) {
-        return ReadPhone(source, options);
-    }
-    std::optional<virtualphone::PhoneDescription> phone = ReadBoot(source.text, source.name).phone;
-    if (!phone) {
-        throw std::runtime_error(source.name + ": the report does not say which phone it was");
-    }
-    SetProperties(options, *phone);
-    return std::move(*phone);
+virtualphone::PhoneDescription ChosenPhone(const BootSource& source, const BootOptions& options) {
+    virtualphone::PhoneDescription phone = PhoneOf(source);
+    SetProperties(options, phone);
+    return phone;
 }
 
 std::vector<fs::path> InputsOf(const BootOptions& options) {
-    std::vector<fs::path> inputs = {LibraryOf(options)};
-    if (IsStandardInput(options.source)) {
-        return inputs;
-    }
-    inputs.emplace_back(options.source);
-    // What is no phone file names nothing, and is complained of when it is read.
-    const virtualphone::FileContent content = virtualphone::ReadWholeFile(options.source, true);
-    const std::string_view text(reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size());
-    if (!IsReport(text)) {
-        const nlohmann::json phone = nlohmann::json::parse(text, nullptr, false, true);
-        CollectSideFiles(phone, fs::path(options.source).parent_path(), inputs);
-    }
+    std::vector<fs::path> inputs = FilesOf(options.source);
+    inputs.push_back(LibraryOf(options));
     return inputs;
 }
 
@@ -247,29 +147,16 @@ int ExitStatusOf(const record::BootRecord& boot) {
 }
 
 std::size_t DeviceNamed(const std::string& text, const std::vector<analysis::Device>& devices) {
-    int logicalIndex = 0;
-    int member = 0;
-    const char* const end = text.data() + text.size();
-    auto parsed = std::from_chars(text.data(), end, logicalIndex);
-    const bool hasMember = parsed.ec == std::errc() && parsed.ptr != end && *parsed.ptr == '/';
-    if (hasMember) {
-        parsed = std::from_chars(parsed.ptr + 1, end, member);
+    if (const std::optional<std::size_t> found = analysis::FindDevice(text, devices)) {
+        return *found;
     }
-    const bool good = parsed.ec == std::errc() && parsed.ptr == end;
-    const auto found = std::find_if(devices.begin(), devices.end(), [&](const analysis::Device& device) {
-        return device.logicalIndex == logicalIndex &&
-               device.memberId == (hasMember ? std::optional(member) : std::nullopt);
-    });
-    if (!good || found == devices.end()) {
-        std::string names;
-        for (const analysis::Device& device : devices) {
-            names +=
-                (names.empty() ? "" : ", ") + analysis::DeviceNumber(device.logicalIndex, device.memberId);
-        }
-        throw std::runtime_error("no device \"" + Printable(text) + "\" was updated; " +
-                                 (names.empty() ? "none was" : "there are " + names));
+    std::string numbers;
+    for (const analysis::Device& device : devices) {
+        numbers += numbers.empty() ? "" : ", ";
+        numbers += analysis::DeviceNumber(device.logicalIndex, device.memberId);
     }
-    return static_cast<std::size_t>(found - devices.begin());
+    throw std::runtime_error("no device \"" + Printable(text) + "\" was updated; " +
+                             (numbers.empty() ? "none was" : "there are " + numbers));
 }
 
 CLI::Validator WholeNumber(std::uint64_t least, std::uint64_t most) {

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +10,7 @@
 #include "analysis/Boot.h"
 #include "analysis/Devices.h"
 #include "supervisor/Boot.h"
+#include "zvcam/files/BootSource.h"
 
 namespace zvcam {
 
@@ -39,17 +39,6 @@ struct BootOptions {
     static constexpr double kUsualTimeout = 60;
 };
 
-/// What a command is to look at, once it is read.
-struct Source {
-    std::string text;
-    std::string name;  ///< for messages
-    bool isReport;     ///< or a phone file
-};
-
-/// Reads the source that the options name.
-/// @throws std::runtime_error
-Source ReadSource(const BootOptions& options);
-
 /// Adds the options that `options` holds, and the positional P for its source.
 void AddBootOptions(CLI::App& command, BootOptions& options);
 /// The positional alone.
@@ -69,18 +58,18 @@ supervisor::BootOptions SupervisorOptions(const BootOptions& options, bool descr
 /// Boots the phone, or reads the report.
 /// @throws std::exception for what cannot be used.
 /// @param forReport the record is to be written as a report, with the phone that it came from.
-analysis::Boot Obtain(const Source& source, const BootOptions& options, bool forReport = false);
+analysis::Boot Obtain(const BootSource& source, const BootOptions& options, bool forReport = false);
 
 /// The same of the source that the options name. A report with options that say how to boot is refused.
 analysis::Boot Obtain(const BootOptions& options, bool forReport = false);
 
 /// Refuses options that say how a phone is booted where there is only a report.
 /// @throws std::runtime_error
-void RefuseBootOptions(const Source& source, const BootOptions& options);
+void RefuseBootOptions(const BootSource& source, const BootOptions& options);
 
-/// The phone, unbooted; that of a report too.
+/// The phone of the source with the properties that the options set, unbooted.
 /// @throws std::exception for what cannot be used, a report that does not say which phone it was among it.
-virtualphone::PhoneDescription PhoneOf(const BootOptions& options);
+virtualphone::PhoneDescription ChosenPhone(const BootSource& source, const BootOptions& options);
 
 /// Every file that `Obtain` reads: the source, its side files, the plug-in. What cannot be read names none.
 std::vector<std::filesystem::path> InputsOf(const BootOptions& options);

@@ -9,12 +9,13 @@
 #include <vector>
 
 #include "analysis/CalibrationFiles.h"
-#include "tables/PublishedFiles.h"
 #include "virtualphone/InputFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Files.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/commands/ForEachFile.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/files/CalibrationFolder.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/CalibrationView.h"
 
 namespace zvcam {
@@ -27,39 +28,6 @@ struct CheckOptions {
     std::vector<std::string> sources;
     BootOptions phone;  ///< without a source: none
 };
-
-analysis::CalibrationFolder ReadFolder(const std::string& path) {
-    analysis::CalibrationFolder folder;
-    std::error_code error;
-    fs::directory_iterator entry(path, error);
-    // The iterator goes in the order of the directory, as the plug-in does.
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
-        const bool considered = tables::IsDualCalibrationFileName(name);
-        const bool stabiliser = name == fs::path(tables::kOisFilePath).filename();
-        if (!considered && !stabiliser) {
-            folder.others.push_back(name);
-            continue;
-        }
-        const virtualphone::FileContent content = virtualphone::ReadWholeFile(entry->path(), true);
-        analysis::CalibrationFolder::File file{.name = name, .content = {}};
-        if (content.error.empty()) {
-            file.content = analysis::ContentOfCalibrationFile(content.bytes);
-        } else {
-            file.content.trouble = content.error;
-        }
-        if (considered) {
-            folder.considered.push_back(std::move(file));
-        } else {
-            folder.stabiliser = std::move(file);
-        }
-    }
-    if (error) {
-        throw std::runtime_error(path + ": expected a folder that can be read, got " + error.message());
-    }
-    std::sort(folder.others.begin(), folder.others.end());
-    return folder;
-}
 
 int Check(const CheckOptions& options) {
     std::optional<analysis::FuseIdOwners> phone;
@@ -84,7 +52,7 @@ int Check(const CheckOptions& options) {
             });
         };
         if (fs::is_directory(source)) {
-            const analysis::CalibrationFolder folder = ReadFolder(source);
+            const analysis::CalibrationFolder folder = ReadCalibrationFolder(source);
             print([&](std::ostream& out) {
                 PrintCalibrationFolder(out, source, folder, owners, OutputStyle());
             });

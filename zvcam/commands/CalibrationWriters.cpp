@@ -12,9 +12,10 @@
 #include "virtualphone/InputFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Files.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/CalibrationView.h"
+#include "zvcam/views/Text.h"
 
 namespace zvcam {
 
@@ -83,7 +84,8 @@ int MakeDual(const DualOptions& options) {
     file.crc = options.crc;
     const auto& sizes = formats::kCalibrationBlockSizes;
     if (std::find(sizes.begin(), sizes.end(), file.block.size()) == sizes.end()) {
-        throw std::runtime_error("expected a block of 419, 2048 or 4096 bytes, got " +
+        throw std::runtime_error(virtualphone::InputName(options.blockFile) +
+                                 ": expected a calibration block of 419, 2048 or 4096 bytes, got one of " +
                                  std::to_string(file.block.size()));
     }
     return Write(options.write, {options.blockFile}, formats::Encode(file));
@@ -100,7 +102,8 @@ std::string CheckFuseId(const std::string& text) {
     return bytes && bytes->size() <= formats::kLongestFuseId
                ? ""
                : "expected at most " + std::to_string(formats::kLongestFuseId) +
-                     " bytes in hexadecimal, got \"" + text + "\"";
+                     " bytes, each as two hexadecimal digits, got " +
+                     (bytes ? Counted(bytes->size(), "byte") : "\"" + text + "\"");
 }
 
 void AddWriteOptions(CLI::App& command, WriteOptions& options) {

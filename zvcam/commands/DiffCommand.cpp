@@ -8,8 +8,9 @@
 #include "analysis/Diff.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Output.h"
-#include "zvcam/views/DiagnosisView.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
+#include "zvcam/views/DiagnosisWords.h"
 #include "zvcam/views/DiffView.h"
 
 namespace zvcam {
@@ -34,8 +35,8 @@ int Run(const DiffOptions& options) {
     }
     BootOptions rightOptions = options.boot;
     rightOptions.source = options.right;
-    const Source leftSource = ReadSource(options.boot);
-    const Source rightSource = ReadSource(rightOptions);
+    const BootSource leftSource = ReadBootSource(options.boot.source);
+    const BootSource rightSource = ReadBootSource(options.right);
     if (leftSource.isReport && rightSource.isReport) {
         RefuseBootOptions(leftSource, options.boot);
     }

@@ -14,8 +14,8 @@
 #include "tables/PublishedTags.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Files.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/MetadataView.h"
 #include "zvcam/views/Text.h"
 
@@ -98,9 +98,11 @@ int Run(const DumpsysOptions& options) {
     bool found = only.empty();
     PrintOut([&](std::ostream& out) {
         for (std::size_t i = 0; i < devices.size(); ++i) {
-            if (chosen == devices.size() || chosen == i) {
+            const bool isAsked = chosen == devices.size() || chosen == i;
+            if (isAsked &&
+                (only.empty() || (devices[i].metadata != nullptr && HoldsAny(*devices[i].metadata, only)))) {
                 PrintDevice(out, devices[i], only);
-                found = found || (devices[i].metadata != nullptr && HoldsAny(*devices[i].metadata, only));
+                found = true;
             }
         }
     });

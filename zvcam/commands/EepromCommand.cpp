@@ -15,8 +15,9 @@
 #include "virtualphone/InputFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Files.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/commands/ForEachFile.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/EepromView.h"
 
 namespace zvcam {

@@ -8,7 +8,7 @@
 
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/FleetCommands.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/fleet/FleetDatabase.h"
 #include "zvcam/views/Text.h"
 

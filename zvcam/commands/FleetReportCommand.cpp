@@ -7,7 +7,8 @@
 
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/FleetCommands.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/fleet/FleetDatabase.h"
 #include "zvcam/fleet/Summary.h"
 #include "zvcam/views/FleetView.h"

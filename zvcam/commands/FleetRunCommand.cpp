@@ -11,10 +11,10 @@
 #include "supervisor/Plugin.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/FleetCommands.h"
-#include "zvcam/commands/FleetEntries.h"
-#include "zvcam/commands/Output.h"
 #include "zvcam/commands/Progress.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/fleet/FleetDatabase.h"
+#include "zvcam/fleet/FleetEntries.h"
 #include "zvcam/fleet/RowBytes.h"
 #include "zvcam/views/FleetView.h"
 

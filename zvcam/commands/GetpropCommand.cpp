@@ -6,7 +6,8 @@
 #include "analysis/Properties.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/files/Output.h"
+#include "zvcam/views/Text.h"
 
 namespace zvcam {
 

@@ -13,9 +13,10 @@
 #include "virtualphone/PhoneFile.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Files.h"
-#include "zvcam/commands/Output.h"
-#include "zvcam/commands/PhoneFolder.h"
+#include "zvcam/commands/ForEachFile.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
+#include "zvcam/files/PhoneFolder.h"
 #include "zvcam/views/PhoneView.h"
 
 namespace zvcam {

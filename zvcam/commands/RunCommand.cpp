@@ -9,8 +9,8 @@
 #include "record/Report.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Files.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/BootPage.h"
 #include "zvcam/views/DiagnosisView.h"
 

@@ -8,7 +8,7 @@
 #include "analysis/TagContents.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/StreamsView.h"
 
 namespace zvcam {

@@ -8,7 +8,8 @@
 #include "analysis/Why.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/files/Output.h"
 #include "zvcam/views/WhyView.h"
 
 namespace zvcam {

@@ -9,7 +9,7 @@
 #include "analysis/Steps.h"
 #include "analysis/Timeline.h"
 #include "zvcam/views/DiagnosisPage.h"
-#include "zvcam/views/DiagnosisView.h"
+#include "zvcam/views/DiagnosisWords.h"
 #include "zvcam/views/EepromPicture.h"
 #include "zvcam/views/Html.h"
 #include "zvcam/views/MetadataView.h"
@@ -24,10 +24,6 @@ namespace zvcam {
 namespace {
 
 using analysis::Diagnosis;
-
-Markup Paragraph(const Markup& words) {
-    return Element("p", {}, words);
-}
 
 Markup Lead(const analysis::Boot& boot, const Diagnosis& diagnosis) {
     Markup lead;

@@ -20,7 +20,7 @@ std::string Crc(std::uint16_t crc) {
     return HexNumber(crc, 4);
 }
 
-std::string Verdict(const std::string& trouble, const Style& style) {
+std::string VerdictText(const std::string& trouble, const Style& style) {
     return trouble.empty() ? style.good("good") : style.bad("BAD") + ": " + trouble;
 }
 
@@ -99,7 +99,7 @@ void PrintOis(std::ostream& out, const analysis::OisContent& ois, const FuseIdOw
 std::vector<std::string> Row(std::string number, const CalibrationFolder::File& file,
                              const FuseIdOwners* owners, const Style& style) {
     const std::string trouble = file.content.dualTrouble();
-    std::vector<std::string> row = {std::move(number), Printable(file.name), Verdict(trouble, style)};
+    std::vector<std::string> row = {std::move(number), Printable(file.name), VerdictText(trouble, style)};
     if (trouble.empty()) {
         const formats::DualCalibrationFile& content = file.content.dual->file;
         row.insert(row.end(), {content.crc ? "maintained" : "factory", FuseIdText(content.masterFuseId),
@@ -137,17 +137,17 @@ void PrintCalibrationFile(std::ostream& out, const std::string& name, const Cali
                           const FuseIdOwners* owners, const Style& style) {
     const std::string title = style.bold(Printable(name)) + ": ";
     if (!content.dual && !content.ois) {
-        out << title << Verdict(content.trouble, style) << '\n';
+        out << title << VerdictText(content.trouble, style) << '\n';
     }
     if (content.dual && content.ois) {
         out << title << "reads as both kinds; the plug-in goes by the name\n";
     }
     if (content.dual) {
-        out << title << "dual-camera calibration, " << Verdict(content.dualTrouble(), style) << '\n';
+        out << title << "dual-camera calibration, " << VerdictText(content.dualTrouble(), style) << '\n';
         PrintDual(out, *content.dual, owners, style);
     }
     if (content.ois) {
-        out << title << "stabiliser calibration, " << Verdict(content.oisTrouble(), style) << '\n';
+        out << title << "stabiliser calibration, " << VerdictText(content.oisTrouble(), style) << '\n';
         PrintOis(out, *content.ois, owners, style);
     }
 }
@@ -155,7 +155,7 @@ void PrintCalibrationFile(std::ostream& out, const std::string& name, const Cali
 void PrintCalibrationFolder(std::ostream& out, const std::string& name, const CalibrationFolder& folder,
                             const FuseIdOwners* owners, const Style& style) {
     if (folder.considered.empty() && !folder.stabiliser) {
-        out << style.bold(Printable(name)) << ": " << Verdict("no calibration file", style) << '\n';
+        out << style.bold(Printable(name)) << ": " << VerdictText("no calibration file", style) << '\n';
         return;
     }
     out << style.bold(Printable(name)) << ": "
@@ -169,7 +169,7 @@ void PrintCalibrationFolder(std::ostream& out, const std::string& name, const Ca
     if (folder.stabiliser) {
         const CalibrationContent& content = folder.stabiliser->content;
         out << "  stabiliser  " << Printable(folder.stabiliser->name) << "  "
-            << Verdict(content.oisTrouble(), style)
+            << VerdictText(content.oisTrouble(), style)
             << (content.oisTrouble().empty() ? "  " + FuseIdText(content.ois->reading.file.fuseId) : "")
             << '\n';
     }

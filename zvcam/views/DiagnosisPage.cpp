@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "zvcam/views/DiagnosisView.h"
+#include "zvcam/views/DiagnosisWords.h"
 #include "zvcam/views/EepromPicture.h"
 #include "zvcam/views/Text.h"
 
@@ -16,10 +16,6 @@ using analysis::Finding;
 using analysis::Module;
 using analysis::PairDecision;
 using Column = HtmlTable::Column;
-
-Markup Paragraph(const Markup& words) {
-    return Element("p", {}, words);
-}
 
 /// A sentence in which commands stand between backquotes.
 Markup Sentence(std::string_view text) {
@@ -75,27 +71,6 @@ PageSection Findings(const analysis::Boot& boot, const Diagnosis& diagnosis) {
     return {"diagnosis", "Diagnosis", content};
 }
 
-Markup MemoryState(const Module& module) {
-    switch (module.reading) {
-        case Module::Reading::NotTried:
-            return "not read";
-        case Module::Reading::Failed:
-            return Judged(Verdict::Bad,
-                          "READ FAILED" + (module.read ? " (" + Counted(*module.read, "byte") + ")" : ""));
-        case Module::Reading::Good:
-            break;
-    }
-    if (!module.memory) {
-        return "read";
-    }
-    if (module.memory->erased) {
-        return Judged(Verdict::Bad, "ERASED (all " + HexNumber(*module.memory->erased) + ")");
-    }
-    return module.memory->maker.empty()
-               ? Judged(Verdict::Bad, "maker " + HexNumber(module.memory->makerId) + " unknown")
-               : Markup(module.memory->maker);
-}
-
 Markup CheckSums(const Module& module) {
     if (!module.memory || module.memory->erased) {
         return {};
@@ -106,9 +81,9 @@ Markup CheckSums(const Module& module) {
     Markup sums;
     for (const analysis::CheckedRange& range : module.memory->ranges) {
         const std::string name = range.finding.range.name;
-        const Markup sum = !range.finding.good() ? Judged(Verdict::Bad, name + " BAD")
-                           : range.empty         ? Judged(Verdict::Doubtful, name + " empty")
-                                                 : Judged(Verdict::Good, name);
+        const JudgedWords words = ChecksumWords(range);
+        const Markup sum =
+            Judged(words.verdict.value(), words.verdict == Verdict::Good ? name : name + " " + words.words);
         sums += (sums.empty() ? Markup() : Markup("  ")) + Element("span", {{"class", "nowrap"}}, sum);
     }
     return sums;
@@ -125,31 +100,17 @@ PageSection Modules(const Diagnosis& diagnosis) {
                                         {"fuse id", Column::Kind::Code},
                                         {"QR code", Column::Kind::Code},
                                         {"focus points", Column::Kind::Values}});
-    table.searchable("module");
+    table.searchable("module").stacked();
     for (const Module& module : diagnosis.modules) {
         if (!module.fitted()) {
             table.row({module.name, "not fitted"});
             continue;
         }
         table.row({module.memory ? Link("#" + EepromPictureId(module), module.name) : Markup(module.name),
-                   module.chip, MemoryState(module), CheckSums(module), module.fuseId,
+                   module.chip, Judged(MemoryWords(module)), CheckSums(module), module.fuseId,
                    module.memory ? module.memory->qrCode : "", module.focusPoints});
     }
     return {"modules", "Modules", table.markup()};
-}
-
-Markup SourceOf(const PairDecision& decision) {
-    switch (decision.source) {
-        case PairDecision::Source::None:
-            return Judged(Verdict::Bad, "NONE");
-        case PairDecision::Source::Eeprom:
-            return "EEPROM";
-        case PairDecision::Source::Persist:
-            return "persist";
-        case PairDecision::Source::Golden:
-            return Judged(Verdict::Doubtful, "golden");
-    }
-    return {};
 }
 
 Markup Listed(const std::vector<std::string>& lines) {
@@ -169,17 +130,14 @@ PageSection Calibration(const Diagnosis& diagnosis) {
     }
     HtmlTable table("Where calibration came from",
                     {{"of"}, {"from"}, {"what", Column::Kind::Values}, {"not from"}});
-    table.searchable("calibration");
+    table.searchable("calibration").stacked();
     for (const PairDecision& decision : diagnosis.pairs) {
-        table.row({analysis::PairName(*decision.pair), SourceOf(decision), decision.path,
+        table.row({analysis::PairName(*decision.pair), Judged(SourceWords(decision)), decision.path,
                    Listed(ReasonsAgainstOthers(decision))});
     }
     if (diagnosis.stabiliser) {
-        const analysis::StabiliserDecision& stabiliser = *diagnosis.stabiliser;
-        table.row({"stabiliser",
-                   stabiliser.fromFile ? Markup("persist") : Judged(Verdict::Doubtful, "EEPROM"),
-                   "gains " + stabiliser.parameters,
-                   stabiliser.fromFile ? "" : "the persist file " + stabiliser.reason});
+        table.row({"stabiliser", Judged(SourceWords(*diagnosis.stabiliser)), GainWords(*diagnosis.stabiliser),
+                   ReasonAgainstFile(*diagnosis.stabiliser)});
     }
     return {"calibration", "Calibration", table.markup()};
 }
@@ -207,8 +165,8 @@ PageSection Devices(const Diagnosis& diagnosis) {
                                                                             {"role", Column::Kind::Number},
                                                                             {"members"},
                                                                             {"tags", Column::Kind::Number},
-                                                                            {""}});
-    table.searchable("device");
+                                                                            {"missing"}});
+    table.searchable("device").stacked();
     for (const Device& device : diagnosis.devices) {
         std::string members;
         for (const int member : device.members) {
@@ -217,10 +175,7 @@ PageSection Devices(const Diagnosis& diagnosis) {
         table.row(
             {Link("#in=" + KindOf(device), analysis::DeviceNumber(device.logicalIndex, device.memberId)),
              device.name, HexNumber(device.provider), device.role ? std::to_string(*device.role) : "",
-             members,
-             device.metadata == nullptr ? Judged(Verdict::Bad, "the boot ended here")
-                                        : Markup(std::to_string(device.metadata->size())),
-             Missing(device)},
+             members, Judged(TagCountWords(device)), Missing(device)},
             {{"class", device.memberId ? "inner" : ""}, {"data-kind", KindOf(device)}});
     }
     Markup content = table.markup();

@@ -22,9 +22,8 @@ Markup OrNothing(std::int64_t number) {
 
 Markup More(std::int64_t count, std::string_view view) {
     return count == 0 ? Markup()
-                      : Element("p", {},
-                                "And " + std::to_string(count) +
-                                    " more: " + Element("code", {}, "--csv " + std::string(view)));
+                      : Paragraph("And " + std::to_string(count) +
+                                  " more: " + Element("code", {}, "--csv " + std::string(view)));
 }
 
 Markup Examples(const PhoneGroup& group) {
@@ -35,28 +34,31 @@ Markup Examples(const PhoneGroup& group) {
     return markup;
 }
 
+/// "7 with errors", judged where there are any.
+Markup CountOf(std::int64_t count, const std::string& words, Verdict verdict) {
+    const std::string text = std::to_string(count) + " " + words;
+    return count == 0 ? Markup(text) : Judged(verdict, text);
+}
+
 Markup Lead(const FleetSummary& summary) {
     Markup sources;
     for (const FleetSummary::Source& source : summary.sources) {
-        sources += Element("p", {},
-                           "Of " + Element("code", {}, source.path) +
-                               (source.shard.empty() ? "" : ", shard " + source.shard));
+        sources += Paragraph("Of " + Element("code", {}, source.path) +
+                             (source.shard.empty() ? "" : ", shard " + source.shard));
     }
-    return Element("p", {}, Counted(static_cast<std::size_t>(summary.phones), "phone") + ".") +
-           Element(
-               "p", {},
-               Judged(Verdict::Bad, std::to_string(summary.withErrors) + " with errors") + ", " +
-                   Judged(Verdict::Doubtful, std::to_string(summary.withWarnings) + " more with warnings") +
-                   ", " + Judged(Verdict::Good, std::to_string(summary.withNeither) + " with neither") +
-                   ", " + Judged(Verdict::Bad, std::to_string(summary.notReturned) + " did not return") +
-                   ", " + std::to_string(summary.notBooted) + " not booted.") +
+    return Paragraph(Counted(static_cast<std::size_t>(summary.phones), "phone") + ".") +
+           Paragraph(CountOf(summary.withErrors, "with errors", Verdict::Bad) + ", " +
+                     CountOf(summary.withWarnings, "more with warnings", Verdict::Doubtful) + ", " +
+                     CountOf(summary.withNeither, "with neither", Verdict::Good) + ", " +
+                     CountOf(summary.notReturned, "did not return", Verdict::Bad) + ", " +
+                     std::to_string(summary.notBooted) + " not booted.") +
            sources;
 }
 
 Markup Endings(const FleetSummary& summary) {
     HtmlTable table("How the boots ended",
                     {{"ended"}, {"phones", Kind::Number}, {"reason"}, {"examples", Kind::Values}});
-    table.searchable("ending");
+    table.searchable("ending").stacked();
     for (const FleetSummary::Ending& ending : summary.endings) {
         table.row({ending.ended, std::to_string(ending.group.phones), ending.reason, Examples(ending.group)});
     }
@@ -70,7 +72,7 @@ Markup Findings(const FleetSummary& summary) {
                                                              {"phones", Kind::Number},
                                                              {"by maker and layout", Kind::Values},
                                                              {"examples", Kind::Values}});
-    table.searchable("finding");
+    table.searchable("finding").stacked();
     for (const FleetSummary::FindingGroup& finding : summary.findings) {
         Markup modules;
         for (const auto& module : finding.modules) {
@@ -89,7 +91,7 @@ Markup Modules(const FleetSummary& summary) {
     std::vector<HtmlTable::Column> columns = {{"module"},
                                               {"chip"},
                                               {"maker"},
-                                              {"layout"},
+                                              {"layout", Kind::Values},
                                               {"modules", Kind::Number},
                                               {"unreadable", Kind::Number},
                                               {"erased", Kind::Number},
@@ -98,7 +100,7 @@ Markup Modules(const FleetSummary& summary) {
         columns.push_back({range + " bad", Kind::Number});
     }
     HtmlTable table("Modules by maker and layout", std::move(columns));
-    table.searchable("module");
+    table.searchable("module").stacked();
     for (const FleetSummary::ModuleKind& kind : summary.modules) {
         std::vector<Markup> cells = {kind.name,
                                      kind.chip.empty() ? Markup("not fitted") : Markup(kind.chip),
@@ -128,12 +130,12 @@ Markup Calibration(const FleetSummary& summary) {
 
 Markup FuseIds(const FleetSummary& summary) {
     if (summary.repeatedFuseIds.empty()) {
-        return Element("p", {}, Judged(Verdict::Good, "None occurs more than once."));
+        return Paragraph(Judged(Verdict::Good, "None occurs more than once."));
     }
     HtmlTable table(
         "Fuse ids that occur more than once",
         {{"module"}, {"fuse id", Kind::Code}, {"modules", Kind::Number}, {"examples", Kind::Values}});
-    table.searchable("fuse id");
+    table.searchable("fuse id").stacked();
     for (const FleetSummary::RepeatedFuseId& repeated : summary.repeatedFuseIds) {
         table.row({repeated.module, repeated.fuseId, std::to_string(repeated.group.phones),
                    Examples(repeated.group)});
@@ -144,7 +146,7 @@ Markup FuseIds(const FleetSummary& summary) {
 Markup ErrorLines(const FleetSummary& summary) {
     HtmlTable table("Error lines, but for those that every phone has",
                     {{"operation", Kind::Code}, {"text"}, {"phones", Kind::Number}, {"lines", Kind::Number}});
-    table.searchable("error line");
+    table.searchable("error line").stacked();
     for (const FleetSummary::ErrorLine& line : summary.errorLines) {
         table.row(
             {OrDash(line.operation), line.text, std::to_string(line.phones), std::to_string(line.lines)});

@@ -163,8 +163,10 @@ void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRu
     out << Counted(booted, "phone");
     if (booted > 0) {
         std::array<char, 80> speed;
-        std::snprintf(speed.data(), speed.size(), " in %.1f s, %.0f a second", run.seconds,
-                      static_cast<double>(booted) / run.seconds);
+        const bool isShort = run.seconds < 1;
+        std::snprintf(speed.data(), speed.size(),
+                      isShort ? " in %.0f ms, %.0f a second" : " in %.1f s, %.0f a second",
+                      isShort ? run.seconds * 1000 : run.seconds, static_cast<double>(booted) / run.seconds);
         out << speed.data();
     }
     if (run.done > 0) {

@@ -167,13 +167,22 @@ Markup Judged(Verdict verdict, const Markup& words) {
                    Element("span", {{"aria-hidden", "true"}}, mark) + kNoBreakSpace + words);
 }
 
+Markup Judged(const JudgedWords& words) {
+    return words.verdict ? Judged(*words.verdict, words.words) : Markup(words.words);
+}
+
+Markup Paragraph(const Markup& words) {
+    return Element("p", {}, words);
+}
+
 void HtmlTable::row(const std::vector<Markup>& cells, Attributes rowAttributes) {
     Markup content;
     for (std::size_t i = 0; i < mColumns.size(); ++i) {
         const char* const kind = ClassOf(mColumns[i].kind);
         const Markup cell = i < cells.size() ? cells[i] : Markup();
+        const std::string heading = mStacked ? mColumns[i].heading : "";
         content += i == 0 ? Element("th", {{"scope", "row"}, {"class", kind}}, cell)
-                          : Element("td", {{"class", kind}}, cell);
+                          : Element("td", {{"class", kind}, {"data-heading", heading}}, cell);
     }
     mRows += Element("tr", rowAttributes, content);
 }
@@ -186,7 +195,7 @@ Markup HtmlTable::markup() const {
     }
     return Element(
         "div", {{"class", "wide"}, {"role", "region"}, {"tabindex", "0"}, {"aria-label", mCaption}},
-        Element("table", {{"data-kind", mKind}},
+        Element("table", {{"class", mStacked ? "stacked" : ""}, {"data-kind", mKind}},
                 Element("caption", {}, mCaption) + Element("thead", {}, Element("tr", {}, headings)) +
                     Element("tbody", {}, mRows)));
 }

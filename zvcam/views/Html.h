@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "zvcam/views/Text.h"
+
 /// Pages that open from disk, in one file: elements, searchable tables, and the shell around them.
 namespace zvcam {
 
@@ -67,10 +69,11 @@ std::string IdOf(std::string_view text);
 /// @param isLong stays folded on paper too.
 Markup Folded(const Markup& summary, const Markup& content, bool isLong = false);
 
-/// How bad something is: a word and a mark, and a colour beside them.
-enum class Verdict { Good, Doubtful, Bad };
-/// "✗ LSC broken" for a bad one.
+/// Words with a mark and a colour: "✗ LSC broken" for bad ones.
 Markup Judged(Verdict verdict, const Markup& words);
+Markup Judged(const JudgedWords& words);
+
+Markup Paragraph(const Markup& words);
 
 /// A table. The first cell of each row is its heading. One that is searchable stands in a section itself, not
 /// deeper.
@@ -79,7 +82,7 @@ class HtmlTable {
     /// Numbers are set flush right, Code (an id, an offset) in a fixed width on one line, Values (which may
     /// be long) in a fixed width and broken anywhere.
     struct Column {
-        Markup heading;
+        std::string heading;
         enum class Kind { Text, Number, Code, Values } kind = Kind::Text;
     };
 
@@ -90,6 +93,13 @@ class HtmlTable {
     /// @param kind what a row is, "property": a search can be confined to one kind.
     HtmlTable& searchable(std::string kind) {
         mKind = std::move(kind);
+        return *this;
+    }
+
+    /// Makes a row stand as lines "heading: value" where the page is narrow: for tables whose rows are read by
+    /// themselves, and whose values mean nothing without their heading.
+    HtmlTable& stacked() {
+        mStacked = true;
         return *this;
     }
 
@@ -104,6 +114,7 @@ class HtmlTable {
     std::string mCaption;
     std::vector<Column> mColumns;
     std::string mKind;
+    bool mStacked = false;
     Markup mRows;
 };
 

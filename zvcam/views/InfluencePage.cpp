@@ -72,24 +72,19 @@ Markup Picture(const Influence& influence, const InputInfluence& of) {
                             Cells(range.bytes));
         }
     }
-    return Element(
-        "figure", {},
-        Element("svg",
-                {{"viewBox", "0 0 " + std::to_string(kRow) + " " + std::to_string(rows)},
-                 {"role", "img"},
-                 {"aria-label", "The bytes of " + of.input.name + "; the table names them"}},
-                shapes) +
-            Element(
-                "figcaption", {},
-                "A cell is a byte, a row 128 of them. Strong: what a few bytes do; medium: what many have in "
-                "common; faint: the log alone; empty: nothing."));
+    return Element("figure", {},
+                   Element("svg",
+                           {{"viewBox", "0 0 " + std::to_string(kRow) + " " + std::to_string(rows)},
+                            {"role", "img"},
+                            {"aria-label", "The bytes of " + of.input.name + "; the table names them"}},
+                           shapes));
 }
 
 Markup Ranges(const Influence& influence, const InputInfluence& of) {
     using Kind = HtmlTable::Column::Kind;
     HtmlTable table("What " + of.input.name + " reaches",
                     {{"bytes", Kind::Code}, {"count", Kind::Number}, {"what depends on them", Kind::Values}});
-    table.searchable("range");
+    table.searchable("range").stacked();
     if (of.without) {
         table.row({of.input.kind == Input::Kind::File ? "without it" : "other values", "",
                    Reached(influence.sets[*of.without])});
@@ -111,8 +106,11 @@ void WriteInfluencePage(std::ostream& out, const Influence& influence) {
                                   " with something changed each time."),
               .sections = {},
               .kinds = {{"range", "ranges"}}};
+    page.lead += Paragraph("In the pictures a cell is a byte, a row " + std::to_string(kRow) +
+                           " of them. Strong: what a few bytes do; medium: what many have in common; faint: "
+                           "the log alone; empty: nothing.");
     if (!influence.complete) {
-        page.lead += Element("p", {}, Judged(Verdict::Bad, "Incomplete: the search was stopped."));
+        page.lead += Paragraph(Judged(Verdict::Bad, "Incomplete: the search was stopped."));
     }
     for (const InputInfluence& of : influence.inputs) {
         const Markup picture = of.input.size == 0 ? Markup() : Picture(influence, of);

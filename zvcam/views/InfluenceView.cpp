@@ -130,7 +130,7 @@ nlohmann::ordered_json EffectsJson(const Effects& effects) {
                     {{"device", effect.name}, {"tag", HexNumber(effect.tag)}, {"name", TagName(effect.tag)}});
                 break;
             case Kind::HandOver:
-                list.push_back({{"thirdCalibration", std::stoi(effect.name) - 1}});
+                list.push_back({{"thirdCalibration", effect.handOver}});
                 break;
             case Kind::Log:
                 list.push_back({{"log", effect.name}});
@@ -164,7 +164,7 @@ std::vector<std::string> EffectTexts(const Effects& effects, bool logToo) {
                 texts.push_back("device " + effect.name);
                 break;
             case Kind::HandOver:
-                texts.push_back("third calibration hand-over " + effect.name);
+                texts.push_back("third calibration hand-over " + std::to_string(effect.handOver + 1));
                 break;
             case Kind::Tag:
                 tags[effect.tag].push_back(effect.name);

@@ -77,18 +77,26 @@ std::vector<std::string> HexLines(std::span<const std::uint8_t> bytes) {
 }
 
 PageSection Files(const record::BootRecord& boot) {
-    HtmlTable table("Files that were created or changed", {{"path", Column::Kind::Values},
-                                                           {"bytes", Column::Kind::Number},
-                                                           {"mode", Column::Kind::Code},
-                                                           {"content", Column::Kind::Values}});
+    HtmlTable table("Files that were written", {{"path", Column::Kind::Values},
+                                                {"bytes", Column::Kind::Number},
+                                                {"mode", Column::Kind::Code},
+                                                {"content", Column::Kind::Values},
+                                                {"result"}});
     table.searchable("file");
-    for (const record::ChangedFile& file : boot.files) {
-        const std::string text = BlobText(file.bytes);
+    const auto add = [&](const record::ChangedFile& file, const char* result) {
+        const BlobGlance glance = GlanceAt(file.bytes);
         table.row({file.path, std::to_string(file.bytes.size()), ModeText(file.mode),
-                   text.ends_with(" more") ? Folded(text, Preformatted(HexLines(file.bytes)), true)
-                                           : Markup(text)});
+                   glance.whole ? Markup(glance.text)
+                                : Folded(glance.text, Preformatted(HexLines(file.bytes)), true),
+                   result});
+    };
+    for (const record::ChangedFile& file : boot.files) {
+        add(file, "created or changed");
     }
-    return Section("files", "Files", boot.files.size(), table);
+    for (const record::ChangedFile& file : boot.rewritten) {
+        add(file, "as before the boot");
+    }
+    return Section("files", "Files", boot.files.size() + boot.rewritten.size(), table);
 }
 
 PageSection Tags(const record::BootRecord& boot, const std::vector<analysis::Device>& devices) {

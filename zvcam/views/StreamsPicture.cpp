@@ -21,10 +21,10 @@ using analysis::OfferedStream;
 constexpr double kMostWidth = 200;
 constexpr double kMostHeight = 170;
 
-/// Area, width and height. A list may hold any numbers: as areas they are only compared.
+/// Area, width and height.
 using Size = std::tuple<double, std::int64_t, std::int64_t>;
 Size SizeOf(const analysis::StreamRow& row) {
-    return {static_cast<double>(row.width) * static_cast<double>(row.height), row.width, row.height};
+    return {analysis::AreaOf(row), row.width, row.height};
 }
 
 std::string SizeText(const Size& size) {

@@ -58,7 +58,6 @@ void PrintStreams(std::ostream& out, const analysis::Device& device, std::option
 
 void PrintStreamOverview(std::ostream& out, const std::vector<analysis::Device>& devices,
                          std::optional<std::int64_t> format) {
-    const auto area = [](const analysis::StreamRow& row) { return row.width * row.height; };
     std::set<std::int64_t> formats;
     for (const analysis::Device& device : devices) {
         for (const analysis::OfferedStream& stream : StreamsOf(device, format)) {
@@ -75,7 +74,7 @@ void PrintStreamOverview(std::ostream& out, const std::vector<analysis::Device>&
         std::map<std::int64_t, std::size_t> counts;
         for (const analysis::OfferedStream& stream : StreamsOf(device, format)) {
             ++counts[stream.row.format];
-            largest = area(stream.row) > area(largest) ? stream.row : largest;
+            largest = analysis::AreaOf(stream.row) > analysis::AreaOf(largest) ? stream.row : largest;
         }
         std::vector<std::string>& row =
             table.row({analysis::DeviceNumber(device.logicalIndex, device.memberId), Printable(device.name),

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cstdio>
 #include <ostream>
+#include <utility>
 
 #include "analysis/TagContents.h"
 #include "tables/PublishedTags.h"
@@ -61,17 +62,24 @@ std::string NearWords(const std::vector<std::string>& names) {
     return names.empty() ? "" : (names.size() == 1 ? "; near is " : "; near are ") + Listed(quoted);
 }
 
-std::string BlobText(std::span<const std::uint8_t> bytes) {
+BlobGlance GlanceAt(std::span<const std::uint8_t> bytes) {
     std::string text = Counted(bytes.size(), "byte");
     const analysis::BlockContent content = analysis::ContentOf(bytes);
     if (content.filledWith && bytes.size() > kShownBytes) {
-        return text + " of " + HexNumber(*content.filledWith);
+        return {.text = text + " of " + HexNumber(*content.filledWith), .whole = true};
     }
     const std::size_t shown = std::min(bytes.size(), kShownBytes);
     for (std::size_t i = 0; i < shown; ++i) {
         text += (i == 0 ? ": " : " ") + formats::UpperHex(bytes.subspan(i, 1));
     }
-    return shown < bytes.size() ? text + " and " + std::to_string(bytes.size() - shown) + " more" : text;
+    if (shown == bytes.size()) {
+        return {.text = std::move(text), .whole = true};
+    }
+    return {.text = text + " and " + std::to_string(bytes.size() - shown) + " more", .whole = false};
+}
+
+std::string BlobText(std::span<const std::uint8_t> bytes) {
+    return GlanceAt(bytes).text;
 }
 
 std::string Milliseconds(std::int64_t nanoseconds) {

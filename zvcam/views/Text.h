@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -34,15 +35,37 @@ std::string Listed(const std::vector<std::string>& texts);
 /// "; near are \"a\" and \"b\"", to go behind a complaint about a name; empty where none is.
 std::string NearWords(const std::vector<std::string>& names);
 
-/// What a blob is at a glance: "4096 bytes of 0x15", "216 bytes: 00 00 00 40 ... and 200 more".
+/// What a blob is at a glance.
+struct BlobGlance {
+    std::string text;  ///< "4096 bytes of 0x15", "216 bytes: 00 00 00 40 ... and 200 more"
+    bool whole;        ///< the text says every byte
+};
+BlobGlance GlanceAt(std::span<const std::uint8_t> bytes);
+/// Its text alone.
 std::string BlobText(std::span<const std::uint8_t> bytes);
 
 /// Nanoseconds as milliseconds: "33.333".
 std::string Milliseconds(std::int64_t nanoseconds);
 
+/// How bad something is.
+enum class Verdict { Good, Doubtful, Bad };
+
+/// Words that judge: a terminal paints them, a page marks them.
+struct JudgedWords {
+    std::string words;
+    std::optional<Verdict> verdict = {};  ///< none: neither good nor bad
+};
+
 /// What a terminal can show.
 struct Style {
     bool colour = false;
+
+    std::string judged(Verdict verdict, std::string_view text) const {
+        return verdict == Verdict::Good ? good(text) : verdict == Verdict::Bad ? bad(text) : doubtful(text);
+    }
+    std::string judged(const JudgedWords& words) const {
+        return words.verdict ? judged(*words.verdict, words.words) : words.words;
+    }
 
     std::string bad(std::string_view text) const { return painted("31", text); }
     std::string doubtful(std::string_view text) const { return painted("33", text); }

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "zvcam/views/DiagnosisView.h"
+#include "zvcam/views/DiagnosisWords.h"
 #include "zvcam/views/LogView.h"
 #include "zvcam/views/MetadataView.h"
 

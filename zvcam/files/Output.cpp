@@ -1,15 +1,16 @@
-#include "zvcam/commands/Output.h"
+#include "zvcam/files/Output.h"
 
-#include <array>
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
-#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+
+#include "virtualphone/InputFile.h"
 
 namespace zvcam {
 
@@ -27,11 +28,6 @@ void PrintTo(std::ostream& out, const std::string& name, const Print& print) {
     if (!out.flush()) {
         ThrowUnwritable(name, errno);
     }
-}
-
-std::string_view Environment(const char* name) {
-    const char* const value = std::getenv(name);
-    return value == nullptr ? "" : value;
 }
 
 }  // namespace
@@ -71,6 +67,15 @@ fs::perms NewFilePermissions() {
 
 void PrintOut(const Print& print) {
     PrintTo(std::cout, "standard output", print);
+}
+
+std::vector<std::uint8_t> ReadFile(const std::string& file, std::string_view expected) {
+    virtualphone::FileContent content = virtualphone::ReadInput(file);
+    if (!content.error.empty()) {
+        throw std::runtime_error(virtualphone::InputName(file) + ": expected " + std::string(expected) +
+                                 ", got " + content.instead());
+    }
+    return std::move(content.bytes);
 }
 
 void WriteFile(const std::string& path, const Print& print) {
@@ -120,11 +125,33 @@ void CheckIsNoInput(const std::string& path, const std::vector<fs::path>& inputs
     }
 }
 
-Style OutputStyle() {
-    const std::string_view noColour = Environment("NO_COLOR");
-    const std::string_view terminal = Environment("TERM");
-    return {.colour =
-                noColour.empty() && !terminal.empty() && terminal != "dumb" && isatty(STDOUT_FILENO) == 1};
+void CheckIsNew(const fs::path& path, bool force) {
+    std::error_code error;
+    if (path != "-" && fs::is_directory(path, error)) {
+        throw std::runtime_error("cannot write " + path.string() + ": expected a file, got a folder");
+    }
+    // A pipe or a device stays one.
+    if (!force && path != "-" && fs::exists(fs::symlink_status(path, error)) &&
+        !fs::is_other(fs::status(path, error))) {
+        throw std::runtime_error("cannot write " + path.string() + ": it exists; --force replaces it");
+    }
+}
+
+void CheckOutputs(const std::vector<std::string>& outputs, const std::vector<std::string>& inputs,
+                  bool force) {
+    for (auto output = outputs.begin(); output != outputs.end(); ++output) {
+        if (output->empty()) {
+            continue;
+        }
+        CheckIsNoInput(*output, {inputs.begin(), inputs.end()});
+        if (std::any_of(outputs.begin(), output, [&](const std::string& other) {
+                return !other.empty() &&
+                       fs::absolute(other).lexically_normal() == fs::absolute(*output).lexically_normal();
+            })) {
+            throw std::runtime_error("cannot write " + *output + ": another output goes there");
+        }
+        CheckIsNew(*output, force);
+    }
 }
 
 }  // namespace zvcam

@@ -1,4 +1,4 @@
-#include "zvcam/commands/PhoneFolder.h"
+#include "zvcam/files/PhoneFolder.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -14,8 +14,7 @@
 #include "supervisor/EndOnSignal.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
-#include "zvcam/commands/Files.h"
-#include "zvcam/commands/Output.h"
+#include "zvcam/files/Output.h"
 
 namespace zvcam {
 
@@ -165,7 +164,10 @@ void WritePhone(const fs::path& path, const virtualphone::PhoneDescription& phon
     const fs::path folder = SideFolderOf(path);
     const fs::path folderName = folder.filename();
     CheckIsNew(path, force);
-    CheckIsNew(folder, force);
+    std::error_code error;
+    if (!force && fs::exists(fs::symlink_status(folder, error))) {
+        throw std::runtime_error("cannot write " + folder.string() + ": it exists; --force replaces it");
+    }
     SideFolder sideFolder(folder);
     virtualphone::SideFiles names;
     for (const auto& [phonePath, bytes] : phone.files) {

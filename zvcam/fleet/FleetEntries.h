@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "virtualphone/PhoneDescription.h"
-#include "zvcam/commands/PhoneFolder.h"
+#include "zvcam/files/PhoneFolder.h"
 
 namespace zvcam {
 

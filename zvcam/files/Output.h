@@ -1,16 +1,22 @@
 #pragma once
 
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "supervisor/EndOnSignal.h"
-#include "zvcam/views/Text.h"
 
 namespace zvcam {
+
+/// The bytes of a file, or of "-".
+/// @param expected what it should be, for the message.
+/// @throws std::runtime_error for one that cannot be read.
+std::vector<std::uint8_t> ReadFile(const std::string& file, std::string_view expected);
 
 using Print = std::function<void(std::ostream&)>;
 
@@ -55,7 +61,15 @@ std::filesystem::perms NewFilePermissions();
 /// @throws std::runtime_error when `path` leads to one of them, or one of them lies there.
 void CheckIsNoInput(const std::string& path, const std::vector<std::filesystem::path>& inputs);
 
-/// What standard output can show: colour on a terminal, unless NO_COLOR or what TERM says is against it.
-Style OutputStyle();
+/// Refuses to replace a folder, and without `force` a file.
+/// @throws std::runtime_error when something exists at `path`.
+void CheckIsNew(const std::filesystem::path& path, bool force);
+
+/// Refuses outputs that nobody can mean: an input, the same file twice, or, without `force`, a file that
+/// exists.
+/// @param outputs empty names are passed over.
+/// @throws std::runtime_error
+void CheckOutputs(const std::vector<std::string>& outputs, const std::vector<std::string>& inputs,
+                  bool force);
 
 }  // namespace zvcam

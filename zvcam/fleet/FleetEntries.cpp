@@ -1,4 +1,4 @@
-#include "zvcam/commands/FleetEntries.h"
+#include "zvcam/fleet/FleetEntries.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +12,7 @@
 #include "analysis/DevicePull.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/PhoneFile.h"
+#include "zvcam/files/BootSource.h"
 
 namespace zvcam {
 
@@ -167,9 +168,12 @@ virtualphone::PhoneDescription ReadFleetPhone(const fs::path& path, const LikePh
     if (!content.error.empty()) {
         throw std::runtime_error("expected a phone file or a folder, got " + content.error);
     }
-    return virtualphone::ParsePhone(
-        {reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size()}, path.parent_path(),
-        "phone file");
+    const std::string_view text(reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size());
+    if (IsReport(text)) {
+        throw std::runtime_error("expected a phone file or a folder, got the report of a boot");
+    }
+    // The path stands beside the message, and would only keep equal messages apart.
+    return virtualphone::ParsePhone(text, path.parent_path(), "phone file");
 }
 
 }  // namespace zvcam
