@@ -1,11 +1,14 @@
 #include <algorithm>
 #include <csignal>
 #include <exception>
+#include <fcntl.h>
 #include <functional>
 #include <iostream>
 #include <new>
 #include <string>
 #include <string_view>
+#include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -66,9 +69,23 @@ int Main(int argc, char** argv) {
     return chosen();
 }
 
+/// Keeps the number of a standard stream that is closed from the next file that is opened, into which would
+/// go what is printed. It stays one that can be neither read nor written.
+void HoldClosedStreams() {
+    const std::pair<int, int> streams[] = {
+        {STDIN_FILENO, O_WRONLY}, {STDOUT_FILENO, O_RDONLY}, {STDERR_FILENO, O_RDONLY}};
+    for (const auto& [number, otherWay] : streams) {
+        if (fcntl(number, F_GETFD) < 0) {
+            // The lowest free number is that one.
+            open("/dev/null", otherWay);
+        }
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    HoldClosedStreams();
     // Whoever started this program may ignore it, and then nobody could tell how a boot ended.
     std::signal(SIGCHLD, SIG_DFL);
     try {

@@ -289,13 +289,12 @@ TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
     std::filesystem::create_directory(file("other"));
     ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
     write("list",
-          "phone.json\ncut.json\r\n\nwrong.json\nmissing.json\nother\npipe\n-\nreport.json\npulled/./unit7/"
-          "\n.//"
-          "phone.json\n");
+          "phone.json\ncut.json\r\n\nwrong.json\nmissing.json\nother\npipe\n-\nreport.json\npulled/./unit7/\n"
+          ".//phone.json\npulled/unit8\n");
     const Result result = run("list", "fleet.sqlite");
     EXPECT_EQ(result.exitCode, 0);
-    EXPECT_THAT(result.out,
-                AllOf(StartsWith("9 phones in "), HasSubstr("; repeated in the list: 1; 7 cannot be read.")));
+    EXPECT_THAT(result.out, AllOf(StartsWith("10 phones in "),
+                                  HasSubstr("; repeated in the list: 1; 8 cannot be read.")));
     EXPECT_EQ(result.error, "");
     Lines lines;
     zvcam::Database database = zvcam::OpenFleet(file("fleet.sqlite"));
@@ -307,15 +306,19 @@ TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
     const std::string none = "|phone file||unread|expected a phone file or a folder, got ";
     EXPECT_EQ(
         lines,
-        Lines({"-" + none + "No such file or directory",
-               "cut.json|phone file||unread|phone file: expected JSON, got line 1, column 2: syntax error "
-               "while parsing object key - unexpected end of input; expected string literal",
-               "missing.json" + none + "No such file or directory",
-               "other|pulled folder||unread|there is no EEPROM dump, no camera folder and no getprop "
-               "output in it",
-               "phone.json|phone file|small|returned|", "pipe" + none + "neither a file nor a folder",
-               "pulled/unit7|pulled folder|unit7|returned|", "report.json" + none + "the report of a boot",
-               "wrong.json|phone file||unread|phone file: /sensors: expected an array, got 7"}));
+        Lines(
+            {"-" + none + "No such file or directory",
+             "cut.json|phone file||unread|phone file: expected JSON, got line 1, column 2: syntax error "
+             "while parsing object key - unexpected end of input; expected string literal",
+             "missing.json" + none + "No such file or directory",
+             "other|pulled folder||unread|there is no EEPROM dump, no camera folder and no getprop "
+             "output in it",
+             "phone.json|phone file|small|returned|", "pipe" + none + "neither a file nor a folder",
+             "pulled/unit7|pulled folder|unit7|returned|",
+             "pulled/unit8|pulled folder||unread|pulled folder/vendor/etc/camera/large: expected a file that "
+             "can be read, got more than 67108864 bytes",
+             "report.json" + none + "the report of a boot",
+             "wrong.json|phone file||unread|phone file: /sensors: expected an array, got 7"}));
 }
 
 TEST_F(FleetCommand, FolderIsSearched) {

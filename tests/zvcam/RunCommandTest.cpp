@@ -328,6 +328,11 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
         {kFake + "--json '" FAKE_PLUGIN "'", "zvcam: cannot write " FAKE_PLUGIN ": the run reads it\n"},
         {"run side.json --json ./side", "zvcam: cannot write ./side: the run reads it\n"},
         {kFake + ">/dev/full", "zvcam: cannot write standard output: No space left on device\n"},
+        {kFake + ">&-", "zvcam: cannot write standard output: Bad file descriptor\n"},
+        {kFake + "--json kept.json >&-", "zvcam: cannot write standard output: Bad file descriptor\n"},
+        {"run - <&-",
+         "zvcam: standard input: expected a phone file or a report, got nothing that can be read (Bad file "
+         "descriptor)\n"},
         {kFake + "--json - >/dev/full", "zvcam: cannot write standard output: No space left on device\n"},
         {"run --help >/dev/full", "zvcam: cannot write standard output: No space left on device\n"},
         {"run phone.json --timeout 1e9",
