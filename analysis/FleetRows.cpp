@@ -8,6 +8,7 @@
 
 #include "analysis/Diagnosis.h"
 #include "analysis/LogWords.h"
+#include "record/EndingNames.h"
 #include "tables/EepromLayouts.h"
 
 namespace analysis {
@@ -232,11 +233,6 @@ enum Table : std::size_t {
     ErrorLinesTable
 };
 
-const char* EndedName(record::Ended::How how) {
-    constexpr std::array<const char*, 5> kNames = {"returned", "threw", "signal", "exited", "timeout"};
-    return kNames[static_cast<std::size_t>(how)];
-}
-
 Cells PhoneCells(const FleetEntry& entry, const Boot& boot, const Diagnosis& diagnosis) {
     const record::Ended ended = boot.record.ended.value_or(record::Ended());
     const auto count = [](std::size_t number) { return static_cast<std::int64_t>(number); };
@@ -248,7 +244,7 @@ Cells PhoneCells(const FleetEntry& entry, const Boot& boot, const Diagnosis& dia
     return {entry.path,
             entry.pulledFolder ? "pulled folder" : "phone file",
             boot.record.phone,
-            EndedName(ended.how),
+            record::EndingName(ended.how),
             ended.returned() ? FleetCell() : FleetCell(record::EndText(ended)),
             TextOrNothing(ended.step),
             boot.record.plugin ? TextOrNothing(boot.record.plugin->buildId) : FleetCell(),

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "formats/Hex.h"
+#include "record/EndingNames.h"
 #include "record/internal/ReportJson.h"
 #include "tables/PublishedTags.h"
 
@@ -142,7 +143,7 @@ void PutTag(std::string& out, const Tag& tag) {
 
 void PutEnd(std::string& out, const Ended& ended) {
     Lines lines(2);
-    Put(lines.next("how"), kEndings[static_cast<std::size_t>(ended.how)]);
+    Put(lines.next("how"), EndingName(ended.how));
     switch (ended.how) {
         case Ended::How::Signal:
             Put(lines.next("signal"), SignalName(ended.signal));

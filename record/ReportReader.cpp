@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "record/EndingNames.h"
 #include "record/Report.h"
 #include "record/internal/ReportEvents.h"
 #include "record/internal/ReportNode.h"
@@ -47,7 +48,7 @@ std::vector<ChangedFile> ReadFiles(const ReportNode& node) {
 Ended ReadEnded(const ReportNode& node) {
     const ReportObject members(node, {"how", "signal", "status", "seconds", "step"});
     Ended ended;
-    ended.how = static_cast<Ended::How>(members.at("how").choice(kEndings));
+    ended.how = static_cast<Ended::How>(members.at("how").choice(kEndingNames));
     if (ended.how == Ended::How::Signal) {
         const ReportNode& name = members.at("signal");
         ended.signal = 1;

@@ -44,7 +44,7 @@ struct PoolResult {
 /// A caller that wants whole records back has the work return `record::RecordBytes` and reads the text with
 /// `record::ReadRecordBytes`.
 ///
-/// With an `EndOnSignal`, SIGINT, SIGTERM and SIGHUP stop the pool; the program ends as the signal would have
+/// With an `EndOnSignal`, an ending signal stops the pool; the program ends as the signal would have
 /// ended it when the pool is destroyed, so what the caller still wants to say of the boots that are done it
 /// says before. No other thread should be at work while a pool lives.
 class BootPool {

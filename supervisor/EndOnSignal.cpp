@@ -13,13 +13,31 @@ namespace supervisor {
 
 namespace {
 
-constexpr std::array kEndingSignals = {SIGINT, SIGTERM, SIGHUP};
+/// What ends a program unless it says otherwise: people, timers, limits, and a pipe that nobody reads.
+constexpr std::array kEndingSignals = {SIGHUP,  SIGINT,  SIGQUIT, SIGPIPE,   SIGALRM, SIGTERM,
+                                       SIGUSR1, SIGUSR2, SIGXCPU, SIGVTALRM, SIGPROF};
 
 // A signal handler is a plain function, so it finds what it needs here.
 std::atomic<int> gPending = 0;  ///< the first signal that arrived
 std::atomic<int> gBoots = 0;    ///< in progress
 std::atomic<int> gEvent = -1;
+
+/// Signals whose handling is this program's to change, and was changed.
 std::array<bool, kEndingSignals.size()> gHandled;
+bool gIgnoresLargeFiles = false;
+
+/// Changes what a signal does unless the program has said already what it does.
+bool Handle(int signal, void (*handler)(int)) {
+    struct sigaction action {};
+    sigaction(signal, nullptr, &action);
+    if (action.sa_handler != SIG_DFL) {
+        return false;
+    }
+    action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    return sigaction(signal, &action, nullptr) == 0;
+}
 
 void EndAs(int signal) {
     std::signal(signal, SIG_DFL);
@@ -31,7 +49,7 @@ void EndAs(int signal) {
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
 }
 
-void Handle(int signal) {
+void EndWhenNoBootRuns(int signal) {
     const int formerError = errno;
     int none = 0;
     gPending.compare_exchange_strong(none, signal);
@@ -51,16 +69,9 @@ EndOnSignal::EndOnSignal() {
         throw std::system_error(errno, std::generic_category(), "cannot make an event");
     }
     for (std::size_t i = 0; i < kEndingSignals.size(); ++i) {
-        struct sigaction action {};
-        sigaction(kEndingSignals[i], nullptr, &action);
-        gHandled[i] = action.sa_handler == SIG_DFL;
-        if (gHandled[i]) {
-            action = {};
-            action.sa_handler = Handle;
-            action.sa_flags = SA_RESTART;
-            sigaction(kEndingSignals[i], &action, nullptr);
-        }
+        gHandled[i] = Handle(kEndingSignals[i], EndWhenNoBootRuns);
     }
+    gIgnoresLargeFiles = Handle(SIGXFSZ, SIG_IGN);
 }
 
 EndOnSignal::~EndOnSignal() {
@@ -68,6 +79,9 @@ EndOnSignal::~EndOnSignal() {
         if (gHandled[i]) {
             std::signal(kEndingSignals[i], SIG_DFL);
         }
+    }
+    if (gIgnoresLargeFiles) {
+        std::signal(SIGXFSZ, SIG_DFL);
     }
     close(gEvent.exchange(-1));
 }

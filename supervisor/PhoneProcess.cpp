@@ -1,5 +1,6 @@
 #include "supervisor/internal/PhoneProcess.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -98,7 +99,9 @@ struct Told {
 Told TakeMessages(const SharedLog& log, record::BootRecord& boot) {
     Told told;
     bool damaged = false;
-    boot.events.reserve(log.count());
+    // The writer's count is a hint: it may have been overwritten.
+    constexpr std::size_t kUsualEvents = 65536;
+    boot.events.reserve(std::min(log.count(), kUsualEvents));
     const SharedLog::End end = log.read([&](std::span<const std::uint8_t> message) {
         const auto kind = message.empty() ? Message{0xFF} : static_cast<Message>(message[0]);
         const auto body = message.empty() ? message : message.subspan(1);
@@ -137,11 +140,10 @@ Told TakeMessages(const SharedLog& log, record::BootRecord& boot) {
                 damaged = true;
         }
     });
-    if (end.lost > 0) {
-        boot.troubles.push_back("the record is full: " + std::to_string(end.lost) + " later events are lost");
-    }
     if (damaged || end.damaged) {
         boot.troubles.push_back("the record is damaged: the plug-in has written into it");
+    } else if (end.lost > 0) {
+        boot.troubles.push_back("the record is full: " + std::to_string(end.lost) + " later events are lost");
     }
     return told;
 }

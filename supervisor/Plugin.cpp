@@ -10,6 +10,7 @@
 #include <link.h>
 #include <new>
 #include <span>
+#include <system_error>
 
 #include "formats/Hex.h"
 #include "virtualphone/InputFile.h"
@@ -97,7 +98,11 @@ void Plugin::Unload::operator()(void* handle) const {
 }
 
 std::filesystem::path Plugin::DefaultLibrary() {
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (error) {
+        throw PluginError("the plug-in beside this program cannot be found without /proc: expected its path");
+    }
     return program.parent_path().parent_path() / "lib" / "libcameraplatforminfozelvan.so";
 }
 

@@ -20,6 +20,7 @@ class PluginError : public std::runtime_error {
 class Plugin {
   public:
     /// The plug-in that belongs to this program: ../lib of the program's folder.
+    /// @throws PluginError where the system does not tell what that is.
     static std::filesystem::path DefaultLibrary();
 
     /// The build id of a plug-in that nobody loads, as `identity` has it.

@@ -42,9 +42,11 @@ class Witness final : public record::EventSink {
     std::atomic<bool> mSaw = false;
 };
 
-bool HasThreads() {
+/// Whether there are threads beside this one, or nobody knows.
+bool MayHaveThreads() {
     std::error_code error;
-    return std::distance(std::filesystem::directory_iterator("/proc/self/task", error), {}) > 1;
+    const std::filesystem::directory_iterator threads("/proc/self/task", error);
+    return error || std::distance(threads, {}) > 1;
 }
 
 /// Longest message of the loader that is passed on, in bytes.
@@ -77,21 +79,25 @@ std::optional<Plugin> Load(int bell, const std::filesystem::path& library,
         answer[0] = static_cast<char>(Loaded::NoPlugin);
         answer += error.what();
     }
-    if (plugin && (witness.saw() || HasThreads())) {
+    if (plugin && (witness.saw() || MayHaveThreads())) {
         answer[0] = static_cast<char>(Loaded::WithTraces);
     }
     Say(bell, std::string_view(answer).substr(0, kLongestAnswer));
     return plugin;
 }
 
-/// The fork becomes a phone.
-[[noreturn]] void BecomePhone(pid_t supervisor, std::optional<Plugin>& plugin, const SharedLog& phones,
-                              const virtualphone::DeviceFiles& files, SharedLog& log) {
+/// The fork becomes a phone. It answers itself, before anything of the plug-in runs that may end or stop the
+/// server.
+[[noreturn]] void BecomePhone(int bell, pid_t supervisor, std::optional<Plugin>& plugin,
+                              const SharedLog& phones, const virtualphone::DeviceFiles& files,
+                              SharedLog& log) {
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != supervisor) {
         _exit(1);
     }
+    Say(bell, std::to_string(getpid()));
+    close(bell);
     std::optional<FaultyPhone> phone;
     phones.read([&phone](std::span<const std::uint8_t> bytes) { phone = ReadPhone(bytes); });
     if (!phone) {
@@ -110,10 +116,11 @@ std::optional<Plugin> Load(int bell, const std::filesystem::path& library,
         // The server's sibling: a child of the supervisor, who can wait for it.
         const auto phone = static_cast<pid_t>(syscall(SYS_clone, CLONE_PARENT | SIGCHLD, 0, 0, 0, 0));
         if (phone == 0) {
-            close(bell);
-            BecomePhone(supervisor, plugin, phones, files, log);
+            BecomePhone(bell, supervisor, plugin, phones, files, log);
         }
-        Say(bell, std::to_string(phone));
+        if (phone < 0) {
+            Say(bell, "none");
+        }
     }
     _exit(0);
 }
@@ -152,7 +159,7 @@ std::unique_ptr<PluginServer> PluginServer::Start(const std::filesystem::path& l
     if (answer.empty() || static_cast<Loaded>(answer[0]) != Loaded::Well) {
         return nullptr;
     }
-    return std::make_unique<PluginServer>(std::move(phones), std::move(bell), std::move(server));
+    return std::make_unique<PluginServer>(std::move(phones), std::move(bell), std::move(server), timeout);
 }
 
 std::optional<Child> PluginServer::boot(const virtualphone::PhoneDescription& phone,
@@ -160,9 +167,12 @@ std::optional<Child> PluginServer::boot(const virtualphone::PhoneDescription& ph
     mBytes.clear();
     AppendPhone(mBytes, phone, failing);
     mPhones->clear();
-    mPhones->append(mBytes, 0);
-    if (mPhones->count() == 0 || !Say(mBell.get(), "boot")) {
+    if (!mPhones->append(mBytes, 0) || !Say(mBell.get(), "boot")) {
         return std::nullopt;
+    }
+    if (!WaitFor(mBell.get(), mTimeout)) {
+        // What a server that was stopped has begun still answers; else nobody is left who could.
+        mServer.end();
     }
     const std::string answer = Hear(mBell.get());
     pid_t id = -1;

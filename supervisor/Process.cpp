@@ -26,8 +26,7 @@ void LeaveTheProgram(pid_t program) {
     if (getppid() != program) {
         _exit(1);
     }
-    for (const int signal :
-         {SIGINT, SIGTERM, SIGHUP, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGSYS, SIGTRAP}) {
+    for (int signal = 1; signal < SIGRTMIN; ++signal) {
         std::signal(signal, SIG_DFL);
     }
     const int nothing = open("/dev/null", O_RDWR);
@@ -109,6 +108,8 @@ int Child::end() {
 void Child::askToEnd() const {
     if (mId > 0) {
         kill(mId, SIGTERM);
+        // A stopped process would take no notice.
+        kill(mId, SIGCONT);
     }
 }
 

@@ -40,17 +40,19 @@ SharedLog::SharedLog(std::size_t capacity) : mSize(capacity + sizeof(Head)), mMe
     std::construct_at(static_cast<Head*>(mMemory.get()));
 }
 
-void SharedLog::append(std::span<const std::uint8_t> message, std::size_t spare) {
+bool SharedLog::append(std::span<const std::uint8_t> message, std::size_t spare) {
     const auto size = static_cast<std::uint32_t>(message.size());
-    const std::uint64_t used = head().used;
-    if (message.size() + sizeof size + spare > room() - used) {
+    // Asked for once: another process may change it.
+    const std::size_t before = used();
+    if (message.size() + sizeof size + spare > room() - before) {
         ++head().lost;
-        return;
+        return false;
     }
-    std::memcpy(messages() + used, &size, sizeof size);
-    std::memcpy(messages() + used + sizeof size, message.data(), size);
-    head().used = used + sizeof size + size;
+    std::memcpy(messages() + before, &size, sizeof size);
+    std::memcpy(messages() + before + sizeof size, message.data(), size);
+    head().used = before + sizeof size + size;
     ++head().count;
+    return true;
 }
 
 void SharedLog::clear() {

@@ -10,7 +10,7 @@ namespace tables {
 
 namespace {
 
-constexpr std::array<PublishedFile, 3> kTable = {{
+constexpr std::array<PublishedFile, 3> kFiles = {{
     {kDualCameraPairs[0].dumpPath, false, operation::DualCameraDataDumpFile,
      "calibration block of wide and ultra-wide; from a persist file whose fuse ids match, or from the golden "
      "file"},
@@ -19,7 +19,7 @@ constexpr std::array<PublishedFile, 3> kTable = {{
     {kEepromDumpPath, true, operation::DumpEepromRawData,
      "a module's memory, `0x0010 = 0xa5` a line; only when a property asks for it"},
 }};
-static_assert(kTable.size() == kDualCameraPairs.size() + 1);
+static_assert(kFiles.size() == kDualCameraPairs.size() + 1);
 
 bool Names(const PublishedFile& row, std::string_view path) {
     if (!row.perRole) {
@@ -35,13 +35,13 @@ bool Names(const PublishedFile& row, std::string_view path) {
 }  // namespace
 
 std::span<const PublishedFile> PublishedFiles() {
-    return kTable;
+    return kFiles;
 }
 
 const PublishedFile* FindPublishedFile(std::string_view path) {
-    const auto* const found = std::find_if(kTable.begin(), kTable.end(),
+    const auto* const found = std::find_if(kFiles.begin(), kFiles.end(),
                                            [=](const PublishedFile& row) { return Names(row, path); });
-    return found == kTable.end() ? nullptr : found;
+    return found == kFiles.end() ? nullptr : found;
 }
 
 }  // namespace tables

@@ -45,18 +45,18 @@ constexpr std::array<PublishedProperty, kCount> MakeTable() {
     return table;
 }
 
-constexpr std::array<PublishedProperty, kCount> kTable = MakeTable();
+constexpr std::array<PublishedProperty, kCount> kProperties = MakeTable();
 
 }  // namespace
 
 std::span<const PublishedProperty> PublishedProperties() {
-    return kTable;
+    return kProperties;
 }
 
 const PublishedProperty* FindPublishedProperty(std::string_view name) {
-    const auto* const found = std::find_if(kTable.begin(), kTable.end(),
+    const auto* const found = std::find_if(kProperties.begin(), kProperties.end(),
                                            [=](const PublishedProperty& row) { return name == row.name; });
-    return found == kTable.end() ? nullptr : found;
+    return found == kProperties.end() ? nullptr : found;
 }
 
 }  // namespace tables

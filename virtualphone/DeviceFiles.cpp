@@ -28,9 +28,6 @@ constexpr const char* kCameraDataFolder = "/data/vendor/camera";
 constexpr fs::perms kLaidMode =
     fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read;
 
-/// What boots have put under a root, each path with a zero byte behind it.
-constexpr const char* kList = "/.virtualphone";
-
 /// The clock of file times may stand still for so long: what is written twice meanwhile has one time.
 constexpr std::chrono::milliseconds kClockStep{10};
 
@@ -137,7 +134,10 @@ void DeviceFiles::layAll(const Contents& files) {
         lay(path, bytes);
         paths.push_back(path);
     }
-    list(paths);
+    if (const std::error_code error = list(paths)) {
+        FailRoot(mRoot, std::string(kFileList) +
+                            ", its list of what boots put there, cannot be written: " + error.message());
+    }
     // What cannot be read is foreign, and said after the run only if it changed.
     std::vector<std::string> ignored;
     mAtStart = readTree(ignored);
@@ -218,7 +218,7 @@ DeviceFiles::Tree DeviceFiles::readTree(std::vector<std::string>& troubles) cons
                 folders.push_back(entry->path());
                 tree.folders[phonePath] = mode;
             } else if (fs::is_regular_file(status)) {
-                if (phonePath == kList && mUse != Root::Fresh) {
+                if (phonePath == kFileList && mUse != Root::Fresh) {
                     continue;
                 }
                 FileContent content = ReadWholeFile(path, /*regularOnly=*/true);
@@ -269,12 +269,15 @@ DeviceFiles::Traces DeviceFiles::tell(record::BootRecord& boot) const {
         }
     }
     traces.more |= stayed < mAtStart.files.size();
-    list(traces.files);
+    if (const std::error_code error = list(traces.files)) {
+        boot.troubles.push_back(std::string(kFileList) + ": cannot be written, so that another boot takes " +
+                                "what this one wrote for somebody's own: " + error.message());
+    }
     return traces;
 }
 
 void DeviceFiles::readList() {
-    const std::vector<std::uint8_t> bytes = ReadWholeFile(locate(kList), /*regularOnly=*/true).bytes;
+    const std::vector<std::uint8_t> bytes = ReadWholeFile(locate(kFileList), /*regularOnly=*/true).bytes;
     for (auto start = bytes.begin(); start != bytes.end();) {
         const auto end = std::find(start, bytes.end(), '\0');
         mListed.emplace(start, end);
@@ -282,23 +285,27 @@ void DeviceFiles::readList() {
     }
 }
 
-void DeviceFiles::list(const std::vector<std::string>& phonePaths) const {
-    if (mUse == Root::Fresh) {
-        return;
-    }
+std::error_code DeviceFiles::list(const std::vector<std::string>& phonePaths) const {
     std::string added;
     for (const std::string& path : phonePaths) {
         if (!mListed.contains(path)) {
             added += path + '\0';
         }
     }
-    // The plug-in may have put a link or a pipe there.
-    const int file = open(locate(kList).c_str(),
-                          O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0644);
-    if (file >= 0) {
-        [[maybe_unused]] const ssize_t written = write(file, added.data(), added.size());
-        close(file);
+    if (mUse == Root::Fresh || added.empty()) {
+        return {};
     }
+    // The plug-in may have put a link or a pipe there.
+    const int file = open(locate(kFileList).c_str(),
+                          O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0644);
+    if (file < 0) {
+        return {errno, std::generic_category()};
+    }
+    errno = 0;
+    const ssize_t written = write(file, added.data(), added.size());
+    const int error = written == static_cast<ssize_t>(added.size()) ? 0 : errno == 0 ? ENOSPC : errno;
+    close(file);
+    return {error, std::generic_category()};
 }
 
 }  // namespace virtualphone

@@ -7,6 +7,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "record/BootRecord.h"
@@ -15,6 +16,9 @@
 namespace virtualphone {
 
 class FolderLock;
+
+/// What boots have put under a root that may be used again, each path with a zero byte behind it.
+inline constexpr const char* kFileList = "/.virtualphone";
 
 /// The phone's file system under its root folder.
 class VIRTUALPHONE_API DeviceFiles {
@@ -29,7 +33,7 @@ class VIRTUALPHONE_API DeviceFiles {
     };
 
     /// Makes the root and the camera's data folder, and lays `files` with mode 0644. A root that may be used
-    /// again gets a list of the files that boots put there, "/.virtualphone".
+    /// again gets a list of the files that boots put there, kFileList.
     /// @throws PhoneFileError when that fails, or another phone has the root; of what lies under the root it
     /// names the phone's path.
     DeviceFiles(const std::filesystem::path& root, const Contents& files, Root use = Root::Kept);
@@ -85,7 +89,8 @@ class VIRTUALPHONE_API DeviceFiles {
     Tree readTree(std::vector<std::string>& troubles) const;
     void readList();
     /// Adds to the list of files that boots put there, in the root too.
-    void list(const std::vector<std::string>& phonePaths) const;
+    /// @return why it cannot.
+    std::error_code list(const std::vector<std::string>& phonePaths) const;
 
     std::filesystem::path mRoot;
     std::string mPrefix;

@@ -31,20 +31,20 @@ constexpr const char* kPrefix = "virtualphone-temporary-";
 /// boot makes and removes some twenty files and folders, which costs a disk more than the boot), else in
 /// /tmp.
 fs::path Parent() {
+    constexpr const char* kDisk = "/tmp";
     constexpr const char* kMemory = "/dev/shm";
     /// Several times what a phone's files may take.
     constexpr std::uintmax_t kPlenty = std::uintmax_t{512} << 20;
+    const char* const named = std::getenv("TMPDIR");
     std::error_code error;
-    if (std::getenv("TMPDIR") == nullptr && access(kMemory, W_OK | X_OK) == 0 &&
-        fs::space(kMemory, error).available >= kPlenty && !error) {
-        return kMemory;
+    if (named != nullptr && *named != '\0') {
+        if (!fs::is_directory(named, error)) {
+            Fail(named, error ? error.value() : ENOTDIR);
+        }
+        return fs::absolute(named);
     }
-    const fs::path parent = fs::temp_directory_path(error);
-    if (error) {
-        const char* const named = std::getenv("TMPDIR");
-        Fail(named == nullptr ? "/tmp" : named, error.value());
-    }
-    return parent;
+    const bool roomy = access(kMemory, W_OK | X_OK) == 0 && fs::space(kMemory, error).available >= kPlenty;
+    return roomy && !error ? kMemory : kDisk;
 }
 
 /// Once for each parent, which may hold very many other things.

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <csignal>
 #include <exception>
 #include <functional>
 #include <iostream>
@@ -68,6 +69,8 @@ int Main(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // Whoever started this program may ignore it, and then nobody could tell how a boot ended.
+    std::signal(SIGCHLD, SIG_DFL);
     try {
         const supervisor::EndOnSignal endOnSignal;
         return Main(argc, argv);

@@ -35,9 +35,6 @@ inline constexpr const char* kQueryNames[] = {
     "sensorDriver",      "calibrationDriver", "calibrationHelper",
 };
 
-/// Names of `Ended::How`, in the order of its values.
-inline constexpr const char* kEndings[] = {"returned", "threw", "signal", "exited", "timeout"};
-
 /// Deepest nesting of a report: arrays and objects in each other.
 inline constexpr int kDeepestNesting = 64;
 

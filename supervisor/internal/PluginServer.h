@@ -20,10 +20,12 @@ namespace supervisor {
 class PluginServer {
   public:
     /// Of the parts that `Start` makes.
-    PluginServer(std::unique_ptr<SharedLog> phones, File bell, Child server)
-        : mPhones(std::move(phones)), mBell(std::move(bell)), mServer(std::move(server)) {}
+    PluginServer(std::unique_ptr<SharedLog> phones, File bell, Child server,
+                 std::chrono::milliseconds timeout)
+        : mPhones(std::move(phones)), mBell(std::move(bell)), mServer(std::move(server)), mTimeout(timeout) {}
 
     /// Starts it.
+    /// @param timeout longest time that it may take to answer.
     /// @param files where the phones' files will lie; only its root counts.
     /// @param log takes what the phones do.
     /// @return none where the plug-in cannot be loaded without a trace.
@@ -33,7 +35,7 @@ class PluginServer {
                                                const virtualphone::DeviceFiles& files, SharedLog& log);
 
     /// Starts a phone whose files are laid. It is a child of this process, not of the server.
-    /// @return none where the server is gone or the phone is too large for it.
+    /// @return none where the server is gone or does not answer, or the phone is too large for it.
     std::optional<Child> boot(const virtualphone::PhoneDescription& phone,
                               const virtualphone::FailingCalls& failing);
 
@@ -41,6 +43,7 @@ class PluginServer {
     std::unique_ptr<SharedLog> mPhones;  ///< holds the phone to boot
     File mBell;                          ///< rung for each phone; answers with its process
     Child mServer;
+    std::chrono::milliseconds mTimeout;
     std::vector<std::uint8_t> mBytes;
 };
 

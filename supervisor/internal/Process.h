@@ -28,7 +28,7 @@ class File {
 };
 
 /// Forks while no signal is handled, so that no handler of this program acts in the child. There all signals
-/// that end a program do so again, its group is its own, its standard output is this process's standard
+/// do again what they do by default, its group is its own, its standard output is this process's standard
 /// error, its standard input is empty, and it dies with this thread.
 /// @return 0 in the child.
 /// @throws std::system_error

@@ -20,13 +20,14 @@ class SharedLog {
     explicit SharedLog(std::size_t capacity);
 
     /// Appends a message, one writer at a time. Where it does not fit with `spare` bytes left behind it, it
-    /// is counted as lost.
-    void append(std::span<const std::uint8_t> message, std::size_t spare);
+    /// is counted as lost. Nothing outside the memory is touched, whatever another process has left in it.
+    /// @return whether it fitted.
+    bool append(std::span<const std::uint8_t> message, std::size_t spare);
 
     /// Forgets all messages. Memory that a long record took is given back.
     void clear();
 
-    /// Number of messages, or fewer; none counts that would not fit.
+    /// Number of messages as the writer counts them, which is not trusted: none counts that would not fit.
     std::size_t count() const;
 
     struct End {

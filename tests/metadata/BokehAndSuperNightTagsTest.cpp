@@ -8,7 +8,7 @@ constexpr const char* kUpdater = "UpdateBokehOptimalSizeInfo";
 
 /// Device 5 is made of sensors 2 and 3, device 6 of 0 and 1; device 4 has a single sensor. The tele module's
 /// maker is 1, the wide's 16.
-PhoneBuilder Phone() {
+PhoneBuilder BokehPhone() {
     return PhoneOf({{7, Eeprom({{1, "10"}})}, {1}, {2, Eeprom({{1, "01"}})}, {3}})
         .devices({{}, {}, {}, {}, {{2}}, {{2, 3}}, {{0, 1}}});
 }
@@ -34,7 +34,7 @@ TEST(BokehAndSuperNightTags, PerRole) {
     };
     for (const auto& [instanceId, roleId, tags, picture, slave, theme, mdModes] : kCases) {
         SCOPED_TRACE(roleId);
-        Updating device(Phone().property("ro.boot.product.theme_customize", theme));
+        Updating device(BokehPhone().property("ro.boot.product.theme_customize", theme));
         device.plugin.DeviceId2RoleId[instanceId].roleId = roleId;
         EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, instanceId), 0);
         Tags expected = {{"0x9101004E", "int32 [263175]"}};
@@ -62,7 +62,7 @@ TEST(BokehAndSuperNightTags, PerRole) {
 }
 
 TEST(BokehAndSuperNightTags, ModuleInformationGrows) {
-    Updating device(Phone());
+    Updating device(BokehPhone());
     // The pair is looked up by sensor index.
     device.plugin.DeviceId2RoleId[2].sensorNames = "s5khm2";
     device.plugin.DeviceId2RoleId[3].sensorNames = "s5k4h7";
@@ -96,7 +96,7 @@ TEST(BokehAndSuperNightTags, RefusedUpdatesStopNothing) {
             {"[UpdateBokehOptimalSizeInfo] ZV IMetadata::update(), tag ZELVAN_SUPERNIGHT_SUPPORT_MASK ",
              0x9101004E},
         };
-        Updating device(Phone().faults(FaultsOf(refusals)));
+        Updating device(BokehPhone().faults(FaultsOf(refusals)));
         EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, wide ? 6 : 5), -8);
         EXPECT_EQ(device.phone.errors(), RefusalLines(refusals));
         EXPECT_EQ(device.tags(), Tags());
@@ -107,7 +107,7 @@ TEST(BokehAndSuperNightTags, UnknownDeviceOrNoList) {
     for (const bool noList : {false, true}) {
         const std::string error =
             noList ? "E Cannot get logical device list" : "E find DeviceId2RoleId[8] error!";
-        Updating device(Phone().faults({.moduleFactory = noList}));
+        Updating device(BokehPhone().faults({.moduleFactory = noList}));
         EXPECT_EQ(device.plugin.UpdateBokehOptimalSizeInfo(device.meta, 8), -1);
         EXPECT_EQ(device.phone.logOf(kUpdater), (Lines{"I enter", error}));
         EXPECT_EQ(device.tags(), Tags());

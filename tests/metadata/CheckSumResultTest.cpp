@@ -3,7 +3,7 @@
 namespace {
 
 /// Devices 0 and 2 are single ones, of which 0 is a sensor, whose EEPROM holds these bytes.
-PhoneBuilder Phone(const std::map<std::size_t, std::string>& bytes = {}) {
+PhoneBuilder CheckSumPhone(const std::map<std::size_t, std::string>& bytes = {}) {
     const LogicalDevice multiSensor{.multiSensor = true};
     return PhoneOf({{7, Eeprom(bytes)}})
         .devices({{}, multiSensor, {}, {}, multiSensor, {}, multiSensor, {}, multiSensor});
@@ -25,7 +25,7 @@ TEST(CheckSumResult, AndRoleIdOfAnInstance) {
     };
     for (const auto& [instanceId, result, tags, lastError] : kCases) {
         SCOPED_TRACE(instanceId);
-        Updating device(Phone());
+        Updating device(CheckSumPhone());
         EXPECT_EQ(device.plugin.MetadataUpdateRoleId(device.meta, instanceId), result);
         EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, instanceId), result);
         EXPECT_EQ(device.tags(), tags);
@@ -39,7 +39,7 @@ TEST(CheckSumResult, AndRoleIdOfAnInstance) {
 
 TEST(CheckSumResult, AndRoleIdWithNoDeviceListOrNoStore) {
     const auto errorsOf = [](const Faults& faults, int result) {
-        Updating device(Phone().faults(faults));
+        Updating device(CheckSumPhone().faults(faults));
         EXPECT_EQ(device.plugin.MetadataUpdateRoleId(device.meta, 4), result);
         EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, 0), result);
         EXPECT_EQ(device.tags(), Tags());
@@ -105,7 +105,7 @@ TEST(CheckSumResult, EveryLayoutChecksItsRanges) {
                 log.push_back((fails ? "E submodule(" : "D submodule(") + ranges[i].name +
                               (fails ? ") checksum fail !" : ") checksum ok !"));
             }
-            Updating device(Phone(bytes));
+            Updating device(CheckSumPhone(bytes));
             EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, 0), 0);
             EXPECT_EQ(device.tags(), CheckSumResult(broken == 0 ? 1 : 0)) << name << broken;
             EXPECT_EQ(device.phone.logOf("MatchHeaderId"), HeaderLog(readHeaderId, row));
@@ -118,14 +118,14 @@ TEST(CheckSumResult, ASumOfAMultipleOf255HasCheckSumOne) {
     // The last bytes of the white balance, then its checksum.
     const std::map<std::string, int> cases{{"00FF01", 1}, {"00FF00", 0}, {"FFFF01", 1}, {"00FEFF", 1}};
     for (const auto& [lastBytes, result] : cases) {
-        Updating device(Phone({{8, "73FFFF00"}, {3800, "01"}, {1890, lastBytes}}));
+        Updating device(CheckSumPhone({{8, "73FFFF00"}, {3800, "01"}, {1890, lastBytes}}));
         device.plugin.MetadataUpdateCheckSumResult(device.meta, 0);
         EXPECT_EQ(device.tags(), CheckSumResult(result)) << lastBytes;
     }
 }
 
 TEST(CheckSumResult, AnUnknownLayoutPasses) {
-    Updating device(Phone({{8, "C28E3C04"}}));
+    Updating device(CheckSumPhone({{8, "C28E3C04"}}));
     EXPECT_EQ(device.plugin.MetadataUpdateCheckSumResult(device.meta, 0), 0);
     EXPECT_EQ(device.tags(), CheckSumResult(1));
     EXPECT_EQ(device.phone.logOf("MatchHeaderId"), HeaderLog("0x43c8ec2", 3));

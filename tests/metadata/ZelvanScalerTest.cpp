@@ -11,7 +11,7 @@ constexpr std::uint32_t kVendorList = ZELVAN_SCALER_STREAM_CONFIGURATIONS;
 /// The instance of the phones below: its lowest sensor has index 1.
 constexpr int kInstance = 2;
 
-PhoneBuilder Phone(const FittedSensor& sensor, const Faults& faults = {}) {
+PhoneBuilder ScalerPhone(const FittedSensor& sensor, const Faults& faults = {}) {
     return PhoneOf({{31}, sensor, {30}}).devices({{}, {}, {.sensorBits = 6}, {}}).faults(faults);
 }
 
@@ -39,7 +39,7 @@ TEST(ZelvanScaler, WhatDependsOnTheDevice) {
                            const std::string& maxJpegSize, const std::string& main,
                            const std::string& mode8K) {
         SCOPED_TRACE(role);
-        Updating device(Phone(sensor));
+        Updating device(ScalerPhone(sensor));
         EXPECT_EQ(device.plugin.MetadataUpdateScaler(device.meta, kInstance), 0);
         const std::string full = *sensor.deviceId == 7 ? "34 4096 3072 1" : "34 0 0 1";
         EXPECT_EQ(Tuples(device.meta.entryFor(kVendorList))[0], full);
@@ -154,7 +154,7 @@ TEST(ZelvanScaler, RefusedUpdatesStopNothing) {
         {"(silent)", ANDROID_SCALER_AVAILABLE_MIN_FRAME_DURATIONS},
     };
     Updating device(
-        Phone({.deviceId = 7, .modes = {{0, {4000, 3000}}, {8, {8192, 6144}}}}, FaultsOf(refusals)));
+        ScalerPhone({.deviceId = 7, .modes = {{0, {4000, 3000}}, {8, {8192, 6144}}}}, FaultsOf(refusals)));
     EXPECT_EQ(device.plugin.MetadataUpdateScaler(device.meta, kInstance), 0);
     Lines lines = RefusalLines(refusals);
     lines.pop_back();
@@ -166,7 +166,7 @@ TEST(ZelvanScaler, RefusedUpdatesStopNothing) {
 TEST(ZelvanScaler, EarlyFailuresWriteNothing) {
     const auto fail = [](int deviceId, int instanceId, const Faults& faults, const std::string& error) {
         SCOPED_TRACE(error);
-        Updating device(Phone({.deviceId = deviceId, .modes = {{0, {4000, 3000}}}}, faults));
+        Updating device(ScalerPhone({.deviceId = deviceId, .modes = {{0, {4000, 3000}}}}, faults));
         EXPECT_EQ(device.plugin.MetadataUpdateScaler(device.meta, instanceId), -1);
         EXPECT_EQ(device.tags(), Tags());
         EXPECT_EQ(device.phone.errors(), Lines{"[MetadataUpdateScaler] " + error});

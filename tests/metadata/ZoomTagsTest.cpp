@@ -9,7 +9,7 @@ constexpr const char* kFakeSat = "MetadataUpdateFakeSatSizes";
 constexpr const char* kSmartFOV = "MetadataUpdateSmartFOVZoomRatio";
 
 /// Sensors 0 (wide) and 2 (tele) zoom inside, 1 (front) says that it does not, 3 (ultra-wide) says nothing.
-PhoneBuilder Phone() {
+PhoneBuilder ZoomPhone() {
     const auto zoom = [](int deviceId, const std::vector<std::int32_t>& reply) {
         return FittedSensor{.deviceId = deviceId, .inSensorZoom = reply};
     };
@@ -41,7 +41,7 @@ TEST(ZoomTags, PerRole) {
     };
     for (const auto& [instanceId, roleId, tags] : kCases) {
         SCOPED_TRACE("instance " + std::to_string(instanceId) + ", role " + std::to_string(roleId));
-        Updating device(Phone());
+        Updating device(ZoomPhone());
         device.plugin.DeviceId2RoleId[instanceId].roleId = roleId;
         EXPECT_EQ(device.plugin.MetadataUpdateFakeSatSizes(device.meta, instanceId), 0);
         EXPECT_EQ(device.plugin.MetadataUpdateSmartFOVZoomRatio(device.meta, instanceId), 0);
@@ -52,7 +52,7 @@ TEST(ZoomTags, PerRole) {
 }
 
 TEST(ZoomTags, FakeSatRecordsInTheBlobAndInTheLog) {
-    Updating device(Phone());
+    Updating device(ZoomPhone());
     device.plugin.MetadataUpdateFakeSatSizes(device.meta, 4);
     const std::pair<const char*, const char*> kSizes[] = {
         {"A00F0000B80B0000", "width = 4000, height = 3000"},
@@ -77,7 +77,7 @@ TEST(ZoomTags, FakeSatRecordsInTheBlobAndInTheLog) {
 TEST(ZoomTags, FailuresWriteNothing) {
     const auto fail = [](const Faults& faults, int instanceId, const Lines& lines) {
         SCOPED_TRACE(instanceId);
-        Updating device(Phone().faults(faults));
+        Updating device(ZoomPhone().faults(faults));
         EXPECT_EQ(device.plugin.MetadataUpdateFakeSatSizes(device.meta, instanceId), -1);
         EXPECT_EQ(device.plugin.MetadataUpdateSmartFOVZoomRatio(device.meta, instanceId), -1);
         EXPECT_EQ(device.tags(), Tags());
@@ -96,7 +96,7 @@ TEST(ZoomTags, RefusedUpdates) {
         {"[MetadataUpdateInSensorZoomModes] ZV IMetadata::update(), tag", ZELVAN_CAMERA_INSENSOR_ZOOM_MODES},
         {"", ZELVAN_CAMERA_FAKESAT_FAKESATSIZE},
         {"", ZELVAN_CAMERA_SMARTFOV_ZOOM_RATIO}};
-    Updating device(Phone().faults(FaultsOf(refusals)));
+    Updating device(ZoomPhone().faults(FaultsOf(refusals)));
     EXPECT_EQ(device.plugin.MetadataUpdateFakeSatSizes(device.meta, 4), 0);
     EXPECT_EQ(device.plugin.MetadataUpdateSmartFOVZoomRatio(device.meta, 1), 0);
     EXPECT_EQ(device.phone.errors(), (Lines{RefusalLines(refusals)[0],

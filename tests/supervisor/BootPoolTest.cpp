@@ -29,8 +29,8 @@ PoolOptions Options(std::size_t workers) {
 
 /// What a boot came to whose plug-in does what the job says.
 std::string Work(const std::string& job, Booter& booter) {
-    if (job == "kill the worker") {
-        raise(SIGKILL);
+    if (job == "kill the worker" || job == "stop the worker") {
+        raise(job == "kill the worker" ? SIGKILL : SIGSTOP);
     }
     virtualphone::PhoneDescription phone;
     phone.properties["test.deed"] = job;
@@ -85,18 +85,20 @@ TEST_F(Pool, EveryJobHasItsOwnEnd) {
 TEST_F(Pool, StoppedItKeepsWhatIsDone) {
     PoolOptions options = Options(1);
     options.boot.timeout = std::chrono::seconds(60);
-    BootPool pool(options, Work);
-    pool.add(1, "");
-    pool.add(2, "hang");
-    pool.add(3, "");
-    EXPECT_EQ(pool.next().value().key, 1U);
-    EXPECT_FALSE(pool.next(std::chrono::milliseconds(20)));
-    EXPECT_EQ(pool.pending(), 2U);
-    pool.stop();
-    EXPECT_FALSE(pool.next());
-    pool.add(4, "");
-    EXPECT_FALSE(pool.next());
-    EXPECT_EQ(pool.pending(), 0U);
+    for (const char* endless : {"hang", "stop the worker"}) {
+        BootPool pool(options, Work);
+        pool.add(1, "");
+        pool.add(2, endless);
+        pool.add(3, "");
+        EXPECT_EQ(pool.next().value().key, 1U);
+        EXPECT_FALSE(pool.next(std::chrono::milliseconds(20)));
+        EXPECT_EQ(pool.pending(), 2U);
+        pool.stop();
+        EXPECT_FALSE(pool.next());
+        pool.add(4, "");
+        EXPECT_FALSE(pool.next());
+        EXPECT_EQ(pool.pending(), 0U);
+    }
 }
 
 TEST_F(Pool, WhatAWorkerCannotBeginIsItsJobsError) {

@@ -14,6 +14,7 @@
 #include "supervisor/Boot.h"
 #include "supervisor/EndOnSignal.h"
 #include "supervisor/Plugin.h"
+#include "tests/supervisor/MisbehavingPhone.h"
 #include "virtualphone/PhoneFile.h"
 #include "virtualphone/TemporaryFolder.h"
 
@@ -28,19 +29,12 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using How = Ended::How;
 
-virtualphone::PhoneDescription Phone(const std::string& deed) {
-    virtualphone::PhoneDescription phone;
-    phone.properties["test.deed"] = deed;
-    phone.files["/laid"] = {1};
-    return phone;
-}
-
 const BootOptions kOptions{.library = MISBEHAVING, .timeout = std::chrono::milliseconds(500)};
 
 record::BootRecord BootTo(const std::string& deed) {
     BootOptions options = kOptions;
     options.timeout = std::chrono::milliseconds(deed == "hang" ? 300 : 20000);
-    return supervisor::Boot(Phone(deed), options);
+    return supervisor::Boot(PhoneThatMakesIt(deed), options);
 }
 
 /// A temporary folder of this test's own: nothing may be left in it.
@@ -97,7 +91,7 @@ TEST_F(Boot, PrintsToStandardErrorAlone) {
 TEST_F(Boot, AFullRecordAndAFileThatCannotBeReadCostALine) {
     BootOptions options = kOptions;
     options.recordLimit = 100000;
-    const record::BootRecord boot = supervisor::Boot(Phone("flood"), options);
+    const record::BootRecord boot = supervisor::Boot(PhoneThatMakesIt("flood"), options);
     EXPECT_TRUE(boot.ended->returned());
     EXPECT_THAT(boot.troubles,
                 ElementsAre(testing::MatchesRegex("the record is full: [0-9]+ later events are lost")));
@@ -106,15 +100,21 @@ TEST_F(Boot, AFullRecordAndAFileThatCannotBeReadCostALine) {
         ElementsAre("/data/vendor/camera/large: changed, and cannot be read: more than 67108864 bytes"));
 }
 
+TEST_F(Boot, ARecordThatThePluginOverwritesCostsALine) {
+    const record::BootRecord boot = BootTo("scribble");
+    EXPECT_EQ(record::EndText(*boot.ended), "exited with status 0");
+    EXPECT_THAT(boot.troubles, ElementsAre("the record is damaged: the plug-in has written into it"));
+}
+
 TEST_F(Boot, ALibraryThatIsNoPluginIsRefused) {
-    EXPECT_THROW(supervisor::Boot(Phone(""), {.library = NO_PLUGIN}), supervisor::PluginError);
-    EXPECT_THROW(supervisor::Boot(Phone(""), {.library = "none.so"}), supervisor::PluginError);
+    EXPECT_THROW(supervisor::Boot(PhoneThatMakesIt(""), {.library = NO_PLUGIN}), supervisor::PluginError);
+    EXPECT_THROW(supervisor::Boot(PhoneThatMakesIt(""), {.library = "none.so"}), supervisor::PluginError);
 }
 
 TEST_F(Boot, ManyAtOnceFromOneThread) {
     std::vector<supervisor::RunningBoot> boots;
     for (const char* deed : {"hang", "crash", "", "throw"}) {
-        boots.emplace_back(Phone(deed), kOptions);
+        boots.emplace_back(PhoneThatMakesIt(deed), kOptions);
     }
     pollfd last{.fd = boots[3].pollFd(), .events = POLLIN, .revents = 0};
     EXPECT_EQ(poll(&last, 1, 20000), 1);
@@ -125,7 +125,7 @@ TEST_F(Boot, ManyAtOnceFromOneThread) {
     EXPECT_EQ(ends,
               "did not return within 0.5 seconds in Deed\nwas ended by SIGSEGV in Deed\nreturned\n"
               "threw: off the end\n");
-    const supervisor::RunningBoot abandoned(Phone("hang"), kOptions);
+    const supervisor::RunningBoot abandoned(PhoneThatMakesIt("hang"), kOptions);
 }
 
 TEST_F(Boot, AKeptRootIsOnePhonesAndMayBeEmptiedFirst) {
@@ -138,15 +138,15 @@ TEST_F(Boot, AKeptRootIsOnePhonesAndMayBeEmptiedFirst) {
     std::ofstream(options.root / "folder" / "foreign") << "x";
     std::ofstream(options.root / "sparse") << "x";
     fs::resize_file(options.root / "sparse", std::uintmax_t{1} << 40);
-    const record::BootRecord first = supervisor::Boot(Phone(""), options);
+    const record::BootRecord first = supervisor::Boot(PhoneThatMakesIt(""), options);
     EXPECT_EQ(first.foreignFiles, 2U);
     EXPECT_THAT(first.troubles, IsEmpty());
     {
-        const supervisor::RunningBoot running(Phone("hang"), options);
-        EXPECT_THROW(supervisor::Boot(Phone(""), options), virtualphone::PhoneFileError);
+        const supervisor::RunningBoot running(PhoneThatMakesIt("hang"), options);
+        EXPECT_THROW(supervisor::Boot(PhoneThatMakesIt(""), options), virtualphone::PhoneFileError);
     }
     options.cleanRoot = true;
-    EXPECT_EQ(supervisor::Boot(Phone(""), options).foreignFiles, 0U);
+    EXPECT_EQ(supervisor::Boot(PhoneThatMakesIt(""), options).foreignFiles, 0U);
     EXPECT_FALSE(fs::exists(options.root / "folder"));
     EXPECT_TRUE(fs::exists(other.path() / "outside"));
     fs::remove_all(options.root);
@@ -163,13 +163,13 @@ TEST_F(Boot, AFileWrittenAgainCountsThoughItIsTheSame) {
         return found;
     };
     const std::string made = "/data/vendor/camera/made";
-    virtualphone::PhoneDescription phone = Phone("make a file");
+    virtualphone::PhoneDescription phone = PhoneThatMakesIt("make a file");
     EXPECT_THAT(paths(supervisor::Boot(phone, options).files), ElementsAre(made));
     // At once, while the clock of file times may still stand where it stood.
     const record::BootRecord again = supervisor::Boot(phone, options);
     EXPECT_THAT(again.files, IsEmpty());
     EXPECT_THAT(paths(again.rewritten), ElementsAre(made));
-    EXPECT_THAT(supervisor::Boot(Phone(""), options).rewritten, IsEmpty());
+    EXPECT_THAT(supervisor::Boot(PhoneThatMakesIt(""), options).rewritten, IsEmpty());
     // One that the phone brings itself.
     phone.files[made] = again.rewritten.at(0).bytes;
     options.root.clear();
@@ -186,7 +186,7 @@ TEST_F(Boot, CallsFailByKindAndNumber) {
         BootOptions options = kOptions;
         options.timeout = std::chrono::seconds(20);
         options.failing = failing;
-        return supervisor::Boot(Phone(deed), options);
+        return supervisor::Boot(PhoneThatMakesIt(deed), options);
     };
     const record::BootRecord none = boot("make a file", {{Call::FileRead, {}}});
     EXPECT_EQ(none.fileCalls, (record::FileCalls{.opened = 1, .read = 0, .written = 1}));
@@ -205,20 +205,20 @@ TEST_F(Boot, ALinkToThisMachinesRootIsRefused) {
     fs::create_directory_symlink("/", mFolder.path() / "link");
     BootOptions options = kOptions;
     options.root = mFolder.path() / "link";
-    EXPECT_THROW(supervisor::Boot(Phone(""), options), virtualphone::PhoneFileError);
+    EXPECT_THROW(supervisor::Boot(PhoneThatMakesIt(""), options), virtualphone::PhoneFileError);
     fs::remove(options.root);
 }
 
 /// Ends as its child does, with nothing left: neither folder nor process.
 TEST_F(Boot, AnEndingSignalEndsTheBootFirst) {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGUSR1, SIGXCPU}) {
         const pid_t program = fork();
         if (program == 0) {
             std::signal(signal, SIG_DFL);
             const supervisor::EndOnSignal endOnSignal;
             BootOptions options = kOptions;
             options.timeout = std::chrono::seconds(20);
-            supervisor::RunningBoot boot(Phone("hang"), options);
+            supervisor::RunningBoot boot(PhoneThatMakesIt("hang"), options);
             kill(getpid(), signal);
             boot.finish();
             _exit(0);

@@ -8,6 +8,7 @@
 #include "supervisor/Booter.h"
 #include "supervisor/Plugin.h"
 #include "supervisor/internal/DescriptionBytes.h"
+#include "tests/supervisor/MisbehavingPhone.h"
 #include "virtualphone/PhoneFile.h"
 
 // MISBEHAVING, NO_PLUGIN, PLUGIN and PHONES are paths; the build defines them.
@@ -24,25 +25,19 @@ std::string Masked(const record::BootRecord& boot) {
     return std::regex_replace(report.str(), kThreadOrAddress, "?");
 }
 
-virtualphone::PhoneDescription Phone(const std::string& deed) {
-    virtualphone::PhoneDescription phone;
-    phone.properties["test.deed"] = deed;
-    phone.files["/laid"] = {1};
-    return phone;
-}
-
 /// Whatever a boot leaves behind, the next one finds the phone as it is described.
 TEST(Booter, EveryBootIsAsIfItWereTheOnlyOne) {
     for (const char* library : {PLUGIN, MISBEHAVING}) {
         const BootOptions options{.library = library, .timeout = std::chrono::milliseconds(1000)};
         supervisor::Booter booter(options);
         std::vector<virtualphone::PhoneDescription> phones;
-        for (const char* deed : {"crash", "", "throw", "fill a file", "exit", "litter", "hang", "fork"}) {
-            phones.push_back(Phone(deed));
+        for (const char* deed :
+             {"crash", "", "throw", "fill a file", "exit", "litter", "hang", "fork", "scribble"}) {
+            phones.push_back(PhoneThatMakesIt(deed));
         }
         for (const char* name : {"/halcyrion.json", "/fieldtrouble.json", "/halcyrion.json"}) {
             phones.push_back(virtualphone::ReadPhoneFile(std::string(PHONES) + name));
-            phones.push_back(Phone(""));
+            phones.push_back(PhoneThatMakesIt(""));
         }
         for (const virtualphone::PhoneDescription& phone : phones) {
             EXPECT_EQ(Masked(booter.boot(phone)), Masked(supervisor::Boot(phone, options)))
@@ -59,10 +54,22 @@ TEST(Booter, ALibraryThatDoesSomethingWhenItIsLoadedIsLoadedByEachPhone) {
         setenv("TEST_DEED_WHEN_LOADED", deed.c_str(), 1);
         supervisor::Booter booter(options);
         for (int i = 0; i < 2; ++i) {
-            EXPECT_EQ(Masked(booter.boot(Phone(""))), Masked(supervisor::Boot(Phone(""), options))) << deed;
+            EXPECT_EQ(Masked(booter.boot(PhoneThatMakesIt(""))),
+                      Masked(supervisor::Boot(PhoneThatMakesIt(""), options)))
+                << deed;
         }
     }
     unsetenv("TEST_DEED_WHEN_LOADED");
+}
+
+/// Without the process that has the plug-in loaded there are boots all the same.
+TEST(Booter, ABootMayStopOrKillTheProcessThatStartsTheOthers) {
+    for (const char* deed : {"stop siblings", "kill siblings"}) {
+        supervisor::Booter booter({.library = MISBEHAVING, .timeout = std::chrono::milliseconds(1000)});
+        for (const char* each : {deed, "", ""}) {
+            EXPECT_TRUE(booter.boot(PhoneThatMakesIt(each)).ended->returned()) << deed;
+        }
+    }
 }
 
 TEST(Booter, ALibraryThatIsNoPluginIsRefused) {

@@ -1,7 +1,9 @@
 #include <array>
+#include <cinttypes>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -25,6 +27,36 @@ class __attribute__((visibility("default"))) CameraPlatformInfoZelvan {
 };
 
 namespace {
+
+/// Fills the beginning of all memory that this process shares with others.
+void Scribble() {
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        std::uintptr_t first = 0;
+        std::uintptr_t last = 0;
+        std::array<char, 5> rights{};
+        if (std::sscanf(line.c_str(), "%" SCNxPTR "-%" SCNxPTR " %4s", &first, &last, rights.data()) == 3 &&
+            rights[1] == 'w' && rights[3] == 's') {
+            std::memset(reinterpret_cast<void*>(first), 0xFF, 4096);
+        }
+    }
+}
+
+/// Sends a signal to the other children of this process's parent.
+void SignalSiblings(int signal) {
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const pid_t process = std::atoi(entry.path().filename().c_str());
+        std::ifstream file(entry.path() / "stat");
+        std::string stat;
+        std::getline(file, stat);
+        // Behind the name in brackets stand state and parent.
+        const std::size_t name = stat.rfind(')');
+        if (process > 0 && process != getpid() && name != std::string::npos &&
+            std::atoi(stat.c_str() + name + 3) == getppid()) {
+            kill(process, signal);
+        }
+    }
+}
 
 void Log(const char* text) {
     __android_log_print(ANDROID_LOG_INFO, "CameraPlatformInfoZelvan", "(1)[Deed] %s", text);
@@ -57,6 +89,9 @@ const std::map<std::string, void (*)()> kDeeds = {
              Log("flood");
          }
      }},
+    {"scribble", Scribble},
+    {"stop siblings", [] { SignalSiblings(SIGSTOP); }},
+    {"kill siblings", [] { SignalSiblings(SIGKILL); }},
     {"log", [] { Log("when loaded"); }},
     {"thread", [] { std::thread([] { pause(); }).detach(); }},
     {"litter",

@@ -109,11 +109,30 @@ TEST(DeviceFiles, AUsedRootKeepsWhatIsItsOwners) {
     fs::create_symlink("elsewhere", path / "link");
     EXPECT_EQ(errorOf(PhoneBuilder().file("/link", {1})), "/link" + notOurs);
     EXPECT_FALSE(fs::exists(path / "elsewhere"));
-    // A list that is a link leads nowhere.
-    fs::remove(path / ".virtualphone");
-    fs::create_symlink("elsewhere", path / ".virtualphone");
-    boot(PhoneBuilder().file("/b", {1}));
-    EXPECT_FALSE(fs::exists(path / "elsewhere"));
+}
+
+/// A list that leads elsewhere or cannot be written is said before the boot, and after it.
+TEST(DeviceFiles, AListThatCannotBeWrittenIsSaid) {
+    using Files = virtualphone::DeviceFiles;
+    const virtualphone::TemporaryFolder root;
+    const fs::path list = root.path() / ".virtualphone";
+    fs::create_symlink("elsewhere", list);
+    EXPECT_EQ(PhoneFileErrorOf([&] {
+                  Files(root.path(), {{"/a", {1}}});
+              }),
+              root.path().string() +
+                  ": cannot use the folder as a phone's root: /.virtualphone, its list of "
+                  "what boots put there, cannot be written: Too many levels of symbolic "
+                  "links");
+    EXPECT_FALSE(fs::exists(root.path() / "elsewhere"));
+    fs::remove(list);
+    const Files files(root.path(), {});
+    fs::create_symlink("/dev/full", list);
+    std::ofstream(root.path() / "written") << "x";
+    record::BootRecord record;
+    files.tell(record);
+    EXPECT_THAT(record.troubles,
+                testing::ElementsAre(testing::StartsWith("/.virtualphone: cannot be written")));
 }
 
 /// However the tree was before, it becomes what a fresh one would be.

@@ -72,6 +72,8 @@ TEST(PhoneFileErrors, NameFilePointerAndExpectation) {
          "/files/~1a~1b~1c: expected a path through folders, got one through the file /a"},
         {R"({"files": {"/data/vendor": {}}})",
          "/files/~1data~1vendor: expected the path of a file, got a folder that the phone has"},
+        {R"({"files": {"/.virtualphone": {}}})",
+         "/files/~1.virtualphone: expected a file of the phone, got the virtual phone's own list"},
         {R"({"files": {"/a": {"bytes": {"0": "00"}}}})",
          "/files/~1a: expected \"fill\" and \"size\" together, got neither"},
         {R"({"files": {"/a": {"fill": 0, "size": 2, "bytes": {"1": "0102"}}}})",

@@ -184,6 +184,20 @@ TEST_F(FleetCommand, MadeFleetIsTheSameEverywhere) {
               HasSubstr(R"("16":"87793527E3F58C9B890420850000001C")")));
 }
 
+/// Whatever ends it, there is no half a fleet in the way of the next one.
+TEST_F(FleetCommand, InterruptedMakeLeavesNothing) {
+    const std::string make = "cd '" + file("").string() + "' && { '" ZVCAM "' fleet make --count 100000 -o ";
+    for (const char* const folder : {"new", "empty"}) {
+        std::filesystem::create_directory(file("empty"));
+        const std::string wait =
+            " & while ! test -s " + std::string(folder) + "/phones/000/000100.json; do :; done";
+        EXPECT_EQ(WEXITSTATUS(std::system((make + folder + wait + "; kill -TERM $!; wait $!; }").c_str())),
+                  128 + SIGTERM);
+        EXPECT_FALSE(std::filesystem::exists(file("new")));
+        EXPECT_TRUE(std::filesystem::is_empty(file("empty")));
+    }
+}
+
 TEST_F(FleetCommand, KilledRunGoesOnWhereItWas) {
     make("made", 700);
     runAndKill("made", "killed.sqlite", 1);
@@ -217,7 +231,8 @@ TEST_F(FleetCommand, ShardsMakeTheWhole) {
 }
 
 TEST_F(FleetCommand, BootsThatDoNotReturnAreCountedApart) {
-    write("list", "phone.json\nmissing.json\n./phone.json\n");
+    std::filesystem::copy_file(file("phone.json"), file("other.json"));
+    write("list", "phone.json\nmissing.json\nother.json\n");
     const std::string throwing = "--library '" FAKE_PLUGIN "' --set test.ending=throw ";
     EXPECT_THAT(run("list", "fleet.sqlite", throwing).out,
                 HasSubstr("; 1 cannot be read; 2 did not return.\n"));
@@ -268,10 +283,14 @@ TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
     write("report.json", zvcam("run phone.json --json -").out);
     std::filesystem::create_directories(file("pulled/unit7"));
     write("pulled/unit7/getprop.txt", "[ro.serialno]: [7]\n");
+    std::filesystem::create_directories(file("pulled/unit8/vendor/etc/camera"));
+    write("pulled/unit8/vendor/etc/camera/large", "");
+    std::filesystem::resize_file(file("pulled/unit8/vendor/etc/camera/large"), std::uintmax_t{1} << 40);
     std::filesystem::create_directory(file("other"));
     ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
     write("list",
-          "phone.json\ncut.json\r\n\nwrong.json\nmissing.json\nother\npipe\n-\nreport.json\npulled/unit7\n"
+          "phone.json\ncut.json\r\n\nwrong.json\nmissing.json\nother\npipe\n-\nreport.json\npulled/./unit7/"
+          "\n.//"
           "phone.json\n");
     const Result result = run("list", "fleet.sqlite");
     EXPECT_EQ(result.exitCode, 0);
@@ -368,6 +387,8 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
     ASSERT_EQ(run("list", "fleet.sqlite").exitCode, 0);
     zvcam::Database(file("foreign"), zvcam::Database::Access::Write).run("CREATE TABLE theirs (number)");
     const std::string foreign = ReadText(file("foreign"));
+    std::filesystem::copy_file(file("fleet.sqlite"), file("later"));
+    zvcam::Database(file("later"), zvcam::Database::Access::Write).run("PRAGMA user_version = 2");
     const std::vector<std::pair<std::string, std::string>> refused = {
         {"fleet run list --db fleet.sqlite",
          "cannot write fleet.sqlite: it exists; --resume goes on with it"},
@@ -383,6 +404,9 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
         {"fleet run list --db new --shard 3/2", "expected a shard such as 1/4, got \"3/2\""},
         {"fleet run list --db new --library '" NO_PLUGIN "'", ""},
         {"fleet report list", "list: file is not a database"},
+        {"fleet report later",
+         "later: expected a database of `zvcam fleet run` with user_version 1, got one of "
+         "another zvcam with user_version 2"},
         {"fleet report fleet.sqlite --csv nothing",
          "no table is called \"nothing\"; there are phones, modules, pairs, refusals, stabiliser, "
          "properties, "
@@ -405,17 +429,33 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
         EXPECT_FALSE(std::filesystem::exists(file("new"))) << command;
     }
     EXPECT_EQ(ReadText(file("foreign")), foreign);
-    for (const char* const number :
-         {"--seed -1", "--seed 18446744073709551616", "--count -18446744073709551615"}) {
-        const std::string text = number;
-        const std::size_t space = text.find(' ');
-        const Result result =
-            zvcam("fleet make -o new " + text + (text.starts_with("--seed") ? " --count 1" : ""));
+    for (const auto& [number, range] : std::map<std::string, std::string>{
+             {"fleet make -o new --count 1 --seed -1", "0 to 18446744073709551615"},
+             {"fleet make -o new --count 1 --seed 18446744073709551616", "0 to 18446744073709551615"},
+             {"fleet make -o new --count -18446744073709551615", "1 to 10000000"},
+             {"fleet make -o new --count 1000000000", "1 to 10000000"},
+             {"fleet run list --db new --jobs 0", "1 to 4096"}}) {
+        const Result result = zvcam(number);
         EXPECT_EQ(result.exitCode, 2) << number;
-        EXPECT_THAT(result.error,
-                    StartsWith("zvcam: " + text.substr(0, space) + ": expected a whole number of 0 to " +
-                               "18446744073709551615, got \"" + text.substr(space + 1) + "\"; "));
+        const std::size_t value = number.rfind(' ');
+        const std::size_t option = number.rfind(' ', value - 1) + 1;
+        EXPECT_THAT(result.error, StartsWith("zvcam: " + number.substr(option, value - option) +
+                                             ": expected a whole number of " + range + ", got \"" +
+                                             number.substr(value + 1) + "\"; "));
         EXPECT_FALSE(std::filesystem::exists(file("new"))) << number;
+    }
+}
+
+/// One in WAL mode whose writer is gone is read as it lies, and nothing is made beside it.
+TEST_F(FleetCommand, ReportLeavesNothingBesideTheDatabase) {
+    write("list", "phone.json\n");
+    ASSERT_EQ(run("list", "fleet.sqlite").exitCode, 0);
+    const std::string report = zvcam("fleet report fleet.sqlite").out;
+    zvcam::Database(file("fleet.sqlite"), zvcam::Database::Access::Write).run("PRAGMA journal_mode = WAL");
+    EXPECT_EQ(zvcam("fleet report fleet.sqlite").out, report);
+    EXPECT_EQ(zvcam("fleet merge merged.sqlite fleet.sqlite").exitCode, 0);
+    for (const char* const beside : {"fleet.sqlite-wal", "fleet.sqlite-shm"}) {
+        EXPECT_FALSE(std::filesystem::exists(file(beside))) << beside;
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include "formats/DualCalibrationFile.h"
 #include "formats/OisCalibrationFile.h"
+#include "virtualphone/DeviceFiles.h"
 #include "virtualphone/InputFile.h"
 #include "virtualphone/phonefile/internal/Sections.h"
 
@@ -165,6 +166,9 @@ void CheckPath(const JsonValue& content, std::string_view path) {
     if (kPhoneFolder.starts_with(path) &&
         (kPhoneFolder.size() == path.size() || kPhoneFolder[path.size()] == '/')) {
         content.fail("the path of a file", "a folder that the phone has");
+    }
+    if (path == kFileList || path.starts_with(std::string(kFileList) + "/")) {
+        content.fail("a file of the phone", "the virtual phone's own list");
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -84,6 +85,10 @@ inline int ExitStatusOf(const analysis::Boot& boot) {
 /// sensor id 3.
 /// @throws std::runtime_error for a text that names none.
 std::size_t DeviceNamed(const std::string& text, const std::vector<analysis::Device>& devices);
+
+/// Refuses what is no whole number of `least` to `most`. A sign, and what is too much for 64 bits, would pass
+/// for another number.
+CLI::Validator WholeNumber(std::uint64_t least, std::uint64_t most);
 
 /// Refuses an empty name: what an unset variable of a shell leaves would pass for no option at all.
 std::string CheckNotEmpty(const std::string& text);

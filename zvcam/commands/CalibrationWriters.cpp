@@ -148,7 +148,7 @@ void AddMakeDual(CLI::App& parent, std::function<int()>& chosen) {
                                    ->check(CheckNotEmpty);
     CLI::Option* const fill = command->add_option("--fill", options->fill, "A block of this byte instead")
                                   ->type_name("BYTE")
-                                  ->check(CLI::Range(0, 255))
+                                  ->check(WholeNumber(0, 255))
                                   ->excludes(block);
     CLI::Option* const size = command->add_option("--size", options->size, "Its bytes: 419, 2048 or 4096")
                                   ->type_name("N")
@@ -172,11 +172,17 @@ void AddMakeOis(CLI::App& parent, std::function<int()>& chosen) {
         ->type_name("HEX")
         ->required()
         ->check(CheckFuseId);
-    command->add_option("--gain-x", options->file.gainX, "Gain X")->type_name("N")->required();
-    command->add_option("--gain-y", options->file.gainY, "Gain Y")->type_name("N")->required();
+    command->add_option("--gain-x", options->file.gainX, "Gain X")
+        ->type_name("N")
+        ->required()
+        ->check(WholeNumber(0, std::numeric_limits<std::uint32_t>::max()));
+    command->add_option("--gain-y", options->file.gainY, "Gain Y")
+        ->type_name("N")
+        ->required()
+        ->check(WholeNumber(0, std::numeric_limits<std::uint32_t>::max()));
     command->add_option("--version", options->file.version, "Version of the format (default: 1)")
         ->type_name("N")
-        ->check(CLI::Range(0, 255));
+        ->check(WholeNumber(0, 255));
     AddOutput(*command, options->write);
     command->callback([options, &chosen] { chosen = [options] { return MakeOis(*options); }; });
 }

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <ostream>
@@ -39,7 +40,13 @@ int Run(const DiffOptions& options) {
     if (leftSource.isReport && rightSource.isReport) {
         RefuseBootOptions(leftSource, options.boot);
     }
-    const analysis::Boot left = Obtain(leftSource, options.boot);
+    BootOptions leftOptions = options.boot;
+    // What one phone leaves in a root would be found by the other.
+    if (!options.boot.root.empty()) {
+        leftOptions.root = (std::filesystem::path(options.boot.root) / "A").string();
+        rightOptions.root = (std::filesystem::path(options.boot.root) / "B").string();
+    }
+    const analysis::Boot left = Obtain(leftSource, leftOptions);
     const analysis::Boot right = Obtain(rightSource, rightOptions);
     const analysis::Differences differences = analysis::Compare(left, right);
     PrintOut([&](std::ostream& out) { PrintDifferences(out, differences, options.log, OutputStyle()); });

@@ -1,11 +1,11 @@
-#include <charconv>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <ostream>
 #include <string>
-#include <system_error>
 #include <vector>
 
+#include "supervisor/EndOnSignal.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/FleetCommands.h"
 #include "zvcam/commands/Progress.h"
@@ -19,6 +19,9 @@ namespace zvcam {
 
 namespace {
 
+/// Each is a file of some kilobytes.
+constexpr std::uint64_t kMostPhones = 10'000'000;
+
 struct MakeOptions {
     std::string output;
     std::string like;
@@ -28,22 +31,17 @@ struct MakeOptions {
     bool quiet = false;
 };
 
-/// A number's sign and what is too much for 64 bits would pass for another number.
-std::string CheckWhole(const std::string& text) {
-    std::uint64_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc() && rest == end
-               ? ""
-               : "expected a whole number of 0 to 18446744073709551615, got \"" + Printable(text) + "\"";
-}
-
 int Run(const MakeOptions& options) {
     const std::vector<TroubleRate> rates = ReadTroubleRates(options.troubles);
     const FleetMaker maker(ReadLikePhone(options.like).phone, options.seed, rates);
+    // An ending signal waits until the folder is gone.
+    const supervisor::EndingWaits waits;
     MadeFolder folder(options.output, maker.like());
     Progress progress("phones", options.count, options.quiet);
     for (std::uint64_t number = 0; number < options.count; ++number) {
+        if (supervisor::EndingWaits::arrived()) {
+            return kExitUnusable;
+        }
         folder.add(number, maker.make(number));
         progress.advance();
     }
@@ -75,11 +73,10 @@ void AddFleetMakeCommand(CLI::App& fleet, std::function<int()>& chosen) {
     }
     command->add_option("--count", options->count, "How many phones")
         ->required()
-        ->check(CheckWhole)
-        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1'000'000'000}));
+        ->check(WholeNumber(1, kMostPhones));
     command
         ->add_option("--seed", options->seed, "The same seed makes the same phones everywhere (default: 0)")
-        ->check(CheckWhole);
+        ->check(WholeNumber(0, std::numeric_limits<std::uint64_t>::max()));
     command->add_option("--trouble", options->troubles, troubles)->type_name("NAME=RATE,...");
     command
         ->add_option("--like", options->like,

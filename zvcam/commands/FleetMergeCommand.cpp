@@ -27,7 +27,7 @@ int Run(const MergeOptions& options) {
         throw std::runtime_error("cannot write " + options.output + ": it exists");
     }
     Draft draft(options.output, options.output);
-    const auto phones = static_cast<std::size_t>(MergeFleets(draft.path(), options.inputs));
+    const auto phones = static_cast<std::size_t>(MergeFleets(draft.path(), options.output, options.inputs));
     draft.become(options.output, NewFilePermissions());
     PrintOut([&](std::ostream& out) {
         out << Printable(options.output) << ": " << Counted(phones, "phone") << " of "

@@ -36,8 +36,9 @@ void PrintCsv(Database& database, const std::string& name) {
         }
         throw std::runtime_error("no table is called \"" + Printable(name) + "\"; there are " + list);
     }
-    Statement statement(database, QueryOfTable(name));
-    PrintOut([&](std::ostream& out) { PrintTableAsCsv(out, statement); });
+    PrintOut([&](std::ostream& out) {
+        ReadTable(database, name, [&](const std::vector<std::string>& cells) { PrintCsvRow(out, cells); });
+    });
 }
 
 int Run(const FleetReportOptions& options) {

@@ -134,7 +134,7 @@ void AddFleetRunCommand(CLI::App& fleet, std::function<int()>& chosen) {
         ->check(CheckNotEmpty);
     command->add_option("--jobs", options->jobs, "Boots at a time (default: one for each processor)")
         ->type_name("COUNT")
-        ->check(CLI::Range(1, 4096));
+        ->check(WholeNumber(1, 4096));
     command
         ->add_option("--like", options->like,
                      "Take what no pulled folder holds from this phone file (default: that of `zvcam phone "

@@ -134,7 +134,7 @@ void AddInfluenceCommand(CLI::App& app, std::function<int()>& chosen) {
         ->add_option("--step", options->step,
                      "Change so many bytes at a time before single ones (default: 16; 1: each by itself)")
         ->type_name("BYTES")
-        ->check(CLI::Range(std::size_t{1}, std::size_t{1024}));
+        ->check(WholeNumber(1, 1024));
     command->add_option("--json", options->json, "Write the result to this file; \"-\": print it instead")
         ->type_name("FILE")
         ->check(CheckNotEmpty);

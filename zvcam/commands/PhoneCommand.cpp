@@ -73,7 +73,7 @@ int RunFromDevice(const FromDeviceOptions& options) {
         throw std::runtime_error("standard output has no room for side files; -o takes the name of a file");
     }
     const LikePhone like = ReadLikePhone(options.like);
-    const std::vector<analysis::PulledFile> files = ReadPulledFolder(options.folder);
+    const std::vector<analysis::PulledFile> files = ReadPulledFolder(options.folder, options.folder);
     std::vector<std::filesystem::path> inputs = {options.like};
     for (const analysis::PulledFile& file : files) {
         inputs.push_back(std::filesystem::path(options.folder) / file.path);

@@ -31,15 +31,14 @@ constexpr std::uintmax_t kLargestGetprop = std::uintmax_t{4} << 20;
 }
 
 /// All regular files below a folder, by path relative to it.
-std::vector<fs::path> FilesBelow(const fs::path& folder) {
+std::vector<fs::path> FilesBelow(const fs::path& folder, const std::string& name) {
     std::vector<fs::path> files;
     std::error_code error;
     std::size_t entries = 0;
     fs::recursive_directory_iterator entry(folder, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
         if (++entries > kMostEntries) {
-            throw std::runtime_error(folder.string() +
-                                     ": expected the folder of a pulled phone, got more than " +
+            throw std::runtime_error(name + ": expected the folder of a pulled phone, got more than " +
                                      std::to_string(kMostEntries) + " files and folders");
         }
         std::error_code unknown;
@@ -48,8 +47,7 @@ std::vector<fs::path> FilesBelow(const fs::path& folder) {
         }
     }
     if (error) {
-        throw std::runtime_error(folder.string() + ": expected a folder that can be read, got " +
-                                 error.message());
+        throw std::runtime_error(name + ": expected a folder that can be read, got " + error.message());
     }
     std::sort(files.begin(), files.end());
     return files;
@@ -119,10 +117,10 @@ class SideFolder {
 
 }  // namespace
 
-std::vector<analysis::PulledFile> ReadPulledFolder(const fs::path& folder) {
+std::vector<analysis::PulledFile> ReadPulledFolder(const fs::path& folder, const std::string& name) {
     std::vector<analysis::PulledFile> pulled;
     std::size_t total = 0;
-    for (const fs::path& path : FilesBelow(folder)) {
+    for (const fs::path& path : FilesBelow(folder, name)) {
         const analysis::PulledKind kind = analysis::PulledKindOf(path.string());
         std::error_code error;
         if (kind.dumpOf == nullptr && kind.phonePath.empty()) {
@@ -142,8 +140,8 @@ std::vector<analysis::PulledFile> ReadPulledFolder(const fs::path& folder) {
             content.error = "more than " + std::to_string(virtualphone::kLargestFile) + " bytes up to it";
         }
         if (!content.error.empty()) {
-            throw std::runtime_error((folder / path).string() + ": expected a file that can be read, got " +
-                                     content.instead());
+            throw std::runtime_error((fs::path(name) / path).string() +
+                                     ": expected a file that can be read, got " + content.instead());
         }
         pulled.push_back({.path = path.string(), .bytes = std::move(content.bytes)});
     }

@@ -10,8 +10,10 @@ namespace zvcam {
 
 /// Reads what counts in a folder that was pulled from a device: the files of its camera folders, EEPROM
 /// dumps, and small files that may be getprop output. Sorted by path; links are not followed.
+/// @param name what messages call the folder.
 /// @throws std::runtime_error for a folder or a file that cannot be read.
-std::vector<analysis::PulledFile> ReadPulledFolder(const std::filesystem::path& folder);
+std::vector<analysis::PulledFile> ReadPulledFolder(const std::filesystem::path& folder,
+                                                   const std::string& name);
 
 /// A phone that others are made like, and how messages call it.
 struct LikePhone {

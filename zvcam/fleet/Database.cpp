@@ -1,6 +1,10 @@
 #include "zvcam/fleet/Database.h"
 
+#include <array>
+#include <fstream>
 #include <sqlite3.h>
+#include <system_error>
+#include <utility>
 
 namespace zvcam {
 
@@ -9,19 +13,53 @@ namespace {
 /// How long one program waits for another that writes.
 constexpr int kPatienceMs = 10'000;
 
+/// Whether a database is in WAL mode and nothing of it lies beside it: nobody writes to it.
+bool IsWholeInWalMode(const std::filesystem::path& path) {
+    // Where the header has the versions that a writer and a reader need; 2 is that of WAL mode.
+    constexpr std::streamoff kVersions = 18;
+    std::array<char, 2> versions{};
+    std::ifstream file(path, std::ios::binary);
+    file.seekg(kVersions).read(versions.data(), versions.size());
+    std::error_code error;
+    return versions == std::array<char, 2>{2, 2} && !std::filesystem::exists(path.string() + "-wal", error);
+}
+
 }  // namespace
+
+std::string ReadOnlyUri(const std::filesystem::path& path) {
+    std::string uri = "file://";
+    for (const char character : std::filesystem::absolute(path).string()) {
+        switch (character) {
+            case '%':
+                uri += "%25";
+                break;
+            case '?':
+                uri += "%3F";
+                break;
+            case '#':
+                uri += "%23";
+                break;
+            default:
+                uri += character;
+        }
+    }
+    // Else a reader would make files beside it, and leave them there.
+    return uri + "?mode=ro" + (IsWholeInWalMode(path) ? "&immutable=1" : "");
+}
 
 void Database::Close::operator()(sqlite3* database) const {
     sqlite3_close(database);
 }
 
-Database::Database(const std::filesystem::path& path, Access access) : mName(path.string()) {
+Database::Database(const std::filesystem::path& path, Access access, std::string name)
+    : mName(name.empty() ? path.string() : std::move(name)) {
     sqlite3* database = nullptr;
-    // URIs are for what is attached: an absolute path is none, and a name such as ":memory:" is a file's,
-    // too.
-    const int flags = SQLITE_OPEN_URI | (access == Access::Read ? SQLITE_OPEN_READONLY
-                                                                : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-    const int result = sqlite3_open_v2(std::filesystem::absolute(path).c_str(), &database, flags, nullptr);
+    // An absolute path is no URI, and a name such as ":memory:" is a file's, too.
+    const bool reads = access == Access::Read;
+    const std::string opened = reads ? ReadOnlyUri(path) : std::filesystem::absolute(path).string();
+    const int flags =
+        SQLITE_OPEN_URI | (reads ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    const int result = sqlite3_open_v2(opened.c_str(), &database, flags, nullptr);
     mDatabase.reset(database);
     if (result != SQLITE_OK) {
         fail();
@@ -40,8 +78,16 @@ bool Database::attempt(const std::string& sql) {
 }
 
 void Database::fail() const {
-    throw DatabaseError(mName + ": " +
-                        (mDatabase ? sqlite3_errmsg(mDatabase.get()) : "there is not enough memory"));
+    if (!mDatabase) {
+        throw DatabaseError(mName + ": there is not enough memory");
+    }
+    std::error_code error;
+    const std::string log = mName + "-wal";
+    const bool needsFolder =
+        sqlite3_errcode(mDatabase.get()) == SQLITE_CANTOPEN && std::filesystem::exists(log, error);
+    throw DatabaseError(
+        mName + ": " + sqlite3_errmsg(mDatabase.get()) +
+        (needsFolder ? "; what " + log + " holds is read in a folder that can be written" : ""));
 }
 
 void Statement::Finalize::operator()(sqlite3_stmt* statement) const {

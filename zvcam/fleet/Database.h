@@ -18,6 +18,9 @@ class DatabaseError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// SQLite's name of a database that is to be read, and nothing written beside it unless it is being written.
+std::string ReadOnlyUri(const std::filesystem::path& path);
+
 /// An open SQLite database.
 class Database {
   public:
@@ -26,8 +29,9 @@ class Database {
         Write,  ///< makes it where it does not exist
     };
 
+    /// @param name for messages; empty: the path.
     /// @throws DatabaseError
-    Database(const std::filesystem::path& path, Access access);
+    Database(const std::filesystem::path& path, Access access, std::string name = "");
 
     /// Runs statements that return no rows.
     /// @throws DatabaseError

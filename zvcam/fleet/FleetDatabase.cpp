@@ -111,9 +111,13 @@ void CreateTables(Database& database) {
 }
 
 void CheckIsFleet(Database& database, const std::string& name) {
-    if (NumberOf(database, "PRAGMA application_id") != kApplicationId ||
-        NumberOf(database, "PRAGMA user_version") != kVersion) {
-        throw std::runtime_error(name + ": expected a database of `zvcam fleet run`, got another one");
+    const std::string expected = name + ": expected a database of `zvcam fleet run`";
+    if (NumberOf(database, "PRAGMA application_id") != kApplicationId) {
+        throw std::runtime_error(expected + ", got another one");
+    }
+    if (const std::int64_t version = NumberOf(database, "PRAGMA user_version"); version != kVersion) {
+        throw std::runtime_error(expected + " with user_version " + std::to_string(kVersion) +
+                                 ", got one of another zvcam with user_version " + std::to_string(version));
     }
 }
 
@@ -209,31 +213,24 @@ void CheckIsComplete(Database& database) {
     }
 }
 
-/// SQLite's name of a database that is not to be written.
-std::string ReadOnlyUri(const std::string& absolutePath) {
-    std::string uri = "file://";
-    for (const char character : absolutePath) {
-        switch (character) {
-            case '%':
-                uri += "%25";
-                break;
-            case '?':
-                uri += "%3F";
-                break;
-            case '#':
-                uri += "%23";
-                break;
-            default:
-                uri += character;
+/// A query for a table with the path of the phone in place of its number, or for a view.
+std::string QueryOfTable(const std::string& name) {
+    for (const FleetTable& table : analysis::FleetTables()) {
+        if (name == table.name) {
+            return IsOfPhones(table)
+                       ? "SELECT " + ColumnNames(table) + " FROM phones ORDER BY path"
+                       // By the index of the paths, row for row: nothing has to be sorted.
+                       : "SELECT p.path, t.n, " + ColumnNames(table, "t.") + " FROM phones p CROSS JOIN " +
+                             name + " t ON t.phone = p.id ORDER BY p.path, t.n";
         }
     }
-    return uri + "?mode=ro";
+    return "SELECT * FROM " + name;
 }
 
 void Join(Database& database, const std::string& input) {
     {
         Statement attach(database, "ATTACH ? AS input");
-        const std::string uri = ReadOnlyUri(fs::absolute(input).string());
+        const std::string uri = ReadOnlyUri(input);
         attach.bind(std::string_view(uri));
         attach.step();
     }
@@ -332,12 +329,13 @@ Database OpenFleet(const fs::path& path) {
     return database;
 }
 
-std::int64_t MergeFleets(const fs::path& path, const std::vector<std::string>& inputs) {
+std::int64_t MergeFleets(const fs::path& path, const std::string& name,
+                         const std::vector<std::string>& inputs) {
     for (const std::string& input : inputs) {
         Database opened = OpenFleet(input);
         CheckIsComplete(opened);
     }
-    Database database(path, Database::Access::Write);
+    Database database(path, Database::Access::Write, name);
     // Whoever reads it does so when it is complete.
     database.run("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
     CreateTables(database);
@@ -358,17 +356,20 @@ std::vector<std::string> FleetTableNames() {
     return names;
 }
 
-std::string QueryOfTable(const std::string& name) {
-    for (const FleetTable& table : analysis::FleetTables()) {
-        if (name == table.name) {
-            return IsOfPhones(table)
-                       ? "SELECT " + ColumnNames(table) + " FROM phones ORDER BY path"
-                       // By the index of the paths, row for row: nothing has to be sorted.
-                       : "SELECT p.path, t.n, " + ColumnNames(table, "t.") + " FROM phones p CROSS JOIN " +
-                             name + " t ON t.phone = p.id ORDER BY p.path, t.n";
-        }
+void ReadTable(Database& database, const std::string& name,
+               const std::function<void(const std::vector<std::string>&)>& take) {
+    Statement statement(database, QueryOfTable(name));
+    std::vector<std::string> cells;
+    for (int column = 0; column < statement.columns(); ++column) {
+        cells.push_back(statement.name(column));
     }
-    return "SELECT * FROM " + name;
+    take(cells);
+    while (statement.step()) {
+        for (int column = 0; column < statement.columns(); ++column) {
+            cells[static_cast<std::size_t>(column)] = statement.text(column);
+        }
+        take(cells);
+    }
 }
 
 }  // namespace zvcam

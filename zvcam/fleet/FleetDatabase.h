@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <unordered_set>
@@ -63,14 +64,19 @@ Database OpenFleet(const std::filesystem::path& path);
 
 /// Joins databases.
 /// @param path a new or empty file.
+/// @param name what messages call it.
 /// @return phones in it.
 /// @throws std::runtime_error when two inputs have a phone of the same path; DatabaseError
-std::int64_t MergeFleets(const std::filesystem::path& path, const std::vector<std::string>& inputs);
+std::int64_t MergeFleets(const std::filesystem::path& path, const std::string& name,
+                         const std::vector<std::string>& inputs);
 
 /// The names of the tables and views that `--csv` prints.
 std::vector<std::string> FleetTableNames();
 
-/// A query for a table with the path of the phone in place of its number, or for a view.
-std::string QueryOfTable(const std::string& name);
+/// Hands over the names of the columns of a table or view, then each row, where nothing stands for NULL. In a
+/// table the path of the phone takes the place of its number.
+/// @throws DatabaseError
+void ReadTable(Database& database, const std::string& name,
+               const std::function<void(const std::vector<std::string>&)>& take);
 
 }  // namespace zvcam

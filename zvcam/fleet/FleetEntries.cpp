@@ -76,6 +76,12 @@ void Search(const fs::path& folder, const fs::path& name, std::vector<std::strin
     }
 }
 
+/// One name for a path, however it was written: "made", "./made" and "made/" are the same.
+std::string PlainPath(const fs::path& path) {
+    const fs::path plain = path.lexically_normal();
+    return (plain.has_filename() || plain == plain.root_path() ? plain : plain.parent_path()).string();
+}
+
 std::vector<std::string> LinesOf(const std::string& source) {
     const virtualphone::FileContent content = virtualphone::ReadInput(source);
     if (!content.error.empty()) {
@@ -92,16 +98,10 @@ std::vector<std::string> LinesOf(const std::string& source) {
         text.remove_prefix(std::min(text.size(), line.size() + 1));
         line.remove_suffix(line.ends_with('\r') ? 1 : 0);
         if (!line.empty()) {
-            lines.emplace_back(line);
+            lines.push_back(PlainPath(line));
         }
     }
     return lines;
-}
-
-/// One name for a source, however it was written: "made", "./made" and "made/" are the same.
-std::string PlainPath(const std::string& path) {
-    const fs::path plain = fs::absolute(path).lexically_normal();
-    return (plain.has_filename() ? plain : plain.parent_path()).string();
 }
 
 void KeepEachOnce(FleetEntries& entries) {
@@ -115,7 +115,7 @@ void KeepEachOnce(FleetEntries& entries) {
 FleetEntries ReadFleetEntries(const std::string& source) {
     FleetEntries entries;
     std::error_code error;
-    entries.source = source == "-" ? source : PlainPath(source);
+    entries.source = source == "-" ? source : PlainPath(fs::absolute(source));
     if (source != "-" && fs::is_directory(source, error)) {
         entries.folder = source;
         Search(source, "", entries.paths);
@@ -153,9 +153,11 @@ void KeepShard(const Shard& shard, FleetEntries& entries) {
 }
 
 virtualphone::PhoneDescription ReadFleetPhone(const fs::path& path, const LikePhone& like) {
+    // The path stands beside the messages, and would only keep equal ones apart.
     std::error_code error;
     if (fs::is_directory(path, error)) {
-        analysis::DevicePull pull = analysis::PhoneFromDevice(ReadPulledFolder(path), like.phone, like.name);
+        analysis::DevicePull pull =
+            analysis::PhoneFromDevice(ReadPulledFolder(path, "pulled folder"), like.phone, like.name);
         if (!pull.trouble.empty()) {
             throw std::runtime_error(pull.trouble);
         }

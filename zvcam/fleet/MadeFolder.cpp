@@ -14,6 +14,7 @@
 
 #include "formats/Hex.h"
 #include "virtualphone/PhoneFile.h"
+#include "zvcam/fleet/Csv.h"
 
 namespace zvcam {
 
@@ -25,6 +26,9 @@ using Json = nlohmann::ordered_json;
 using virtualphone::PhoneDescription;
 
 constexpr std::uint64_t kPhonesInFolder = 1000;
+constexpr const char* kList = "phones.txt";
+constexpr const char* kTroubled = "troubled.csv";
+constexpr const char* kMade = "made.csv";
 
 [[noreturn]] void ThrowUnwritable(const fs::path& path, int error) {
     throw std::runtime_error("cannot write " + path.string() + ": " + std::generic_category().message(error));
@@ -90,14 +94,44 @@ bool IsLong(const Bytes& bytes) {
     return bytes.size() > kLong && ContentJson(bytes).dump().size() > kLong;
 }
 
+/// A folder whose content disappears again unless it is kept.
+class NewFolder {
+  public:
+    /// @throws std::runtime_error for one that exists and is not empty.
+    explicit NewFolder(fs::path path) : mPath(std::move(path)) {
+        std::error_code error;
+        mExisted = fs::exists(mPath, error);
+        if (mExisted && !fs::is_empty(mPath, error)) {
+            throw std::runtime_error("cannot write " + mPath.string() + ": it exists and is not empty");
+        }
+    }
+    ~NewFolder() {
+        std::error_code ignored;
+        for (const char* const made : {"phones", "shared", kList, kTroubled, kMade}) {
+            if (!mKept) {
+                fs::remove_all(mPath / made, ignored);
+            }
+        }
+        if (!mKept && !mExisted) {
+            fs::remove(mPath, ignored);
+        }
+    }
+    NewFolder(const NewFolder&) = delete;
+    NewFolder& operator=(const NewFolder&) = delete;
+
+    fs::path operator/(const std::string& name) const { return mPath / name; }
+    void keep() { mKept = true; }
+
+  private:
+    fs::path mPath;
+    bool mExisted = false;
+    bool mKept = false;
+};
+
 }  // namespace
 
 struct MadeFolder::State {
     State(fs::path target, const PhoneDescription& phone) : folder(std::move(target)), like(phone) {
-        std::error_code error;
-        if (fs::exists(folder, error) && !fs::is_empty(folder, error)) {
-            throw std::runtime_error("cannot write " + folder.string() + ": it exists and is not empty");
-        }
         MakeFolder(folder / "shared");
         // The paths are those that a phone file has to name.
         const std::string up = "../../";
@@ -118,8 +152,8 @@ struct MadeFolder::State {
             }
         }
         pattern = Json::parse(virtualphone::PhoneFileText(like, names));
-        list.open(folder / "phones.txt", std::ios::binary);
-        troubled.open(folder / "troubled.csv", std::ios::binary);
+        list.open(folder / kList, std::ios::binary);
+        troubled.open(folder / kTroubled, std::ios::binary);
         troubled << "path,trouble,place\n";
     }
 
@@ -151,7 +185,7 @@ struct MadeFolder::State {
         return json.dump() + "\n";
     }
 
-    fs::path folder;
+    NewFolder folder;
     const PhoneDescription& like;
     std::vector<std::string> memoryNames;  ///< by sensor index
     Json pattern;                          ///< the phone file of `like`
@@ -176,7 +210,8 @@ void MadeFolder::add(std::uint64_t number, const MadePhone& made) {
     mState->list << path << '\n';
     if (made.trouble) {
         ++mState->counts[*made.trouble];
-        mState->troubled << path << ',' << Troubles()[*made.trouble].name << ',' << made.where << '\n';
+        mState->troubled << path << ',' << Troubles()[*made.trouble].name << ',' << CsvCell(made.where)
+                         << '\n';
     }
 }
 
@@ -188,10 +223,14 @@ std::vector<std::size_t> MadeFolder::finish(const std::vector<TroubleRate>& rate
         counts.push_back(mState->counts[rate.trouble]);
         table += trouble.name + ("," + std::to_string(counts.back())) + ",\"" + trouble.query + "\"\n";
     }
-    Write(mState->folder / "made.csv", table);
-    if (!mState->list.flush() || !mState->troubled.flush()) {
-        ThrowUnwritable(mState->folder, errno);
+    Write(mState->folder / kMade, table);
+    errno = 0;
+    for (auto& [file, name] : {std::pair(&mState->list, kList), std::pair(&mState->troubled, kTroubled)}) {
+        if (!file->flush()) {
+            ThrowUnwritable(mState->folder / name, errno);
+        }
     }
+    mState->folder.keep();
     return counts;
 }
 

@@ -18,6 +18,8 @@ namespace zvcam {
 ///     shared/                  memories, and files too long to stand in every phone file
 ///     troubled.csv             path, trouble and place of each phone that has one
 ///     made.csv                 how many phones have each trouble, and the query that counts them
+///
+/// Until `finish` has succeeded all of it disappears with this object.
 class MadeFolder {
   public:
     /// @throws std::runtime_error for a folder that exists and is not empty, or cannot be made.

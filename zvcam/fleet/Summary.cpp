@@ -98,28 +98,22 @@ void ReadFindings(Database& database, std::size_t most, FleetSummary& summary) {
 }
 
 void ReadModules(Database& database, FleetSummary& summary) {
-    constexpr int kFirstRange = 8;
-    constexpr std::string_view kBad = "_bad";
-    Statement statement(database, "SELECT * FROM module_kinds");
-    for (int column = kFirstRange; column < statement.columns(); ++column) {
-        std::string name = statement.name(column);
-        name.resize(name.size() - kBad.size());
-        std::transform(name.begin(), name.end(), name.begin(),
-                       [](char letter) { return static_cast<char>(letter - 'a' + 'A'); });
-        summary.rangeNames.push_back(name);
-    }
+    Statement statement(database,
+                        "SELECT name, chip, maker, layout, modules, unreadable, erased, of_other_module,"
+                        " af_bad, awb_bad, lsc_bad, pdaf_bad, ois_bad FROM module_kinds");
+    summary.rangeNames = {"AF", "AWB", "LSC", "PDAF", "OIS"};
     while (statement.step()) {
         FleetSummary::ModuleKind& kind = summary.modules.emplace_back();
-        kind.name = statement.text(0);
-        kind.chip = statement.text(1);
-        kind.maker = statement.text(2);
-        kind.layout = statement.text(3);
-        kind.modules = statement.number(4);
-        kind.unreadable = statement.number(5);
-        kind.erased = statement.number(6);
-        kind.ofOtherModule = statement.number(7);
-        for (int column = kFirstRange; column < statement.columns(); ++column) {
-            kind.badRanges.push_back(statement.number(column));
+        int column = 0;
+        for (std::string* const text : {&kind.name, &kind.chip, &kind.maker, &kind.layout}) {
+            *text = statement.text(column++);
+        }
+        for (std::int64_t* const count :
+             {&kind.modules, &kind.unreadable, &kind.erased, &kind.ofOtherModule}) {
+            *count = statement.number(column++);
+        }
+        for (std::size_t i = 0; i < summary.rangeNames.size(); ++i) {
+            kind.badRanges.push_back(statement.number(column++));
         }
     }
 }

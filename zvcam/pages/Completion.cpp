@@ -94,7 +94,7 @@ std::vector<std::string> Joined(std::vector<std::string> left, const std::vector
 }
 
 /// A text that a shell takes as it is.
-std::string Quoted(std::string_view text) {
+std::string ShellQuoted(std::string_view text) {
     std::string quoted = "'";
     for (const char character : text) {
         quoted += character == '\'' ? "'\\''" : std::string(1, character);
@@ -111,7 +111,7 @@ std::string Words(const std::vector<std::string>& words) {
 }
 
 void PrintRow(std::ostream& out, std::string_view key, std::string_view value) {
-    out << "    [" << Quoted(key.empty() ? "-" : key) << "]=" << Quoted(value) << '\n';
+    out << "    [" << ShellQuoted(key.empty() ? "-" : key) << "]=" << ShellQuoted(value) << '\n';
 }
 
 /// A description inside one of zsh's argument specifications, where brackets and colons part things.
@@ -157,7 +157,7 @@ void PrintZshFunction(std::ostream& out, const Command& command, std::span<const
             if (!option.value.empty()) {
                 specification += ":" + ZshText(option.value) + ":" + ZshAction(KindOf(command, option));
             }
-            out << " \\\n        " << Quoted(specification);
+            out << " \\\n        " << ShellQuoted(specification);
         }
     }
     if (!command.commands.empty()) {
@@ -165,8 +165,8 @@ void PrintZshFunction(std::ostream& out, const Command& command, std::span<const
     } else {
         for (const Argument& positional : command.positionals) {
             out << " \\\n        "
-                << Quoted((positional.repeated ? "*:" : ":") + ZshText(positional.value) + ":" +
-                          ZshAction(KindOf(command, positional)));
+                << ShellQuoted((positional.repeated ? "*:" : ":") + ZshText(positional.value) + ":" +
+                               ZshAction(KindOf(command, positional)));
         }
     }
     out << '\n';
@@ -178,7 +178,7 @@ void PrintZshFunction(std::ostream& out, const Command& command, std::span<const
             if (!below.path.empty() && parent == command.path) {
                 const std::string name =
                     space == std::string::npos ? below.path : below.path.substr(space + 1);
-                out << "                " << Quoted(name + ":" + ZshText(below.description)) << '\n';
+                out << "                " << ShellQuoted(name + ":" + ZshText(below.description)) << '\n';
             }
         }
         out << "            )\n            _describe -t commands command commands\n";
@@ -299,7 +299,7 @@ void PrintZshFunctions(std::ostream& out, std::span<const Command> commands) {
     for (const Choice& choice : Choices()) {
         out << "_zvcam_" << choice.kind << "() {\n    local -a names=(\n";
         for (const std::string& word : choice.words) {
-            out << "        " << Quoted(word) << '\n';
+            out << "        " << ShellQuoted(word) << '\n';
         }
         out << "    )\n    compadd " << (choice.kind == "setting" ? "-S '' " : "") << "-a names\n}\n\n";
     }

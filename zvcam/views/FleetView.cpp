@@ -3,7 +3,8 @@
 #include <array>
 #include <cstdio>
 #include <ostream>
-#include <string_view>
+
+#include "zvcam/fleet/Csv.h"
 
 namespace zvcam {
 
@@ -155,18 +156,6 @@ void PrintErrorLines(std::ostream& out, const FleetSummary& summary, const Style
     }
 }
 
-void PrintCsvCell(std::ostream& out, std::string_view text) {
-    if (text.find_first_of(",\"") == std::string_view::npos) {
-        out << text;
-        return;
-    }
-    out << '"';
-    for (const char character : text) {
-        out << (character == '"' ? "\"" : "") << character;
-    }
-    out << '"';
-}
-
 }  // namespace
 
 void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRun& run) {
@@ -209,18 +198,11 @@ void PrintFleet(std::ostream& out, const std::string& database, const FleetSumma
     PrintErrorLines(out, summary, style);
 }
 
-void PrintTableAsCsv(std::ostream& out, Statement& query) {
-    for (int column = 0; column < query.columns(); ++column) {
-        out << (column == 0 ? "" : ",") << query.name(column);
+void PrintCsvRow(std::ostream& out, const std::vector<std::string>& cells) {
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        out << (i == 0 ? "" : ",") << CsvCell(cells[i]);
     }
     out << '\n';
-    while (query.step()) {
-        for (int column = 0; column < query.columns(); ++column) {
-            out << (column == 0 ? "" : ",");
-            PrintCsvCell(out, Printable(query.text(column)));
-        }
-        out << '\n';
-    }
 }
 
 }  // namespace zvcam

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <vector>
 
-#include "zvcam/fleet/Database.h"
 #include "zvcam/fleet/Summary.h"
 #include "zvcam/views/Text.h"
 
@@ -32,8 +32,7 @@ void PrintFleet(std::ostream& out, const std::string& database, const FleetSumma
 /// The same as a page.
 void WriteFleetPage(std::ostream& out, const std::string& database, const FleetSummary& summary);
 
-/// The rows of a query, comma-separated, below the names of its columns. A text with a comma, a quote or a
-/// line's end stands in quotes; nothing stands for NULL.
-void PrintTableAsCsv(std::ostream& out, Statement& query);
+/// A row of a table, comma-separated. A text with a comma or a quote stands in quotes.
+void PrintCsvRow(std::ostream& out, const std::vector<std::string>& cells);
 
 }  // namespace zvcam
