@@ -59,7 +59,8 @@ std::string EndText(const Ended& ended) {
         case Ended::How::Timeout: {
             std::array<char, 32> seconds;
             std::snprintf(seconds.data(), seconds.size(), "%g", ended.seconds);
-            return std::string("did not return within ") + seconds.data() + (ended.seconds == 1 ? " second" : " seconds") + step;
+            return std::string("did not return within ") + seconds.data() +
+                   (ended.seconds == 1 ? " second" : " seconds") + step;
         }
         case Ended::How::Returned:
             break;

@@ -76,9 +76,14 @@ TEST(StretchSearch, FindsEachByteThatDoesSomething) {
     bytes = placed(bytes, 2510, "gh");
     bytes = placed(bytes, 2100, "............");
     bytes = placed(bytes, 2907, ".............");
-    for (const std::size_t step : {1U, 3U, 16U, 1024U}) {
+    for (const std::size_t step : {1U, 3U, 16U}) {
         EXPECT_EQ(Search(bytes, step).bytes, bytes) << step;
     }
+    // With large steps the gaps in the long range may pass for bytes of it, and nothing else may.
+    const auto withoutGaps = [&](std::string found) {
+        return placed(placed(std::move(found), 2100, "ssssssssssss"), 2907, "sssssssssssss");
+    };
+    EXPECT_EQ(withoutGaps(Search(bytes, 1024).bytes), withoutGaps(bytes));
     EXPECT_LT(Search(bytes, 16).tries, 450U);
     EXPECT_LE(Search(nothing, 16).tries, 5U);
     EXPECT_EQ(Search("", 16).bytes, "");

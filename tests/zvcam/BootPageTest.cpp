@@ -5,10 +5,10 @@ namespace {
 using testing::IsEmpty;
 using testing::StartsWith;
 
-const std::string kFake = "run phone.json --library '" FAKE_PLUGIN "' ";
+const std::string kFakeBoot = "run phone.json --library '" FAKE_PLUGIN "' ";
 
 TEST_F(Zvcam, PageHoldsEverythingThatWasPublished) {
-    const Result result = zvcam(kFake + "--html page.html");
+    const Result result = zvcam(kFakeBoot + "--html page.html");
     EXPECT_EQ(result.exitCode, 0) << result.error;
     EXPECT_THAT(result.out, StartsWith("Phone small: 1 error line\n"));
     const std::string page = ReadText(file("page.html"));
@@ -33,7 +33,7 @@ TEST_F(Zvcam, PageHoldsEverythingThatWasPublished) {
 
 TEST_F(Zvcam, PageHasFilesThatWereWrittenAsTheyWere) {
     for (const char* const result : {"created or changed", "as before the boot"}) {
-        ASSERT_EQ(zvcam(kFake + "--html page.html --root kept").exitCode, 0);
+        ASSERT_EQ(zvcam(kFakeBoot + "--html page.html --root kept").exitCode, 0);
         EXPECT_THAT(ReadText(file("page.html")),
                     testing::ContainsRegex(">/data/vendor/camera/made</th>.*6D 61 64 65</td><td>" +
                                            std::string(result) + "</td>"));
@@ -41,7 +41,7 @@ TEST_F(Zvcam, PageHasFilesThatWereWrittenAsTheyWere) {
 }
 
 TEST_F(Zvcam, PageOfABootThatThrewSaysSoFirst) {
-    const Result result = zvcam(kFake + "--html - --set 'test.ending=throw'");
+    const Result result = zvcam(kFakeBoot + "--html - --set 'test.ending=throw'");
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(result.error, "zvcam: the plug-in threw: off the end\n");
     EXPECT_NE(result.out.find(R"(<h1>small</h1><p class="ending" role="alert"><span class="bad">)"),
@@ -53,7 +53,7 @@ TEST_F(Zvcam, PageIsRefusedWhereItWouldTakeThePlaceOfAnother) {
     for (const std::string outputs :
          {"--html phone.json", "--html '" FAKE_PLUGIN "'", "--html same --json ./same", "--html - --json -",
           "--html /dev/full", "--html none/page"}) {
-        const Result result = zvcam(kFake + outputs);
+        const Result result = zvcam(kFakeBoot + outputs);
         EXPECT_EQ(result.exitCode, 2) << outputs;
         EXPECT_THAT(result.error, StartsWith("zvcam: cannot write ")) << outputs;
         EXPECT_THAT(result.out, IsEmpty()) << outputs;

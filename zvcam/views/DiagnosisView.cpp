@@ -18,10 +18,6 @@ using analysis::Finding;
 using analysis::Module;
 using analysis::PairDecision;
 
-std::string FileName(const std::string& path) {
-    return path.substr(path.rfind('/') + 1);
-}
-
 std::string ChecksumsText(const analysis::ModuleMemory& memory, const Style& style) {
     if (memory.layout == nullptr) {
         return "layout unknown";

@@ -11,13 +11,9 @@ using analysis::Diagnosis;
 using analysis::Module;
 using analysis::PairDecision;
 
-namespace {
-
 std::string FileName(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
-
-}  // namespace
 
 std::string EndingText(const record::BootRecord& boot) {
     return !boot.ended || boot.ended->returned() ? "" : "the plug-in " + record::EndText(*boot.ended);

@@ -10,6 +10,9 @@
 /// The words of a diagnosis, which text and page say alike.
 namespace zvcam {
 
+/// "b.bin" of "/a/b.bin".
+std::string FileName(const std::string& path);
+
 /// How a boot ended, in words: "the plug-in was ended by SIGSEGV in OverriderDualCamCalData". Empty where it
 /// returned or nobody says.
 std::string EndingText(const record::BootRecord& boot);
