@@ -96,8 +96,8 @@ class HtmlTable {
         return *this;
     }
 
-    /// Makes a row stand as lines "heading: value" where the page is narrow: for tables whose rows are read by
-    /// themselves, and whose values mean nothing without their heading.
+    /// Makes a row stand as lines "heading: value" where the page is narrow: for tables whose rows are read
+    /// by themselves, and whose values mean nothing without their heading.
     HtmlTable& stacked() {
         mStacked = true;
         return *this;
