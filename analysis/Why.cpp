@@ -182,14 +182,6 @@ void AddEvents(const record::BootRecord& boot, Range range, std::string_view ste
     }
 }
 
-/// The step that would publish the item; null where the boot did not come to it.
-const Step* FindStep(const Course& course, const Item& item, std::size_t device) {
-    const auto found = std::find_if(course.steps.begin(), course.steps.end(), [&](const Step& step) {
-        return step.name == item.operation.step && (item.kind != Item::Kind::Tag || step.device == device);
-    });
-    return found == course.steps.end() ? nullptr : &*found;
-}
-
 void FindProperty(const record::BootRecord& boot, Reason& reason) {
     for (const record::PropertySet* const set : record::EventsOf<record::PropertySet>(boot)) {
         if (set->name == reason.item.name) {
@@ -301,10 +293,16 @@ Reason WhyOf(const Boot& boot, const Course& course, const std::vector<Device>& 
             FindFile(boot, reason);
             break;
         case Item::Kind::Tag:
+            if (devices.empty()) {
+                reason.noDevices = WhyNoDevices(boot, course);
+                return reason;
+            }
             FindTagOf(boot, course, devices[device], device, reason);
             break;
     }
-    const Step* const step = FindStep(course, item, device);
+    const Step* const step =
+        FindStep(course, item.operation.step,
+                 item.kind == Item::Kind::Tag ? std::optional(device) : std::optional<std::size_t>());
     if (step == nullptr) {
         return reason;
     }
@@ -317,6 +315,8 @@ Reason WhyOf(const Boot& boot, const Course& course, const std::vector<Device>& 
     }
     AddEvents(boot.record, range, step->name, reason);
     if (!reason.published()) {
+        const bool unmerged = reason.device && reason.device->metadata == nullptr;
+        reason.endedInIt = boot.cutShort() && (unmerged || step->end == boot.record.events.size());
         reason.gaveUp = LastErrorOf(
             boot.record, {.name = step->name, .device = {}, .first = range.first, .end = range.end});
     }

@@ -380,7 +380,7 @@ TEST_F(Zvcam, AKeptRootOfAnEarlierBootChangesNoAnswer) {
     EXPECT_THAT(first, StartsWith("/data/vendor/camera/com.zelvan.dcal.wu.data was published by "
                                   "DualCameraDataDumpFile.\n  0600  4096 bytes of 0x15\n"));
     const std::string hint =
-        "2 files under the root came from elsewhere; --clean-root removes what is there first.\n";
+        "2 files under the root lay there before the boot; --clean-root removes what is there first.\n";
     EXPECT_EQ(
         zvcam(why + " --root kept").out,
         std::string(first).replace(first.find(".\n"), 1, ", with the content that it had before the boot.") +
