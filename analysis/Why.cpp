@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "analysis/LogWords.h"
+#include "analysis/Modules.h"
 #include "analysis/Questions.h"
+#include "formats/Hex.h"
 #include "tables/CameraModules.h"
 #include "tables/CameraPairs.h"
 #include "tables/PublishedFiles.h"
@@ -190,6 +192,28 @@ void FindProperty(const record::BootRecord& boot, Reason& reason) {
     }
 }
 
+/// Why the module that a fuse id is of gives none; empty for other properties, and where it would give one.
+std::string WhyNoFuseId(const Boot& boot, std::string_view property) {
+    for (const tables::FuseIdOfRole& row : tables::kFuseIds) {
+        if (property != row.fuseId.propName && property != row.fuseId.propNameLong) {
+            continue;
+        }
+        for (const Module& module : ModulesOf(boot)) {
+            if (module.role != row.roleId) {
+                continue;
+            }
+            return !module.fitted() ? module.name + " is not fitted"
+                   : module.reading == Module::Reading::Failed
+                       ? "the memory of " + module.name + " cannot be read"
+                   : module.memory && module.memory->maker.empty()
+                       ? "the memory of " + module.name + " names a maker that nobody knows (" +
+                             formats::HexNumber(module.memory->makerId) + ")"
+                       : std::string();
+        }
+    }
+    return {};
+}
+
 void FindFile(const Boot& boot, Reason& reason) {
     reason.file = record::FindWritten(boot.record, reason.item.name);
     reason.fileRewritten = std::any_of(boot.record.rewritten.begin(), boot.record.rewritten.end(),
@@ -288,6 +312,7 @@ Reason WhyOf(const Boot& boot, const Course& course, const std::vector<Device>& 
     switch (item.kind) {
         case Item::Kind::Property:
             FindProperty(boot.record, reason);
+            reason.noFuseId = reason.property == nullptr ? WhyNoFuseId(boot, item.name) : "";
             break;
         case Item::Kind::File:
             FindFile(boot, reason);

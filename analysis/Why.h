@@ -62,6 +62,8 @@ struct Reason {
     const record::Tag* tag = nullptr;
     std::optional<int> refused;  ///< error code of the update
     std::string noDevices;       ///< of a tag: why no device was updated at all
+    std::string
+        noFuseId;  ///< of a fuse id that was not published: what its module lacks; empty where unknown
     bool stepRan = false;
     bool endedInIt = false;                   ///< the boot ended before the step could publish it
     bool appliesToRole = true;                ///< devices of this role get the tag on some phone

@@ -79,6 +79,24 @@ TEST(Why, TellsOfATagWhyThereIsNoDevice) {
     EXPECT_EQ(Why(boot, "CAMERA_ROLEID").noDevices, "the boot did not come to them");
 }
 
+TEST(Why, TellsWhatAModuleWithoutFuseIdLacks) {
+    virtualphone::PhoneDescription phone = SamplePhone("halcyrion");
+    phone.sensors[0].eeprom->readReturns = 0;
+    phone.sensors[2].eeprom->image.assign(16384, 0xFF);
+    phone.sensors.pop_back();
+    const analysis::Boot boot = BootOf(std::move(phone));
+    const std::pair<const char*, const char*> kCases[] = {
+        {"sensor.w.fuseID", "the memory of back main cannot be read"},
+        {"sensor.f.fuseID", ""},
+        {"rearTele.fuseID", "the memory of back tele names a maker that nobody knows (0xFF)"},
+        {"rearUltra.fuseID", "back ultra is not fitted"},
+        {"sensor.f.sensorInfo", ""},
+    };
+    for (const auto& [property, reason] : kCases) {
+        EXPECT_EQ(Why(boot, property).noFuseId, reason) << property;
+    }
+}
+
 TEST(Why, TellsThatTheBootEndedBeforeAnOperationCould) {
     analysis::Boot boot = BootOf(SamplePhone("halcyrion"));
     EXPECT_FALSE(Why(boot, "SMARTFOV_ZOOM_RATIO").endedInIt);

@@ -59,6 +59,8 @@ void PrintUnpublished(std::ostream& out, const Reason& reason, const Style& styl
         out << " would have stored it, and did not run or left no trace.\n";
     } else if (!reason.appliesToRole) {
         out << " stores it for devices of other roles.\n";
+    } else if (!reason.noFuseId.empty()) {
+        out << " would have stored it, but " << reason.noFuseId << ".\n";
     } else if (reason.gaveUp != nullptr) {
         out << " would have stored it and stopped here:\n  " << PriorityLetter(reason.gaveUp->priority) << ' '
             << style.bad(Printable(record::TextOf(*reason.gaveUp))) << '\n';
