@@ -60,12 +60,14 @@ void AddSharedBootOptions(CLI::App& command, BootOptions& options) {
 
 void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
     AddSharedBootOptions(command, options);
-    command
-        .add_option("--root", options.root,
-                    "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
-        ->type_name("DIR")
-        ->check(CheckNotEmpty);
-    command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first");
+    CLI::Option* const root =
+        command
+            .add_option(
+                "--root", options.root,
+                "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
+            ->type_name("DIR")
+            ->check(CheckNotEmpty);
+    command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first")->needs(root);
 }
 
 void AddSource(CLI::App& command, BootOptions& options) {
