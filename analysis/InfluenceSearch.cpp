@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <type_traits>
 #include <utility>
 
 namespace analysis {
@@ -12,6 +13,8 @@ namespace {
 using virtualphone::PhoneDescription;
 
 std::string Bytes(const auto& value) {
+    static_assert(std::has_unique_object_representations_v<std::remove_cvref_t<decltype(value)>>,
+                  "padding has no value that could be passed on");
     return {reinterpret_cast<const char*>(&value), sizeof value};
 }
 
@@ -57,8 +60,8 @@ std::vector<std::string> InfluenceSearch::beginInput() {
 std::vector<std::string> InfluenceSearch::nextJobs(std::size_t input) {
     std::vector<std::string> jobs;
     for (const Stretch& stretch : mSearches[input].next()) {
-        jobs.push_back(Bytes(Job{.what = Job::What::Change,
-                                 .anyEffect = mSearches[input].anyEffectDoes(stretch),
+        const bool oneIsEnough = mSearches[input].anyEffectDoes(stretch);
+        jobs.push_back(Bytes(Job{.what = oneIsEnough ? Job::What::ChangeUntilEffect : Job::What::Change,
                                  .input = input,
                                  .stretch = stretch}));
     }
@@ -79,8 +82,9 @@ std::string InfluenceSearch::work(const std::string& job, const BootPhone& boot)
             count(mPhone);
             break;
         case Job::What::Change:
+        case Job::What::ChangeUntilEffect:
             for (const Pattern pattern : kPatterns) {
-                const bool enough = of.anyEffect && !effects.empty();
+                const bool enough = of.what == Job::What::ChangeUntilEffect && !effects.empty();
                 if (!enough && IsWorthTrying(pattern, of.stretch, effects)) {
                     count(WithChange(mPhone, mInfluence.inputs[of.input].input, of.stretch, pattern));
                 }
@@ -110,6 +114,7 @@ std::vector<std::string> InfluenceSearch::take(std::string_view result) {
             mInfluence.inputs[job.input].without = mInfluence.sets.numberOf(effects);
             return {};
         case Job::What::Change:
+        case Job::What::ChangeUntilEffect:
             mSearches[job.input].take(job.stretch, mInfluence.sets.numberOf(effects));
             break;
     }

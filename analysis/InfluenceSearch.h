@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -61,9 +60,14 @@ class InfluenceSearch {
 
   private:
     struct Job {
-        enum class What : std::uint8_t { Unchanged, Change, Without };
+        /// As wide as the other members, between which no padding is to come.
+        enum class What : std::size_t {
+            Unchanged,
+            Change,
+            ChangeUntilEffect,  ///< one effect is enough
+            Without
+        };
         What what = What::Unchanged;
-        bool anyEffect = false;  ///< one is enough
         std::size_t input = 0;
         Stretch stretch = {};
     };

@@ -78,7 +78,7 @@ struct BootRecord {
     /// The phone that was booted, as the text of a phone file with its side files inside; empty in an older
     /// report.
     std::string description;
-    /// Where they were counted: in a boot that has failing calls. No report has them.
+    /// Where a kind of them is a key of the boot's failing calls, be it with no number. No report has them.
     std::optional<FileCalls> fileCalls = {};
     /// Whether the record has the events in one order; an older report has an order within each kind only.
     bool ordered = true;

@@ -17,7 +17,9 @@ struct BootOptions {
     std::filesystem::path root = {};     ///< keeps the phone's files; empty: a temporary folder does
     bool cleanRoot = false;              ///< removes first what lies under the root
     std::chrono::milliseconds timeout = std::chrono::seconds(60);
-    /// Calls of the plug-in that fail in this boot, beside what the description says.
+    /// Calls of the plug-in that fail in this boot, beside what the description says. With a kind of the
+    /// files' calls among the keys, be it with no number, the record counts these calls; where the kernel has
+    /// no seccomp(2) to catch them by, the boot ends in a PluginError that says so.
     virtualphone::FailingCalls failing = {};
     /// Whether the record carries the phone as the text of a phone file, as a report does.
     bool describe = true;
@@ -50,7 +52,8 @@ class RunningBoot {
     int pollFd() const;
 
     /// Waits for the end of the boot, at most until its time limit, and collects what it did. Once only.
-    /// @throws PluginError for a library that is no plug-in.
+    /// @throws PluginError for a library that is no plug-in, and for a phone that cannot have the failing
+    /// calls.
     record::BootRecord finish();
 
   private:

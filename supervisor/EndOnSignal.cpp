@@ -1,5 +1,6 @@
 #include "supervisor/EndOnSignal.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -13,24 +14,30 @@ namespace supervisor {
 
 namespace {
 
-/// What ends a program unless it says otherwise: people, timers, limits, and a pipe that nobody reads.
-constexpr std::array kEndingSignals = {SIGHUP,  SIGINT,  SIGQUIT, SIGPIPE,   SIGALRM, SIGTERM,
-                                       SIGUSR1, SIGUSR2, SIGXCPU, SIGVTALRM, SIGPROF};
+/// Whether a signal, unless the program says otherwise, ends the program from outside: people, timers,
+/// limits, a pipe that nobody reads. Those of a fault do so from inside, where nothing can be trusted any
+/// more.
+bool IsEnding(int signal) {
+    constexpr std::array kOthers = {SIGKILL, SIGSTOP, SIGTSTP,  SIGTTIN, SIGTTOU, SIGCONT,
+                                    SIGCHLD, SIGURG,  SIGWINCH, SIGXFSZ, SIGSEGV, SIGBUS,
+                                    SIGFPE,  SIGILL,  SIGABRT,  SIGTRAP, SIGSYS};
+    return std::find(kOthers.begin(), kOthers.end(), signal) == kOthers.end();
+}
 
 // A signal handler is a plain function, so it finds what it needs here.
 std::atomic<int> gPending = 0;  ///< the first signal that arrived
 std::atomic<int> gBoots = 0;    ///< in progress
 std::atomic<int> gEvent = -1;
 
-/// Signals whose handling is this program's to change, and was changed.
-std::array<bool, kEndingSignals.size()> gHandled;
+/// By signal: whether its handling is this program's to change, and was changed.
+std::array<bool, NSIG> gHandled;
 bool gIgnoresLargeFiles = false;
 
 /// Changes what a signal does unless the program has said already what it does.
 bool Handle(int signal, void (*handler)(int)) {
     struct sigaction action {};
-    sigaction(signal, nullptr, &action);
-    if (action.sa_handler != SIG_DFL) {
+    // The C library refuses the signals that it keeps for itself.
+    if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) {
         return false;
     }
     action = {};
@@ -68,16 +75,16 @@ EndOnSignal::EndOnSignal() {
     if (gEvent < 0) {
         throw std::system_error(errno, std::generic_category(), "cannot make an event");
     }
-    for (std::size_t i = 0; i < kEndingSignals.size(); ++i) {
-        gHandled[i] = Handle(kEndingSignals[i], EndWhenNoBootRuns);
+    for (int signal = 1; signal <= SIGRTMAX; ++signal) {
+        gHandled[static_cast<std::size_t>(signal)] = IsEnding(signal) && Handle(signal, EndWhenNoBootRuns);
     }
     gIgnoresLargeFiles = Handle(SIGXFSZ, SIG_IGN);
 }
 
 EndOnSignal::~EndOnSignal() {
-    for (std::size_t i = 0; i < kEndingSignals.size(); ++i) {
-        if (gHandled[i]) {
-            std::signal(kEndingSignals[i], SIG_DFL);
+    for (int signal = 1; signal <= SIGRTMAX; ++signal) {
+        if (gHandled[static_cast<std::size_t>(signal)]) {
+            std::signal(signal, SIG_DFL);
         }
     }
     if (gIgnoresLargeFiles) {

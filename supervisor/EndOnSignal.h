@@ -4,11 +4,11 @@
 
 namespace supervisor {
 
-/// While it lives, signals that end a program (SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE and others, but not
-/// SIGKILL and those of a fault) end the boots in progress first, their temporary folders included, and then
-/// the program, as the signal would have. A file that becomes larger than the process may make it (SIGXFSZ)
-/// is one that cannot be written. Where the program ignores or handles one of them, that stays. A program has
-/// at most one, made before its boots; one that wants none gets no handler changed.
+/// While it lives, signals that end a program (all but SIGKILL and those of a fault, with SIGABRT and SIGSYS)
+/// end the boots in progress first, their temporary folders included, and then the program, as the signal
+/// would have. A file that becomes larger than the process may make it (SIGXFSZ) is one that cannot be
+/// written. Where the program ignores or handles one of them, that stays. A program has at most one, made
+/// before its boots; one that wants none gets no handler changed.
 class EndOnSignal {
   public:
     EndOnSignal();

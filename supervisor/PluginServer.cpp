@@ -14,6 +14,7 @@
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/time.h>
 #include <unistd.h>
 #include <utility>
 
@@ -56,7 +57,7 @@ bool Say(int socket, std::string_view message) {
     return send(socket, message.data(), message.size(), MSG_NOSIGNAL) >= 0;
 }
 
-/// The next message; empty when the other side is gone.
+/// The next message; empty when the other side is gone, or the socket's own time for it is over.
 std::string Hear(int socket) {
     std::string message(kLongestAnswer, '\0');
     ssize_t count = 0;
@@ -167,12 +168,15 @@ std::optional<Child> PluginServer::boot(const virtualphone::PhoneDescription& ph
     mBytes.clear();
     AppendPhone(mBytes, phone, failing);
     mPhones->clear();
-    if (!mPhones->append(mBytes, 0) || !Say(mBell.get(), "boot")) {
+    if (mServer.id() < 0 || !mPhones->append(mBytes, 0) || !Say(mBell.get(), "boot")) {
         return std::nullopt;
     }
     if (!WaitFor(mBell.get(), mTimeout)) {
-        // What a server that was stopped has begun still answers; else nobody is left who could.
+        // What a server that was stopped has begun still answers, at once; else nobody is left who could. A
+        // process that loading the plug-in has left may still hold the bell, and keep silent.
         mServer.end();
+        constexpr timeval kMoment{.tv_sec = 1, .tv_usec = 0};
+        setsockopt(mBell.get(), SOL_SOCKET, SO_RCVTIMEO, &kMoment, sizeof kMoment);
     }
     const std::string answer = Hear(mBell.get());
     pid_t id = -1;

@@ -26,7 +26,7 @@ void LeaveTheProgram(pid_t program) {
     if (getppid() != program) {
         _exit(1);
     }
-    for (int signal = 1; signal < SIGRTMIN; ++signal) {
+    for (int signal = 1; signal <= SIGRTMAX; ++signal) {
         std::signal(signal, SIG_DFL);
     }
     const int nothing = open("/dev/null", O_RDWR);

@@ -20,8 +20,8 @@ enum class Call : std::uint8_t {
     FileWritten,  ///< to one of them: EIO
 };
 
-/// Calls that fail: of each kind these, counted from 0 in the order in which a boot makes them. But for the
-/// files' calls, which have no events, the number of a call is that of its event among those of its kind.
+/// Calls that fail: of each kind these, of a kind of files at most 64, counted from 0 as a boot makes them.
+/// But for those of files, which have no events, a call's number is that of its event among its kind's.
 using FailingCalls = std::map<Call, std::set<std::uint64_t>>;
 
 }  // namespace virtualphone

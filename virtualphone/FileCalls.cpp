@@ -4,15 +4,18 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <climits>
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <fcntl.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
+#include <set>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 #include <sys/prctl.h>
 #include <sys/random.h>
@@ -59,71 +62,103 @@ struct Caught {
     Call call;
 };
 constexpr std::array kCaught = {
-    Caught{SYS_openat, Call::FileOpened},    Caught{SYS_read, Call::FileRead},
-    Caught{SYS_pread64, Call::FileRead},     Caught{SYS_readv, Call::FileRead},
-    Caught{SYS_getdents64, Call::FileRead},  Caught{SYS_write, Call::FileWritten},
-    Caught{SYS_pwrite64, Call::FileWritten}, Caught{SYS_writev, Call::FileWritten},
+    Caught{SYS_openat, Call::FileOpened},  Caught{SYS_read, Call::FileRead},
+    Caught{SYS_pread64, Call::FileRead},   Caught{SYS_readv, Call::FileRead},
+    Caught{SYS_preadv, Call::FileRead},    Caught{SYS_getdents64, Call::FileRead},
+    Caught{SYS_write, Call::FileWritten},  Caught{SYS_pwrite64, Call::FileWritten},
+    Caught{SYS_writev, Call::FileWritten}, Caught{SYS_pwritev, Call::FileWritten},
 #if defined(SYS_open)
     Caught{SYS_open, Call::FileOpened},
 #endif
+#if defined(SYS_creat)
+    Caught{SYS_creat, Call::FileOpened},
+#endif
+};
+
+/// The path of a folder or file.
+struct Path {
+    std::array<char, PATH_MAX> text;
+    std::size_t size = 0;
+
+    std::string_view view() const { return {text.data(), size}; }
+    bool holds(std::string_view path) const {
+        return path.starts_with(view()) && path.size() > size && path[size] == '/';
+    }
 };
 
 /// The calls of one kind.
 struct Kind {
     std::atomic<std::uint64_t> count = 0;
-    std::vector<std::uint64_t> failing;
+    std::array<std::uint64_t, kMostFailingFileCalls> failing;  ///< ascending
+    std::size_t failingCount = 0;
 };
 
-// A signal handler is a plain function, so it finds what it needs here.
-std::array<char, PATH_MAX> gRoot;
-std::size_t gRootSize = 0;
-std::array<Kind, 3> gKinds;  ///< opened, read, written
-bool gWatches = false;
-std::uint64_t gPass = 0;  ///< what the handler's own calls carry
+/// What the handler needs. A handler is a plain function, and this one still runs when all that has a
+/// destructor is gone.
+struct Watch {
+    bool on = false;
+    Path root;                  ///< as the phone's paths begin
+    Path realRoot;              ///< where that leads: the paths of open files begin so
+    std::uint64_t pass = 0;     ///< the mark that the handler's own calls carry
+    std::array<Kind, 3> kinds;  ///< opened, read, written
 
-Kind& KindOf(Call call) {
-    return gKinds[static_cast<std::size_t>(call) - static_cast<std::size_t>(Call::FileOpened)];
+    Kind& of(Call call) {
+        return kinds[static_cast<std::size_t>(call) - static_cast<std::size_t>(Call::FileOpened)];
+    }
+};
+static_assert(std::is_trivially_destructible_v<Watch>);
+Watch gWatch;
+
+/// The path of an open file; empty where the system does not tell.
+Path PathOf(int file) {
+    constexpr std::string_view kFolder = "/proc/self/fd/";
+    std::array<char, 32> link{};
+    std::to_chars(std::copy(kFolder.begin(), kFolder.end(), link.data()), link.data() + link.size() - 1,
+                  file);
+    Path path;
+    path.size = static_cast<std::size_t>(
+        std::max<ssize_t>(readlink(link.data(), path.text.data(), path.text.size()), 0));
+    return path;
 }
 
-bool IsBelowRoot(std::string_view path) {
-    return path.starts_with(std::string_view(gRoot.data(), gRootSize)) && path.size() > gRootSize &&
-           path[gRootSize] == '/';
+/// Whether a call concerns what lies under the root.
+bool IsOfThePhone(const Caught& caught, const SystemCall& call) {
+    if (caught.call != Call::FileOpened) {
+        // Of a file's number 32 bits count.
+        return gWatch.realRoot.holds(PathOf(static_cast<int>(call.arguments[0])).view());
+    }
+    const auto* const path =
+        reinterpret_cast<const char*>(call.arguments[caught.number == SYS_openat ? 1 : 0]);
+    return path != nullptr && (gWatch.root.holds(path) || gWatch.realRoot.holds(path));
 }
 
-/// Makes a system call that the filter lets pass. None that is caught has a sixth argument.
-template <typename... Arguments>
-long Pass(long number, Arguments... arguments) {
-    return syscall(number, arguments..., gPass);
+/// Counts a call.
+/// @return whether it is one that fails.
+bool IsToFail(int number, const SystemCall& call) {
+    const auto caught = std::find_if(kCaught.begin(), kCaught.end(),
+                                     [number](const Caught& each) { return each.number == number; });
+    if (caught == kCaught.end() || !IsOfThePhone(*caught, call)) {
+        return false;
+    }
+    Kind& kind = gWatch.of(caught->call);
+    const auto* const first = kind.failing.data();
+    return std::binary_search(first, first + kind.failingCount, kind.count++);
 }
 
-/// Whether an open file lies under the root.
-bool IsOfThePhone(long file) {
-    std::array<char, 32> link;
-    std::array<char, PATH_MAX> path;
-    std::snprintf(link.data(), link.size(), "/proc/self/fd/%ld", file);
-    const ssize_t size = readlink(link.data(), path.data(), path.size());
-    return size > 0 && IsBelowRoot({path.data(), static_cast<std::size_t>(size)});
+/// Makes a call, which the filter lets pass by its mark: none that is caught has a sixth argument.
+/// @return what the kernel answers: the result, or an error as a negative number.
+long Make(int number, const SystemCall& call) {
+    const auto& [a, b, c, d, e, unused] = call.arguments;
+    const long result = syscall(number, a, b, c, d, e, gWatch.pass);
+    return result < 0 ? -errno : result;
 }
 
+/// Runs in place of the call that it is about, and at no other moment: it may use what a function there may.
 void Handle(int, siginfo_t* info, void* context) {
     const int formerError = errno;
     SystemCall call(*static_cast<ucontext_t*>(context));
-    const auto& [a, b, c, d, e, unused] = call.arguments;
-    const auto caught = std::find_if(kCaught.begin(), kCaught.end(),
-                                     [=](const Caught& each) { return each.number == info->si_syscall; });
-    bool fails = false;
-    if (caught != kCaught.end()) {
-        const auto path = info->si_syscall == SYS_openat ? b : a;
-        if (caught->call == Call::FileOpened ? IsBelowRoot(reinterpret_cast<const char*>(path))
-                                             : IsOfThePhone(static_cast<long>(a))) {
-            Kind& kind = KindOf(caught->call);
-            fails = std::binary_search(kind.failing.begin(), kind.failing.end(), kind.count++);
-        }
-    }
-    const long result = fails ? -1 : Pass(info->si_syscall, a, b, c, d, e);
-    call.result = static_cast<std::remove_reference_t<decltype(call.result)>>(fails        ? -EIO
-                                                                              : result < 0 ? -errno
-                                                                                           : result);
+    const long answer = IsToFail(info->si_syscall, call) ? -EIO : Make(info->si_syscall, call);
+    call.result = static_cast<std::remove_reference_t<decltype(call.result)>>(answer);
     errno = formerError;
 }
 
@@ -146,34 +181,57 @@ std::vector<sock_filter> Filter() {
         filter.push_back(ifEqual(static_cast<std::uint32_t>(kCaught[i].number), kCaught.size() - i, 0));
     }
     for (const sock_filter& statement :
-         {end(SECCOMP_RET_ALLOW), load(kMark), ifEqual(gPass & 0xFFFFFFFFU, 0, 3),
-          load(kMark + sizeof(std::uint32_t)), ifEqual(gPass >> 32, 0, 1), end(SECCOMP_RET_ALLOW),
+         {end(SECCOMP_RET_ALLOW), load(kMark), ifEqual(gWatch.pass & 0xFFFFFFFFU, 0, 3),
+          load(kMark + sizeof(std::uint32_t)), ifEqual(gWatch.pass >> 32, 0, 1), end(SECCOMP_RET_ALLOW),
           end(SECCOMP_RET_TRAP)}) {
         filter.push_back(statement);
     }
     return filter;
 }
 
-[[noreturn]] void Fail() {
-    throw std::system_error(errno, std::generic_category(), "cannot watch the calls of files");
+[[noreturn]] void Fail(int error) {
+    throw std::system_error(error, std::generic_category(), "cannot watch the calls of files");
+}
+
+/// Where a folder really lies.
+Path RealPath(const std::string& folder) {
+    const int file = open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    if (file < 0) {
+        Fail(errno);
+    }
+    const Path path = PathOf(file);
+    close(file);
+    if (path.size == 0) {
+        throw std::runtime_error("cannot watch the calls of files: /proc does not tell where files lie");
+    }
+    return path;
 }
 
 }  // namespace
 
 void WatchFileCalls(const std::string& root, const FailingCalls& failing) {
-    if (root.size() >= gRoot.size()) {
-        errno = ENAMETOOLONG;
-        Fail();
+    if (gWatch.on) {
+        throw std::logic_error("the calls of files of this process are watched already");
     }
-    std::copy(root.begin(), root.end(), gRoot.begin());
-    gRootSize = root.size();
+    if (root.size() >= gWatch.root.text.size()) {
+        Fail(ENAMETOOLONG);
+    }
+    gWatch.root.size = root.copy(gWatch.root.text.data(), root.size());
+    gWatch.realRoot = RealPath(root);
     for (const Call call : {Call::FileOpened, Call::FileRead, Call::FileWritten}) {
-        if (const auto found = failing.find(call); found != failing.end()) {
-            KindOf(call).failing.assign(found->second.begin(), found->second.end());
+        const auto found = failing.find(call);
+        const std::set<std::uint64_t> numbers =
+            found == failing.end() ? std::set<std::uint64_t>() : found->second;
+        Kind& kind = gWatch.of(call);
+        if (numbers.size() > kind.failing.size()) {
+            throw std::invalid_argument("cannot let more than " + std::to_string(kind.failing.size()) +
+                                        " calls of files of one kind fail");
         }
+        std::copy(numbers.begin(), numbers.end(), kind.failing.begin());
+        kind.failingCount = numbers.size();
     }
-    if (getrandom(&gPass, sizeof gPass, 0) != sizeof gPass) {
-        Fail();
+    if (getrandom(&gWatch.pass, sizeof gWatch.pass, 0) != sizeof gWatch.pass) {
+        Fail(errno);
     }
     struct sigaction action {};
     action.sa_sigaction = Handle;
@@ -182,18 +240,18 @@ void WatchFileCalls(const std::string& root, const FailingCalls& failing) {
     const sock_fprog program{.len = static_cast<unsigned short>(filter.size()), .filter = filter.data()};
     if (sigaction(SIGSYS, &action, nullptr) != 0 || prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
         syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, 0, &program) != 0) {
-        Fail();
+        Fail(errno);
     }
-    gWatches = true;
+    gWatch.on = true;
 }
 
 std::optional<record::FileCalls> CountedFileCalls() {
-    if (!gWatches) {
+    if (!gWatch.on) {
         return std::nullopt;
     }
-    return record::FileCalls{.opened = KindOf(Call::FileOpened).count,
-                             .read = KindOf(Call::FileRead).count,
-                             .written = KindOf(Call::FileWritten).count};
+    return record::FileCalls{.opened = gWatch.of(Call::FileOpened).count,
+                             .read = gWatch.of(Call::FileRead).count,
+                             .written = gWatch.of(Call::FileWritten).count};
 }
 
 }  // namespace virtualphone

@@ -22,6 +22,11 @@ void RefuseSecond() {
     }
 }
 
+bool HasFileCalls(const FailingCalls& failing) {
+    return failing.contains(Call::FileOpened) || failing.contains(Call::FileRead) ||
+           failing.contains(Call::FileWritten);
+}
+
 }  // namespace
 
 PhoneState* CurrentPhone() {
@@ -77,12 +82,11 @@ VirtualPhone::VirtualPhone(PhoneDescription description, const DeviceFiles& file
 
 void VirtualPhone::switchOn(PhoneDescription description, const DeviceFiles& files, record::EventSink& events,
                             FailingCalls failing) {
-    const bool watches = !failing.empty();
     mState = std::make_unique<PhoneState>(std::move(description), files, events, std::move(failing));
-    gCurrentPhone = mState.get();
-    if (watches) {
+    if (HasFileCalls(mState->failing)) {
         WatchFileCalls(files.root(), mState->failing);
     }
+    gCurrentPhone = mState.get();
 }
 
 VirtualPhone::~VirtualPhone() {

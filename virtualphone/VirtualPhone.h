@@ -25,9 +25,10 @@ struct PhoneState;
 ///
 ///     record::Recorder recorder;
 ///     virtualphone::TemporaryFolder root;
-///     virtualphone::VirtualPhone phone(virtualphone::ReadPhoneFile("halcyrion.json"), root.path(),
-///     recorder); CameraPlatformInfoZelvan::CreateInstance()->ExposureModuleInfo(); for (const record::Event&
-///     event : recorder.events()) { ... }
+///     auto description = virtualphone::ReadPhoneFile("halcyrion.json");
+///     virtualphone::VirtualPhone phone(std::move(description), root.path(), recorder);
+///     CameraPlatformInfoZelvan::CreateInstance()->ExposureModuleInfo();
+///     for (const record::Event& event : recorder.events()) { ... }
 ///
 /// A process has one phone at a time. Log lines may come from any thread; properties and metadata providers
 /// are used by one thread at a time.
@@ -39,10 +40,11 @@ class VIRTUALPHONE_API VirtualPhone {
     /// @param events takes every use of the platform, in order; outlives the phone.
     VirtualPhone(PhoneDescription description, const std::filesystem::path& root, record::EventSink& events);
     /// The same with files that are laid already; they outlive the phone.
-    /// @param failing calls that fail. With calls of files among them, the first to fail and to be counted is
-    /// the next one that this process makes, and it can have no other phone after this one: how a process of
-    /// its own is used.
-    /// @throws std::system_error where calls of files cannot be made to fail.
+    /// @param failing calls that fail. Where a kind of the files' calls is among its keys, be it with no
+    /// number, these calls are counted from the next one on that this process makes, and it can have no other
+    /// such phone after this one: how a process of its own is used.
+    /// @throws std::system_error, std::runtime_error where calls of files cannot be counted;
+    /// std::invalid_argument for more than 64 of a kind of them.
     VirtualPhone(PhoneDescription description, const DeviceFiles& files, record::EventSink& events,
                  FailingCalls failing = {});
     /// Switches off. The files stay.
@@ -60,7 +62,7 @@ class VIRTUALPHONE_API VirtualPhone {
     /// What a provider holds now.
     const NSCam::IMetadata& staticMetadata(std::uint32_t provider) const;
 
-    /// Calls of files so far; none where the phone has no failing calls.
+    /// Calls of files so far; none where none are counted.
     std::optional<record::FileCalls> fileCalls() const;
 
     /// The folder that stands for the phone's "/", as an absolute path.

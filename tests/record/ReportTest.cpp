@@ -154,7 +154,6 @@ TEST(Report, WhatIsNoReportIsSaidWithItsPlace) {
               "/ended: expected \"threw\" where there is an \"exception\", and there only, got an object");
 }
 
-/// Cut anywhere and with any byte changed a report is read or refused, and what is read is written the same.
 TEST(Report, TooMuchOfAnythingIsRefused) {
     const auto lists = [](std::size_t count, std::size_t elements) {
         std::string list = "[0";
@@ -175,6 +174,7 @@ TEST(Report, TooMuchOfAnythingIsRefused) {
               "/: expected at most 64 lists and objects in each other, got more");
 }
 
+/// Cut anywhere and with any byte changed a report is read or refused, and what is read is written the same.
 TEST(Report, DamagedOnesDoNoHarm) {
     const std::string good = Written(Boot());
     std::size_t refused = 0;

@@ -15,6 +15,7 @@
 #include "supervisor/EndOnSignal.h"
 #include "supervisor/Plugin.h"
 #include "tests/supervisor/MisbehavingPhone.h"
+#include "tests/support/CaughtCalls.h"
 #include "virtualphone/PhoneFile.h"
 #include "virtualphone/TemporaryFolder.h"
 
@@ -51,6 +52,8 @@ class Boot : public testing::Test {
 };
 
 TEST_F(Boot, KeepsTheRecordHoweverItEnds) {
+    // What ends the boot must not be handled there as it is here.
+    const supervisor::EndOnSignal endOnSignal;
     const std::string what = "an exception that is no std::exception";
     const std::map<std::string, Ended> endings = {
         {"", {}},
@@ -59,6 +62,7 @@ TEST_F(Boot, KeepsTheRecordHoweverItEnds) {
         {"fork", {}},
         {"crash", {.how = How::Signal, .what = "", .signal = SIGSEGV, .step = "Deed"}},
         {"abort", {.how = How::Signal, .what = "", .signal = SIGABRT, .step = "Deed"}},
+        {"real-time signal", {.how = How::Signal, .what = "", .signal = SIGRTMIN, .step = "Deed"}},
         {"exit", {.how = How::Exited, .what = "", .exitStatus = 0, .step = "Deed"}},
         {"hang", {.how = How::Timeout, .what = "", .seconds = 0.3, .step = "Deed"}},
         {"throw", {.how = How::Threw, .what = "off the end", .step = "Deed"}},
@@ -179,26 +183,39 @@ TEST_F(Boot, AFileWrittenAgainCountsThoughItIsTheSame) {
     fs::remove_all(mFolder.path() / "kept");
 }
 
-/// The one call fails, and no other; that of a file whatever library makes it.
+/// The one call fails, and no other; that of a file whatever library makes it, and wherever the root lies.
 TEST_F(Boot, CallsFailByKindAndNumber) {
+    if (!CallsOfFilesCanBeCaught()) {
+        GTEST_SKIP() << "this kernel does not hand calls to a process";
+    }
     using virtualphone::Call;
-    const auto boot = [](const char* deed, const virtualphone::FailingCalls& failing) {
-        BootOptions options = kOptions;
-        options.timeout = std::chrono::seconds(20);
-        options.failing = failing;
-        return supervisor::Boot(PhoneThatMakesIt(deed), options);
-    };
-    const record::BootRecord none = boot("make a file", {{Call::FileRead, {}}});
-    EXPECT_EQ(none.fileCalls, (record::FileCalls{.opened = 1, .read = 0, .written = 1}));
-    EXPECT_EQ(none.files.at(0).bytes.size(), 4U);
-    EXPECT_THAT(boot("make a file", {{Call::FileOpened, {0}}}).files, IsEmpty());
-    EXPECT_EQ(boot("make a file", {{Call::FileWritten, {0}}}).files.at(0).bytes.size(), 0U);
-    EXPECT_EQ(boot("make a file", {{Call::FileWritten, {1}}}).files.at(0).bytes.size(), 4U);
-    const record::BootRecord unasked = boot("throw", {{Call::PropertyAsked, {0}}});
-    EXPECT_TRUE(unasked.ended->returned());
-    EXPECT_EQ(record::EventsOf<record::PropertyAsked>(unasked).at(0)->value, std::nullopt);
-    EXPECT_EQ(boot("crash", {{Call::FileRead, {}}}).ended->signal, SIGSEGV);
-    EXPECT_EQ(boot("", {}).fileCalls, std::nullopt);
+    const virtualphone::TemporaryFolder place;
+    fs::create_directory(place.path() / "place");
+    fs::create_directory_symlink("place", place.path() / "link");
+    for (const fs::path& root : {fs::path(), place.path() / "link" / "root"}) {
+        const auto boot = [&root](const char* deed, const virtualphone::FailingCalls& failing) {
+            BootOptions options = kOptions;
+            options.root = root;
+            options.cleanRoot = true;
+            options.timeout = std::chrono::seconds(20);
+            options.failing = failing;
+            return supervisor::Boot(PhoneThatMakesIt(deed), options);
+        };
+        const record::BootRecord none = boot("make a file", {{Call::FileRead, {}}});
+        EXPECT_EQ(none.fileCalls, (record::FileCalls{.opened = 1, .read = 0, .written = 1})) << root;
+        EXPECT_EQ(none.files.at(0).bytes.size(), 4U);
+        EXPECT_THAT(boot("make a file", {{Call::FileOpened, {0}}}).files, IsEmpty());
+        EXPECT_EQ(boot("make a file", {{Call::FileWritten, {0}}}).files.at(0).bytes.size(), 0U) << root;
+        EXPECT_EQ(boot("make a file", {{Call::FileWritten, {1}}}).files.at(0).bytes.size(), 4U);
+        EXPECT_EQ(boot("use rare calls", {{Call::FileRead, {0}}, {Call::FileWritten, {1}}}).fileCalls,
+                  (record::FileCalls{.opened = 1, .read = 2, .written = 2}));
+        const record::BootRecord unasked = boot("throw", {{Call::PropertyAsked, {0}}});
+        EXPECT_TRUE(unasked.ended->returned());
+        EXPECT_EQ(unasked.fileCalls, std::nullopt);
+        EXPECT_EQ(record::EventsOf<record::PropertyAsked>(unasked).at(0)->value, std::nullopt);
+        EXPECT_EQ(boot("crash", {{Call::FileRead, {}}}).ended->signal, SIGSEGV);
+        EXPECT_EQ(boot("", {}).fileCalls, std::nullopt);
+    }
 }
 
 TEST_F(Boot, ALinkToThisMachinesRootIsRefused) {
@@ -211,7 +228,8 @@ TEST_F(Boot, ALinkToThisMachinesRootIsRefused) {
 
 /// Ends as its child does, with nothing left: neither folder nor process.
 TEST_F(Boot, AnEndingSignalEndsTheBootFirst) {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGUSR1, SIGXCPU}) {
+    for (const int signal :
+         {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGUSR1, SIGXCPU, SIGIO, SIGPWR, SIGSTKFLT, SIGRTMIN}) {
         const pid_t program = fork();
         if (program == 0) {
             std::signal(signal, SIG_DFL);

@@ -1,4 +1,5 @@
 #include <array>
+#include <cerrno>
 #include <cinttypes>
 #include <csignal>
 #include <cstdio>
@@ -11,6 +12,8 @@
 #include <stdexcept>
 #include <string>
 #include <sys/mman.h>
+#include <sys/syscall.h>
+#include <sys/uio.h>
 #include <thread>
 #include <unistd.h>
 
@@ -58,6 +61,20 @@ void SignalSiblings(int signal) {
     }
 }
 
+/// Opens without a path, and writes and reads a file by calls that no library makes of itself. The first
+/// reading and the second writing are to fail.
+void UseRareCalls() {
+    const bool refused = syscall(SYS_openat, AT_FDCWD, nullptr, O_RDONLY) == -1 && errno == EFAULT;
+    const int file = open(DevicePath("/data/vendor/camera/made").c_str(), O_RDWR | O_CREAT, 0600);
+    char byte = 'b';
+    const iovec bytes{.iov_base = &byte, .iov_len = 1};
+    const bool written = pwritev(file, &bytes, 1, 0) == 1 && pwritev(file, &bytes, 1, 1) == -1;
+    const bool read = preadv(file, &bytes, 1, 0) == -1 && errno == EIO && preadv(file, &bytes, 1, 0) == 1;
+    if (!refused || !written || !read || close(file) != 0) {
+        std::abort();
+    }
+}
+
 void Log(const char* text) {
     __android_log_print(ANDROID_LOG_INFO, "CameraPlatformInfoZelvan", "(1)[Deed] %s", text);
 }
@@ -65,6 +82,7 @@ void Log(const char* text) {
 const std::map<std::string, void (*)()> kDeeds = {
     {"crash", [] { raise(SIGSEGV); }},
     {"abort", [] { std::abort(); }},
+    {"real-time signal", [] { raise(SIGRTMIN); }},
     {"exit", [] { std::exit(0); }},
     {"hang",
      [] {
@@ -81,6 +99,16 @@ const std::map<std::string, void (*)()> kDeeds = {
          if (fork() == 0) {
              Log("from a fork");
              sleep(1000);
+         }
+     }},
+    {"leave a process",
+     [] {
+         if (fork() == 0) {
+             setpgid(0, 0);
+             // The descriptors that it keeps are those that nobody gave it.
+             close_range(STDIN_FILENO, STDERR_FILENO, 0);
+             sleep(30);
+             _exit(0);
          }
      }},
     {"flood",
@@ -103,6 +131,7 @@ const std::map<std::string, void (*)()> kDeeds = {
          std::filesystem::create_directory(root + "/laid");
      }},
     {"make a file", [] { std::ofstream(DevicePath("/data/vendor/camera/made")) << "made"; }},
+    {"use rare calls", UseRareCalls},
     {"fill a file",
      [] {
          const std::string path = DevicePath("/data/vendor/camera/large");

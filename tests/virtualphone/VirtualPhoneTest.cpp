@@ -12,6 +12,7 @@
 #include "platform/ImgSensorDrv.h"
 #include "platform/Properties.h"
 #include "platform/ThirdCalibration.h"
+#include "tests/support/CaughtCalls.h"
 #include "tests/support/TestPhone.h"
 
 namespace {
@@ -40,6 +41,46 @@ TEST(VirtualPhone, OneAtATime) {
     __android_log_print(ANDROID_LOG_ERROR, "Tag", "still here");
     EXPECT_THAT(first.errors(), ElementsAre("Tag: still here"));
     EXPECT_EQ(DevicePath("/a"), first.phone().root().string() + "/a");
+}
+
+/// What a phone says that is made with these calls failing; empty for one that has been.
+std::string RefusalOf(const virtualphone::DeviceFiles& files, const virtualphone::FailingCalls& failing) {
+    record::Recorder recorder;
+    try {
+        const virtualphone::VirtualPhone phone({}, files, recorder, failing);
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(VirtualPhone, OneWhoseFileCallsCannotBeWatchedIsNone) {
+    const virtualphone::TemporaryFolder root;
+    const virtualphone::DeviceFiles files(root.path(), {});
+    virtualphone::FailingCalls failing;
+    for (std::uint64_t i = 0; i <= 64; ++i) {
+        failing[virtualphone::Call::FileRead].insert(i);
+    }
+    EXPECT_EQ(RefusalOf(files, failing), "cannot let more than 64 calls of files of one kind fail");
+    EXPECT_EQ(DevicePath("/a"), "/a");
+}
+
+TEST(VirtualPhone, CallsOfFilesAreWatchedOnceInAProcess) {
+    if (!CallsOfFilesCanBeCaught()) {
+        GTEST_SKIP() << "this kernel does not hand calls to a process";
+    }
+    const virtualphone::TemporaryFolder root;
+    const virtualphone::DeviceFiles files(root.path(), {});
+    const virtualphone::FailingCalls watched = {{virtualphone::Call::FileRead, {}}};
+    EXPECT_EXIT(
+        {
+            const bool good =
+                RefusalOf(files, {{virtualphone::Call::TagStored, {0}}}).empty() &&
+                RefusalOf(files, watched).empty() &&
+                RefusalOf(files, watched) == "the calls of files of this process are watched already";
+            _exit(good ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST(VirtualPhone, RecordsLogAndThirdCalibration) {

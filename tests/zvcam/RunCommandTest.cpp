@@ -174,10 +174,31 @@ TEST_F(Zvcam, AnIgnoredEndOfAChildIsAnEnd) {
         const std::string command = "cd '" + file("").string() + "' && exec '" ZVCAM "' " + kFake +
                                     "--set test.ending=crash >out 2>error";
         execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+        _exit(127);
     }
     std::signal(SIGCHLD, SIG_DFL);
     waitpid(program, nullptr, 0);
     EXPECT_EQ(ReadText(file("error")), "zvcam: the plug-in was ended by SIGSEGV\n");
+}
+
+/// Before anything is booted, outputs are compared with what the phone file names.
+TEST_F(Zvcam, InputsAreSeenInAPhoneFileOfAnyDepth) {
+    std::string deep;
+    for (int i = 0; i < 500000; ++i) {
+        deep += R"({"a":[)";
+    }
+    write("deep.json", deep);
+    write("existing", "");
+    const std::string lines = R"(expected at most 64 levels of objects and arrays, got more
+)";
+    for (const std::string command : {"run deep.json --json existing", "influence deep.json"}) {
+        const Result result = zvcam(command);
+        EXPECT_EQ(result.exitCode, 2) << command;
+        EXPECT_THAT(result.error, AllOf(StartsWith("zvcam: deep.json: /a/0/a/0"), testing::EndsWith(lines)));
+    }
+    write("side", "1");
+    write("names.json", R"({"name": "file", "files": {"/a": {"bytes": "file", "file": "side"}}})");
+    EXPECT_EQ(zvcam("run names.json --json side").error, "zvcam: cannot write side: the run reads it\n");
 }
 
 /// However the boot ends: one line, the status, the summary and the report as far as the boot came.

@@ -39,6 +39,13 @@ void PrintCsv(Database& database, const std::string& name) {
     PrintOut([&](std::ostream& out) {
         ReadTable(database, name, [&](const std::vector<std::string>& cells) { PrintCsvRow(out, cells); });
     });
+    database.checkUnwritten();
+}
+
+FleetSummary WholeSummaryOf(Database& database, std::size_t most) {
+    FleetSummary summary = SummaryOf(database, most);
+    database.checkUnwritten();
+    return summary;
 }
 
 int Run(const FleetReportOptions& options) {
@@ -48,11 +55,11 @@ int Run(const FleetReportOptions& options) {
         PrintCsv(database, options.csv);
     }
     if (!options.html.empty()) {
-        const FleetSummary summary = SummaryOf(database, kMostOnPage);
+        const FleetSummary summary = WholeSummaryOf(database, kMostOnPage);
         WriteFile(options.html, [&](std::ostream& out) { WriteFleetPage(out, options.database, summary); });
     }
     if (options.csv.empty() && options.html != "-") {
-        const FleetSummary summary = SummaryOf(database, kMostInReport);
+        const FleetSummary summary = WholeSummaryOf(database, kMostInReport);
         PrintOut([&](std::ostream& out) { PrintFleet(out, options.database, summary, OutputStyle()); });
     }
     return kExitSuccess;

@@ -54,7 +54,7 @@ void AddTextCommand(CLI::App& phone, std::function<int()>& chosen, const char* n
     command->add_flag("--force", options->force, "Replace the file where it exists");
     command->callback([options, &chosen, text] {
         chosen = [options, text] {
-            CheckIsNew(options->output, options->force);
+            CheckMayReplace(options->output, options->force);
             WriteFile(options->output, [text](std::ostream& out) { out << text; });
             return kExitSuccess;
         };

@@ -41,19 +41,46 @@ std::string_view FirstKey(std::string_view text) {
     return {};
 }
 
-/// Every file that a phone file names, wherever it does.
-void CollectSideFiles(const nlohmann::json& value, const fs::path& folder, std::vector<fs::path>& files) {
-    if (value.is_object()) {
-        if (const auto file = value.find("file"); file != value.end() && file->is_string()) {
-            files.push_back(folder / file->get<std::string>());
-        }
+/// Takes every file that a phone file names, wherever it does. Nothing is kept of the text but that, so that
+/// it may be nested as deep as it likes.
+class SideFiles final : public nlohmann::json_sax<nlohmann::json> {
+  public:
+    SideFiles(const fs::path& folder, std::vector<fs::path>& files) : mFolder(folder), mFiles(files) {}
+
+    bool null() override { return passOver(); }
+    bool boolean(bool) override { return passOver(); }
+    bool number_integer(number_integer_t) override { return passOver(); }
+    bool number_unsigned(number_unsigned_t) override { return passOver(); }
+    bool number_float(number_float_t, const string_t&) override { return passOver(); }
+    bool binary(binary_t&) override { return passOver(); }
+    bool start_object(std::size_t) override { return passOver(); }
+    bool end_object() override { return passOver(); }
+    bool start_array(std::size_t) override { return passOver(); }
+    bool end_array() override { return passOver(); }
+    bool key(string_t& name) override {
+        mNamesFile = name == "file";
+        return true;
     }
-    if (value.is_structured()) {
-        for (const nlohmann::json& element : value) {
-            CollectSideFiles(element, folder, files);
+    bool string(string_t& text) override {
+        if (mNamesFile) {
+            mFiles.push_back(mFolder / text);
         }
+        return passOver();
     }
-}
+    bool parse_error(std::size_t, const std::string&, const nlohmann::json::exception&) override {
+        return false;
+    }
+
+  private:
+    bool passOver() {
+        mNamesFile = false;
+        return true;
+    }
+
+    fs::path mFolder;
+    std::vector<fs::path>& mFiles;
+    bool mNamesFile = false;  ///< the value that comes
+};
 
 }  // namespace
 
@@ -106,12 +133,13 @@ std::vector<fs::path> FilesOf(const std::string& source) {
         return {};
     }
     std::vector<fs::path> files = {source};
-    // What is no phone file names nothing, and is complained of when it is read.
+    // What is no phone file is complained of when it is read.
     const virtualphone::FileContent content = virtualphone::ReadWholeFile(source, true);
     const std::string_view text(reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size());
     if (!IsReport(text)) {
-        const nlohmann::json phone = nlohmann::json::parse(text, nullptr, false, true);
-        CollectSideFiles(phone, fs::path(source).parent_path(), files);
+        SideFiles named(fs::path(source).parent_path(), files);
+        nlohmann::json::sax_parse(text, &named, nlohmann::detail::input_format_t::json, /*strict=*/true,
+                                  /*ignore_comments=*/true);
     }
     return files;
 }

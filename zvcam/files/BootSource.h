@@ -33,8 +33,8 @@ analysis::Boot ReportedBoot(const BootSource& report);
 /// @throws std::exception for a text that is neither, and for a report that does not say which phone it was.
 virtualphone::PhoneDescription PhoneOf(const BootSource& source);
 
-/// The source, and every side file that a phone file names. What cannot be read names none, nor does standard
-/// input.
+/// The source, and every side file that a phone file names, as far as it can be read. Standard input names
+/// none.
 std::vector<std::filesystem::path> FilesOf(const std::string& source);
 
 }  // namespace zvcam

@@ -125,7 +125,7 @@ void CheckIsNoInput(const std::string& path, const std::vector<fs::path>& inputs
     }
 }
 
-void CheckIsNew(const fs::path& path, bool force) {
+void CheckMayReplace(const fs::path& path, bool force) {
     std::error_code error;
     if (path != "-" && fs::is_directory(path, error)) {
         throw std::runtime_error("cannot write " + path.string() + ": expected a file, got a folder");
@@ -150,7 +150,7 @@ void CheckOutputs(const std::vector<std::string>& outputs, const std::vector<std
             })) {
             throw std::runtime_error("cannot write " + *output + ": another output goes there");
         }
-        CheckIsNew(*output, force);
+        CheckMayReplace(*output, force);
     }
 }
 

@@ -63,7 +63,7 @@ void CheckIsNoInput(const std::string& path, const std::vector<std::filesystem::
 
 /// Refuses to replace a folder, and without `force` a file.
 /// @throws std::runtime_error when something exists at `path`.
-void CheckIsNew(const std::filesystem::path& path, bool force);
+void CheckMayReplace(const std::filesystem::path& path, bool force);
 
 /// Refuses outputs that nobody can mean: an input, the same file twice, or, without `force`, a file that
 /// exists.

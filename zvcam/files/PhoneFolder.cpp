@@ -163,7 +163,7 @@ fs::path SideFolderOf(const fs::path& path) {
 void WritePhone(const fs::path& path, const virtualphone::PhoneDescription& phone, bool force) {
     const fs::path folder = SideFolderOf(path);
     const fs::path folderName = folder.filename();
-    CheckIsNew(path, force);
+    CheckMayReplace(path, force);
     std::error_code error;
     if (!force && fs::exists(fs::symlink_status(folder, error))) {
         throw std::runtime_error("cannot write " + folder.string() + ": it exists; --force replaces it");

@@ -13,6 +13,12 @@ namespace {
 /// How long one program waits for another that writes.
 constexpr int kPatienceMs = 10'000;
 
+/// Where a database in WAL mode has what was written last.
+std::filesystem::path LogOf(std::filesystem::path path) {
+    path += "-wal";
+    return path;
+}
+
 /// Whether a database is in WAL mode and nothing of it lies beside it: nobody writes to it.
 bool IsWholeInWalMode(const std::filesystem::path& path) {
     // Where the header has the versions that a writer and a reader need; 2 is that of WAL mode.
@@ -21,14 +27,22 @@ bool IsWholeInWalMode(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     file.seekg(kVersions).read(versions.data(), versions.size());
     std::error_code error;
-    return versions == std::array<char, 2>{2, 2} && !std::filesystem::exists(path.string() + "-wal", error);
+    return versions == std::array<char, 2>{2, 2} && !std::filesystem::exists(LogOf(path), error);
 }
 
 }  // namespace
 
-std::string ReadOnlyUri(const std::filesystem::path& path) {
+ReadOnlySource::ReadOnlySource(std::filesystem::path path) : mPath(std::move(path)) {
+    std::error_code error;
+    const std::filesystem::file_time_type written = std::filesystem::last_write_time(mPath, error);
+    if (!error && IsWholeInWalMode(mPath)) {
+        mWritten = written;
+    }
+}
+
+std::string ReadOnlySource::uri() const {
     std::string uri = "file://";
-    for (const char character : std::filesystem::absolute(path).string()) {
+    for (const char character : std::filesystem::absolute(mPath).string()) {
         switch (character) {
             case '%':
                 uri += "%25";
@@ -44,7 +58,15 @@ std::string ReadOnlyUri(const std::filesystem::path& path) {
         }
     }
     // Else a reader would make files beside it, and leave them there.
-    return uri + "?mode=ro" + (IsWholeInWalMode(path) ? "&immutable=1" : "");
+    return uri + "?mode=ro" + (mWritten ? "&immutable=1" : "");
+}
+
+void ReadOnlySource::checkUnwritten(const std::string& name) const {
+    std::error_code error;
+    if (mWritten && (std::filesystem::exists(LogOf(mPath), error) ||
+                     std::filesystem::last_write_time(mPath, error) != *mWritten)) {
+        throw DatabaseError(name + ": was written meanwhile; what was read of it may not fit together");
+    }
 }
 
 void Database::Close::operator()(sqlite3* database) const {
@@ -52,19 +74,27 @@ void Database::Close::operator()(sqlite3* database) const {
 }
 
 Database::Database(const std::filesystem::path& path, Access access, std::string name)
-    : mName(name.empty() ? path.string() : std::move(name)) {
-    sqlite3* database = nullptr;
+    : mPath(path), mName(name.empty() ? path.string() : std::move(name)) {
     // An absolute path is no URI, and a name such as ":memory:" is a file's, too.
-    const bool reads = access == Access::Read;
-    const std::string opened = reads ? ReadOnlyUri(path) : std::filesystem::absolute(path).string();
-    const int flags =
-        SQLITE_OPEN_URI | (reads ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    std::string opened = std::filesystem::absolute(path).string();
+    int flags = SQLITE_OPEN_URI | SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    if (access == Access::Read) {
+        opened = mSource.emplace(path).uri();
+        flags = SQLITE_OPEN_URI | SQLITE_OPEN_READONLY;
+    }
+    sqlite3* database = nullptr;
     const int result = sqlite3_open_v2(opened.c_str(), &database, flags, nullptr);
     mDatabase.reset(database);
     if (result != SQLITE_OK) {
         fail();
     }
     sqlite3_busy_timeout(database, kPatienceMs);
+}
+
+void Database::checkUnwritten() const {
+    if (mSource) {
+        mSource->checkUnwritten(mName);
+    }
 }
 
 void Database::run(const std::string& sql) {
@@ -82,12 +112,12 @@ void Database::fail() const {
         throw DatabaseError(mName + ": there is not enough memory");
     }
     std::error_code error;
-    const std::string log = mName + "-wal";
+    const std::filesystem::path log = LogOf(mPath);
     const bool needsFolder =
         sqlite3_errcode(mDatabase.get()) == SQLITE_CANTOPEN && std::filesystem::exists(log, error);
     throw DatabaseError(
         mName + ": " + sqlite3_errmsg(mDatabase.get()) +
-        (needsFolder ? "; what " + log + " holds is read in a folder that can be written" : ""));
+        (needsFolder ? "; what " + log.string() + " holds is read in a folder that can be written" : ""));
 }
 
 void Statement::Finalize::operator()(sqlite3_stmt* statement) const {

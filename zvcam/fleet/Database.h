@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -18,8 +19,25 @@ class DatabaseError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// SQLite's name of a database that is to be read, and nothing written beside it unless it is being written.
-std::string ReadOnlyUri(const std::filesystem::path& path);
+/// A database that is to be read, and nothing written beside it unless it is being written.
+class ReadOnlySource {
+  public:
+    explicit ReadOnlySource(std::filesystem::path path);
+
+    /// SQLite's name of it.
+    std::string uri() const;
+
+    /// To be asked when all is read: where SQLite was told that nobody writes, it takes no notice of who
+    /// does.
+    /// @param name for messages.
+    /// @throws DatabaseError for one that has been written meanwhile.
+    void checkUnwritten(const std::string& name) const;
+
+  private:
+    std::filesystem::path mPath;
+    /// When it was written last; none for one at which SQLite itself looks for writers.
+    std::optional<std::filesystem::file_time_type> mWritten;
+};
 
 /// An open SQLite database.
 class Database {
@@ -41,6 +59,10 @@ class Database {
     /// @return false where SQLite refuses.
     bool attempt(const std::string& sql);
 
+    /// To be asked of one that is read, when all is read.
+    /// @throws DatabaseError for one that has been written meanwhile.
+    void checkUnwritten() const;
+
     /// @throws DatabaseError with the last error.
     [[noreturn]] void fail() const;
 
@@ -49,7 +71,9 @@ class Database {
     struct Close {
         void operator()(sqlite3* database) const;
     };
+    std::filesystem::path mPath;
     std::string mName;
+    std::optional<ReadOnlySource> mSource;  ///< of one that is read
     std::unique_ptr<sqlite3, Close> mDatabase;
 };
 

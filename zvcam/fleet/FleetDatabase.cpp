@@ -236,9 +236,10 @@ std::string QueryOfTable(const std::string& name) {
 }
 
 void Join(Database& database, const std::string& input) {
+    const ReadOnlySource source(input);
     {
         Statement attach(database, "ATTACH ? AS input");
-        const std::string uri = ReadOnlyUri(input);
+        const std::string uri = source.uri();
         attach.bind(std::string_view(uri));
         attach.step();
     }
@@ -246,6 +247,7 @@ void Join(Database& database, const std::string& input) {
         Transaction transaction(database);
         CheckIsDisjoint(database, input);
         CopyFrom(database);
+        source.checkUnwritten(input);
         transaction.commit();
     }
     database.run("DETACH input");

@@ -106,13 +106,14 @@ class NewFolder {
         }
     }
     ~NewFolder() {
+        if (mKept) {
+            return;
+        }
         std::error_code ignored;
         for (const char* const made : {"phones", "shared", kList, kTroubled, kMade}) {
-            if (!mKept) {
-                fs::remove_all(mPath / made, ignored);
-            }
+            fs::remove_all(mPath / made, ignored);
         }
-        if (!mKept && !mExisted) {
+        if (!mExisted) {
             fs::remove(mPath, ignored);
         }
     }
@@ -221,7 +222,7 @@ std::vector<std::size_t> MadeFolder::finish(const std::vector<TroubleRate>& rate
     for (const TroubleRate& rate : rates) {
         const Trouble& trouble = Troubles()[rate.trouble];
         counts.push_back(mState->counts[rate.trouble]);
-        table += trouble.name + ("," + std::to_string(counts.back())) + ",\"" + trouble.query + "\"\n";
+        table += trouble.name + ("," + std::to_string(counts.back())) + "," + CsvCell(trouble.query) + "\n";
     }
     Write(mState->folder / kMade, table);
     errno = 0;
