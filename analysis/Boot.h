@@ -14,6 +14,9 @@ struct Boot {
     record::BootRecord record;
     /// None for an older report, which does not say: what only the description knows stays unanswered.
     std::optional<virtualphone::PhoneDescription> phone;
+
+    /// Whether it ended otherwise than by returning: what it had not come to by then says nothing.
+    bool cutShort() const { return record.ended && !record.ended->returned(); }
 };
 
 }  // namespace analysis

@@ -109,7 +109,14 @@ class PairReader {
         }
     }
 
-    std::vector<PairDecision> decisions() && { return std::move(mDecisions); }
+    std::vector<PairDecision> decisions() && {
+        // What a boot that ended early had not found yet may still have been there.
+        if (mBoot.cutShort() && !mDecisions.empty() &&
+            mDecisions.back().source == PairDecision::Source::None && !mGoldenTried) {
+            mDecisions.pop_back();
+        }
+        return std::move(mDecisions);
+    }
 
   private:
     void takeParserLine(std::string_view text) {
@@ -135,6 +142,7 @@ class PairReader {
                                       .passedOver = {}});
             }
             mRefusal = "its module cannot be read";
+            mGoldenTried = false;
             return;
         }
         if (mDecisions.empty()) {
@@ -223,6 +231,7 @@ class PairReader {
         } else if (text == "enter") {
             mGoldenRead = false;
         } else if (text == "exit" && decision.source == PairDecision::Source::None) {
+            mGoldenTried = true;
             decision.passedOver.push_back(
                 {.candidate = decision.pair->goldenPath, .reason = goldenRefusal(decision)});
         }
@@ -247,6 +256,7 @@ class PairReader {
     std::optional<std::size_t> mBlockSize;
     bool mCandidate = false;  ///< a file is at hand
     bool mGoldenRead = false;
+    bool mGoldenTried = false;  ///< the last source of the pair at hand
 };
 
 }  // namespace

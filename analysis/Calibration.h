@@ -38,7 +38,7 @@ struct PairDecision {
     std::vector<PassedOver> passedOver;  ///< in the order in which they were tried
 };
 
-/// One decision a pair that the boot came to, in the order of the pairs.
+/// One decision a pair that the boot came to the end of, in the order of the pairs.
 std::vector<PairDecision> PairDecisionsOf(const Boot& boot, const Course& course,
                                           const std::vector<Module>& modules);
 

@@ -149,7 +149,7 @@ std::string FuseIdOwners::nameOf(std::span<const std::uint8_t> fuseId) const {
         return "nobody";
     }
     const std::optional<int> role = roleOf(fuseId);
-    return role ? RoleName(*role) : "no module of this phone";
+    return role ? RoleName(*role) : endsAt ? "no module that is found" : "no module of this phone";
 }
 
 std::string FuseIdOwners::searchEnd() const {

@@ -57,7 +57,8 @@ struct FuseIdOwners {
 
     /// None for a fuse id of no module that is found.
     std::optional<int> roleOf(std::span<const std::uint8_t> fuseId) const;
-    /// The same in words: "back main", "no module of this phone"; "nobody" for an empty fuse id.
+    /// The same in words: "back main", "no module of this phone", where the search ends early "no module
+    /// that is found"; "nobody" for an empty fuse id.
     std::string nameOf(std::span<const std::uint8_t> fuseId) const;
     /// Where the search ends early, in words; empty where it does not.
     std::string searchEnd() const;

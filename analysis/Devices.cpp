@@ -114,6 +114,20 @@ std::vector<Device> DevicesOf(const Boot& boot, const Course& course) {
     return devices;
 }
 
+std::string WhyNoDevices(const Boot& boot, const Course& course) {
+    if (!course.devices.empty() || !record::EventsOf<record::ProviderMerge>(boot.record).empty()) {
+        return {};
+    }
+    const Step* const walk = FindStep(course, kDeviceWalk);
+    if (walk == nullptr) {
+        return "the boot did not come to them";
+    }
+    const record::LogLine* const error = LastErrorOf(boot.record, *walk);
+    return error != nullptr  ? InWords(*error)
+           : boot.cutShort() ? "the boot ended before the first"
+                             : "the logical device list has none";
+}
+
 std::map<std::uint32_t, record::TagSet> EndStates(const Boot& boot) {
     std::map<std::uint32_t, record::TagSet> states;
     if (boot.phone) {

@@ -36,6 +36,9 @@ struct Device {
 /// The devices in the order of their updates. They hold pointers into `boot`.
 std::vector<Device> DevicesOf(const Boot& boot, const Course& course);
 
+/// Why the device walk updated no device, in words; empty where it updated one.
+std::string WhyNoDevices(const Boot& boot, const Course& course);
+
 /// What each provider holds after the boot, by provider id: what it held before, and every merge on top, a
 /// later one over an earlier. The description's share is missing in a boot without it.
 std::map<std::uint32_t, record::TagSet> EndStates(const Boot& boot);

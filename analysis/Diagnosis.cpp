@@ -214,6 +214,13 @@ void AddMissingTags(const std::vector<Device>& devices, std::vector<Finding>& fi
     }
 }
 
+/// Why the operation that names the modules named none.
+std::string WhyNoModules(const Boot& boot, const Course& course) {
+    const Step* const step = FindStep(course, "SetModuleInfoProp");
+    const record::LogLine* const error = step == nullptr ? nullptr : LastErrorOf(boot.record, *step);
+    return error == nullptr ? std::string() : InWords(*error);
+}
+
 /// The indices or ids that a kind of question was about.
 std::set<std::int64_t> AskedAbout(const record::BootRecord& boot, record::Query query) {
     std::set<std::int64_t> about;
@@ -231,6 +238,7 @@ Diagnosis Diagnose(const Boot& boot) {
     Diagnosis diagnosis;
     const Course course = CourseOf(boot.record);
     diagnosis.modules = ModulesOf(boot);
+    diagnosis.noModules = diagnosis.modules.empty() ? WhyNoModules(boot, course) : "";
     diagnosis.pairs = PairDecisionsOf(boot, course, diagnosis.modules);
     diagnosis.stabiliser = StabiliserOf(boot);
     diagnosis.devices = DevicesOf(boot, course);
@@ -245,6 +253,12 @@ Diagnosis Diagnose(const Boot& boot) {
         diagnosis.storedProperties += set->stored ? 1 : 0;
     }
     std::vector<Finding>& findings = diagnosis.findings;
+    if (const std::string reason = WhyNoDevices(boot, course); !reason.empty() && !boot.cutShort()) {
+        findings.push_back({Severity::Error, "devices", "none was updated: " + reason});
+    }
+    if (!diagnosis.noModules.empty()) {
+        findings.push_back({Severity::Error, "modules", "none was named: " + diagnosis.noModules});
+    }
     AddModuleFindings(diagnosis.modules, findings);
     for (const PairDecision& decision : diagnosis.pairs) {
         AddPairFindings(boot, decision, findings);

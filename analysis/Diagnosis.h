@@ -31,6 +31,8 @@ struct Diagnosis {
     std::vector<Module> modules;
     std::vector<PairDecision> pairs;
     std::optional<StabiliserDecision> stabiliser;
+    /// Why no module was named; empty where one was, and where the boot did not come to it.
+    std::string noModules;
     std::vector<Device> devices;
     std::map<std::uint32_t, record::TagSet> endStates;  ///< by provider id
     std::vector<Finding> findings;                      ///< the worst first

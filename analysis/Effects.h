@@ -1,12 +1,12 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <set>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -23,7 +23,11 @@ struct Effect {
     std::uint32_t tag = 0;       ///< of a tag, whose device `name` is
     std::uint32_t handOver = 0;  ///< which one, counted from 0
 
-    friend auto operator<=>(const Effect&, const Effect&) = default;
+    friend bool operator==(const Effect&, const Effect&) = default;
+    friend bool operator<(const Effect& left, const Effect& right) {
+        return std::tie(left.kind, left.name, left.tag, left.handOver) <
+               std::tie(right.kind, right.name, right.tag, right.handOver);
+    }
 };
 
 using Effects = std::set<Effect>;

@@ -4,6 +4,7 @@
 #include <array>
 #include <map>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 #include "analysis/Diagnosis.h"
@@ -207,7 +208,10 @@ struct ErrorLines {
     std::string text;
     bool usual = false;
 
-    friend auto operator<=>(const ErrorLines&, const ErrorLines&) = default;
+    friend bool operator<(const ErrorLines& left, const ErrorLines& right) {
+        return std::tie(left.operation, left.text, left.usual) <
+               std::tie(right.operation, right.text, right.usual);
+    }
 };
 
 constexpr std::array<FleetTable, 8> kTables = {{

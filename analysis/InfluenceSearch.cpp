@@ -51,7 +51,8 @@ std::vector<std::string> InfluenceSearch::beginInput() {
         if (mInfluence.inputs[input].input.kind != Input::Kind::Module) {
             jobs.push_back(Bytes(Job{.what = Job::What::Without, .input = input}));
         }
-        std::ranges::move(nextJobs(input), std::back_inserter(jobs));
+        const std::vector<std::string> next = nextJobs(input);
+        jobs.insert(jobs.end(), next.begin(), next.end());
     }
     return jobs;
 }

@@ -20,7 +20,8 @@ namespace analysis {
 ///     while (!jobs.empty() || !search.allBegun()) {
 ///         if (jobs.empty()) { jobs = search.beginInput(); }
 ///         for (const std::string& job : std::exchange(jobs, {})) {
-///             std::ranges::move(search.take(search.work(job, bootPhone)), std::back_inserter(jobs));
+///             const std::vector<std::string> next = search.take(search.work(job, bootPhone));
+///             jobs.insert(jobs.end(), next.begin(), next.end());
 ///         }
 ///     }
 class InfluenceSearch {

@@ -20,7 +20,7 @@ struct Phrase {
     std::string_view words;
 };
 
-constexpr std::array<Phrase, 15> kPhrases = {{
+constexpr std::array<Phrase, 17> kPhrases = {{
     {"Cannot get halsensor", "no sensor object"},
     {"get sensor static info error : *!", "no static information for device id *"},
     {"get sensor drv error : *!", "no sensor driver"},
@@ -32,7 +32,9 @@ constexpr std::array<Phrase, 15> kPhrases = {{
     {"read dual camera calib data failded!", "no dump file with the pair's block"},
     {"Cannot find match device!", "the device's name matches no row of the device table"},
     {"Cannot find zelvan calibration data!", "no pair of these chips"},
-    {"Cannot get sensor device list", "no device list"},
+    {"Cannot get sensor device list", "no sensor list"},
+    {"MAKE_HalSensorList is NULL!", "no sensor list"},
+    {"Cannot get logical device list", "no logical device list"},
     {"[DUALDUMP] fail to open *", "* cannot be opened"},
     {"[READCALI] fail to open *", "* cannot be opened"},
     {"submodule(*) checksum fail !", "the checksum of * is bad"},

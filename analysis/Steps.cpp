@@ -12,7 +12,6 @@ namespace analysis {
 
 namespace {
 
-constexpr std::string_view kDeviceWalk = "MetadataUpdate";
 constexpr std::string_view kEepromDump = "DumpEepromRawData";
 
 constexpr std::array<Operation, 9> kBootSteps = {{
@@ -211,6 +210,13 @@ std::vector<std::string> OperationNames() {
         names.emplace_back(row.name);
     }
     return names;
+}
+
+const Step* FindStep(const Course& course, std::string_view name, std::optional<std::size_t> device) {
+    const auto found = std::find_if(course.steps.begin(), course.steps.end(), [&](const Step& step) {
+        return step.name == name && (!device || step.device == device);
+    });
+    return found == course.steps.end() ? nullptr : &*found;
 }
 
 Course CourseOf(const record::BootRecord& boot) {

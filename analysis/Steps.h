@@ -20,6 +20,9 @@ struct Operation {
     bool opensWithALine;
 };
 
+/// The step of a boot that updates the devices, one after the other.
+inline constexpr std::string_view kDeviceWalk = "MetadataUpdate";
+
 /// The nine steps of a boot, in their order.
 std::span<const Operation> BootSteps();
 
@@ -59,6 +62,9 @@ struct Course {
     std::vector<Step> steps;
     std::vector<DeviceUpdate> devices;
 };
+
+/// The first step of this name; of a device's, that of this update. Null where the boot did not come to it.
+const Step* FindStep(const Course& course, std::string_view name, std::optional<std::size_t> device = {});
 
 /// The course holds pointers into `boot`.
 Course CourseOf(const record::BootRecord& boot);

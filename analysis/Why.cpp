@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "analysis/LogWords.h"
+#include "analysis/Modules.h"
 #include "analysis/Questions.h"
+#include "formats/Hex.h"
 #include "tables/CameraModules.h"
 #include "tables/CameraPairs.h"
 #include "tables/PublishedFiles.h"
@@ -182,20 +184,34 @@ void AddEvents(const record::BootRecord& boot, Range range, std::string_view ste
     }
 }
 
-/// The step that would publish the item; null where the boot did not come to it.
-const Step* FindStep(const Course& course, const Item& item, std::size_t device) {
-    const auto found = std::find_if(course.steps.begin(), course.steps.end(), [&](const Step& step) {
-        return step.name == item.operation.step && (item.kind != Item::Kind::Tag || step.device == device);
-    });
-    return found == course.steps.end() ? nullptr : &*found;
-}
-
 void FindProperty(const record::BootRecord& boot, Reason& reason) {
     for (const record::PropertySet* const set : record::EventsOf<record::PropertySet>(boot)) {
         if (set->name == reason.item.name) {
             reason.property = set;
         }
     }
+}
+
+/// Why the module that a fuse id is of gives none; empty for other properties, and where it would give one.
+std::string WhyNoFuseId(const Boot& boot, std::string_view property) {
+    for (const tables::FuseIdOfRole& row : tables::kFuseIds) {
+        if (property != row.fuseId.propName && property != row.fuseId.propNameLong) {
+            continue;
+        }
+        for (const Module& module : ModulesOf(boot)) {
+            if (module.role != row.roleId) {
+                continue;
+            }
+            return !module.fitted() ? module.name + " is not fitted"
+                   : module.reading == Module::Reading::Failed
+                       ? "the memory of " + module.name + " cannot be read"
+                   : module.memory && module.memory->maker.empty()
+                       ? "the memory of " + module.name + " names a maker that nobody knows (" +
+                             formats::HexNumber(module.memory->makerId) + ")"
+                       : std::string();
+        }
+    }
+    return {};
 }
 
 void FindFile(const Boot& boot, Reason& reason) {
@@ -296,15 +312,22 @@ Reason WhyOf(const Boot& boot, const Course& course, const std::vector<Device>& 
     switch (item.kind) {
         case Item::Kind::Property:
             FindProperty(boot.record, reason);
+            reason.noFuseId = reason.property == nullptr ? WhyNoFuseId(boot, item.name) : "";
             break;
         case Item::Kind::File:
             FindFile(boot, reason);
             break;
         case Item::Kind::Tag:
+            if (devices.empty()) {
+                reason.noDevices = WhyNoDevices(boot, course);
+                return reason;
+            }
             FindTagOf(boot, course, devices[device], device, reason);
             break;
     }
-    const Step* const step = FindStep(course, item, device);
+    const Step* const step =
+        FindStep(course, item.operation.step,
+                 item.kind == Item::Kind::Tag ? std::optional(device) : std::optional<std::size_t>());
     if (step == nullptr) {
         return reason;
     }
@@ -317,6 +340,8 @@ Reason WhyOf(const Boot& boot, const Course& course, const std::vector<Device>& 
     }
     AddEvents(boot.record, range, step->name, reason);
     if (!reason.published()) {
+        const bool unmerged = reason.device && reason.device->metadata == nullptr;
+        reason.endedInIt = boot.cutShort() && (unmerged || step->end == boot.record.events.size());
         reason.gaveUp = LastErrorOf(
             boot.record, {.name = step->name, .device = {}, .first = range.first, .end = range.end});
     }

@@ -61,7 +61,11 @@ struct Reason {
     bool fileLaid = false;       ///< the phone started with it, and nobody wrote it
     const record::Tag* tag = nullptr;
     std::optional<int> refused;  ///< error code of the update
+    std::string noDevices;       ///< of a tag: why no device was updated at all
+    std::string
+        noFuseId;  ///< of a fuse id that was not published: what its module lacks; empty where unknown
     bool stepRan = false;
+    bool endedInIt = false;                   ///< the boot ended before the step could publish it
     bool appliesToRole = true;                ///< devices of this role get the tag on some phone
     const record::LogLine* gaveUp = nullptr;  ///< the error with which the step ended
     std::vector<LineGroup> lines;             ///< of the operation's step, chatter of shared helpers left out
@@ -73,7 +77,7 @@ struct Reason {
     }
 };
 
-/// @param device position in `devices`; used for tags only.
+/// @param device position in `devices`; used for tags only, and where there are devices.
 Reason WhyOf(const Boot& boot, const Course& course, const std::vector<Device>& devices, const Item& item,
              std::size_t device);
 

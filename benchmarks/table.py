@@ -155,7 +155,7 @@ def pool_rows(build):
         rate = float(subprocess.run([*pool, str(workers)], check=True, capture_output=True, text=True).stdout)
         yield Row(f"boots a second, {workers} at a time", f"{rate:.0f}")
     milliseconds, peak = measured(build, [*pool, "1"])
-    yield Row("a boot among many", f"{milliseconds / boots:.2f} ms, {peak:.1f} MiB at most for {boots}")
+    yield Row("a boot among many", f"{milliseconds / boots:.2f} ms each of {boots}, {peak:.1f} MiB at most in all")
 
 
 def library_row(name, library, strip):

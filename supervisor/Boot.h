@@ -41,7 +41,7 @@ struct BootOptions {
 class RunningBoot {
   public:
     /// Lays the phone's files and starts the boot.
-    /// @throws virtualphone::PhoneFileError, std::filesystem::filesystem_error, std::system_error
+    /// @throws virtualphone::PhoneFileError, std::system_error
     RunningBoot(virtualphone::PhoneDescription phone, const BootOptions& options);
     /// Ends the boot if it is still running.
     ~RunningBoot();

@@ -17,16 +17,15 @@ class Booter {
   public:
     /// Loads the plug-in.
     /// @param options its `root`, where it has one, is a folder that is emptied before each boot.
-    /// @throws PluginError for a library that is no plug-in; std::filesystem::filesystem_error,
-    /// std::system_error
+    /// @throws PluginError for a library that is no plug-in; std::system_error
     explicit Booter(BootOptions options);
     ~Booter();
     Booter(const Booter&) = delete;
     Booter& operator=(const Booter&) = delete;
 
     /// As `supervisor::Boot`.
-    /// @throws virtualphone::PhoneFileError, std::filesystem::filesystem_error, std::system_error; the last
-    /// one also when an ending signal has arrived, for which the program ends when the booter is destroyed.
+    /// @throws virtualphone::PhoneFileError; std::system_error, also when an ending signal has arrived, for
+    /// which the program ends when the booter is destroyed.
     /// @param failing calls that fail in this boot, beside those of the options.
     record::BootRecord boot(const virtualphone::PhoneDescription& phone,
                             const virtualphone::FailingCalls& failing = {});

@@ -23,8 +23,8 @@ namespace {
 constexpr const char* kPrefix = "virtualphone-temporary-";
 
 [[noreturn]] void Fail(const fs::path& path, int error) {
-    throw fs::filesystem_error("cannot make a temporary folder", path,
-                               std::error_code(error, std::generic_category()));
+    throw std::system_error(error, std::generic_category(),
+                            "cannot make a temporary folder: " + path.string());
 }
 
 /// Where temporary folders lie: where the environment says, else in memory where there is plenty of it (a

@@ -16,7 +16,7 @@ class FolderLock;
 /// gone: what a killed program left.
 class VIRTUALPHONE_API TemporaryFolder {
   public:
-    /// @throws std::filesystem::filesystem_error when it cannot be made.
+    /// @throws std::system_error when it cannot be made.
     TemporaryFolder();
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <exception>
 #include <fcntl.h>
@@ -41,8 +42,13 @@ int ExitOfParser(const CLI::App& app, const CLI::ParseError& error) {
     return Complain(std::string(error.what()) + "; `" + command + " --help` tells more");
 }
 
-/// What is wrong with the first argument where it should name a command; empty where it does.
+/// What is wrong with the first argument where it should name a command or an option of the program; empty
+/// where it does.
 std::string UnknownCommand(std::string_view first) {
+    constexpr std::array<std::string_view, 3> kOptions = {"-h", "--help", "--version"};
+    if (first.starts_with('-') && std::find(kOptions.begin(), kOptions.end(), first) == kOptions.end()) {
+        return "no option is called \"" + std::string(first) + "\"; `zvcam --help` lists them";
+    }
     const std::vector<std::string> names = zvcam::CommandNames();
     if (first.empty() || first.starts_with('-') ||
         std::find(names.begin(), names.end(), first) != names.end()) {

@@ -109,6 +109,12 @@ const std::vector<Damage>& Damages() {
         {"a short block",
          [](PhoneDescription& phone) { ShrinkBlock(phone, 419); },
          {"W wide and ultra: its block has 419 bytes of 4096, the rest is published as zeros"}},
+        {"no module factory",
+         [](PhoneDescription& phone) { phone.faults.moduleFactory = true; },
+         {"E devices: none was updated: no logical device list"}},
+        {"no device in the list",
+         [](PhoneDescription& phone) { phone.logicalDevices.clear(); },
+         {"E devices: none was updated: the logical device list has none"}},
         {"refusals",
          [](PhoneDescription& phone) {
              phone.faults.propertySet = {"persist.vendor.camera.oisHvXyMatch", "never"};
@@ -128,11 +134,15 @@ const std::vector<Damage>& Damages() {
     return kDamages;
 }
 
+std::string LineOf(const analysis::Finding& finding) {
+    return (finding.severity == analysis::Finding::Severity::Error ? "E " : "W ") + finding.about + ": " +
+           finding.words;
+}
+
 Lines FindingsOf(const analysis::Diagnosis& diagnosis) {
     Lines lines;
     for (const analysis::Finding& finding : diagnosis.findings) {
-        lines.push_back((finding.severity == analysis::Finding::Severity::Error ? "E " : "W ") +
-                        finding.about + ": " + finding.words);
+        lines.push_back(LineOf(finding));
     }
     for (const std::string& fault : diagnosis.idleFaults) {
         lines.push_back("idle " + fault);
@@ -147,6 +157,38 @@ TEST(Diagnosis, EveryDamageIsFoundAndNothingElse) {
         EXPECT_THAT(FindingsOf(analysis::Diagnose(BootOf(std::move(phone)))),
                     testing::UnorderedElementsAreArray(damage.findings))
             << damage.name;
+    }
+}
+
+TEST(Diagnosis, PhoneWithoutSensorListHasNoModules) {
+    PhoneDescription phone = SamplePhone("halcyrion");
+    phone.faults.sensorList = true;
+    const analysis::Boot boot = BootOf(std::move(phone));
+    EXPECT_THAT(
+        FindingsOf(analysis::Diagnose(boot)),
+        testing::IsSupersetOf({std::string("E modules: none was named: no sensor list"),
+                               std::string("E devices 5 and 6: 3 tags of "
+                                           "MetadataUpdateCalibrationToolTag fewer: no sensor list")}));
+}
+
+/// What a boot had not come to when it ended is no finding.
+TEST(Diagnosis, BootThatEndedEarlyHasNoFindingThatTheWholeOneLacks) {
+    for (const char* const name : {"halcyrion", "fieldtrouble"}) {
+        const analysis::Boot whole = BootOf(SamplePhone(name));
+        const Lines findings = FindingsOf(analysis::Diagnose(whole));
+        constexpr std::size_t kStride = 7;
+        for (std::size_t end = 0; end < whole.record.events.size(); end += kStride) {
+            analysis::Boot cut = whole;
+            cut.record.events.resize(end);
+            cut.record.ended = record::Ended{.how = record::Ended::How::Timeout, .what = {}, .step = {}};
+            for (const analysis::Finding& finding : analysis::Diagnose(cut).findings) {
+                // Those of devices name more of them as the boot goes on.
+                if (finding.about == "devices" || !finding.about.starts_with("device")) {
+                    EXPECT_THAT(findings, testing::Contains(LineOf(finding)))
+                        << name << " after event " << end;
+                }
+            }
+        }
     }
 }
 

@@ -70,7 +70,8 @@ TEST(InfluenceSearch, TellsWhichInputsDecideWhatIsPublished) {
             jobs = search.beginInput();
         }
         for (const std::string& job : std::exchange(jobs, {})) {
-            std::ranges::move(search.take(search.work(job, std::ref(boots))), std::back_inserter(jobs));
+            const std::vector<std::string> next = search.take(search.work(job, std::ref(boots)));
+            jobs.insert(jobs.end(), next.begin(), next.end());
         }
     }
     EXPECT_EQ(search.settledBytes(), 100U);

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <variant>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -66,6 +68,45 @@ TEST(Why, TellsTheOperationsOwnShareOfTheBoot) {
                              "sensor ids of device 4: 0, 3, 2", "the sensor list: found",
                              "sensor object of sensor id 0: found", "device id of sensor index 0: 7",
                              "reply to sensor command 0x4036: 1, 2"));
+}
+
+TEST(Why, TellsOfATagWhyThereIsNoDevice) {
+    virtualphone::PhoneDescription phone = SamplePhone("halcyrion");
+    phone.faults.logicalDeviceList = true;
+    analysis::Boot boot = BootOf(std::move(phone));
+    EXPECT_EQ(Why(boot, "CAMERA_ROLEID").noDevices, "no logical device list");
+    boot.record.events.resize(100);
+    EXPECT_EQ(Why(boot, "CAMERA_ROLEID").noDevices, "the boot did not come to them");
+}
+
+TEST(Why, TellsWhatAModuleWithoutFuseIdLacks) {
+    virtualphone::PhoneDescription phone = SamplePhone("halcyrion");
+    phone.sensors[0].eeprom->readReturns = 0;
+    phone.sensors[2].eeprom->image.assign(16384, 0xFF);
+    phone.sensors.pop_back();
+    const analysis::Boot boot = BootOf(std::move(phone));
+    const std::pair<const char*, const char*> kCases[] = {
+        {"sensor.w.fuseID", "the memory of back main cannot be read"},
+        {"sensor.f.fuseID", ""},
+        {"rearTele.fuseID", "the memory of back tele names a maker that nobody knows (0xFF)"},
+        {"rearUltra.fuseID", "back ultra is not fitted"},
+        {"sensor.f.sensorInfo", ""},
+    };
+    for (const auto& [property, reason] : kCases) {
+        EXPECT_EQ(Why(boot, property).noFuseId, reason) << property;
+    }
+}
+
+TEST(Why, TellsThatTheBootEndedBeforeAnOperationCould) {
+    analysis::Boot boot = BootOf(SamplePhone("halcyrion"));
+    EXPECT_FALSE(Why(boot, "SMARTFOV_ZOOM_RATIO").endedInIt);
+    const auto merge =
+        std::find_if(boot.record.events.begin(), boot.record.events.end(),
+                     [](const auto& event) { return std::holds_alternative<record::ProviderMerge>(event); });
+    boot.record.events.erase(merge, boot.record.events.end());
+    boot.record.ended = record::Ended{.how = record::Ended::How::Timeout, .what = {}, .step = {}};
+    EXPECT_TRUE(Why(boot, "CAMERA_ROLEID").endedInIt);
+    EXPECT_FALSE(Why(boot, "vendor.camera.sensor.t.fuseID").endedInIt);
 }
 
 TEST(Why, TellsWhereTheOperationGaveUp) {

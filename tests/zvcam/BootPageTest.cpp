@@ -1,3 +1,5 @@
+#include <regex>
+
 #include "tests/zvcam/Zvcam.h"
 
 namespace {
@@ -46,6 +48,30 @@ TEST_F(Zvcam, PageOfABootThatThrewSaysSoFirst) {
     EXPECT_EQ(result.error, "zvcam: the plug-in threw: off the end\n");
     EXPECT_NE(result.out.find(R"(<h1>small</h1><p class="ending" role="alert"><span class="bad">)"),
               std::string::npos);
+}
+
+/// From the line that announces a device to the last one before the next.
+TEST_F(Zvcam, PageSaysWhichDeviceALogLineIsOf) {
+    const std::string page = zvcam("run '" PHONES "/halcyrion.json' --html -").out;
+    const std::regex row(
+        "<td>I</td><td>([^<]*)</td><td>([A-Za-z0-9]+)</td><td class=\"values\">([^<]*)</td></tr>");
+    std::string devices;
+    std::string before;
+    for (std::sregex_iterator line(page.begin(), page.end(), row); line != std::sregex_iterator(); ++line) {
+        const std::string text = (*line)[3];
+        if ((*line)[2] != "MetadataUpdate") {
+            // A step of a device.
+        } else if (text.starts_with("instanceId = ") || text.starts_with("physicalUniqueId = ")) {
+            devices += before + " | " + (*line)[1].str() + " ";
+        } else if (text == "exit") {
+            devices += before + " |" + (*line)[1].str();
+        }
+        before = (*line)[1];
+    }
+    EXPECT_EQ(
+        devices,
+        " | 0 0 | 0/0 0/0 | 0/3 0/3 | 1 1 | 2 2 | 3 3 | 4 4 | 4/0 4/0 | 4/3 4/3 | 4/2 4/2 | 5 5 | 5/2 5/2 "
+        "| 5/0 5/0 | 6 6 | 6/0 6/0 | 6/3 6/3 | 7 7 |");
 }
 
 TEST_F(Zvcam, PageIsRefusedWhereItWouldTakeThePlaceOfAnother) {

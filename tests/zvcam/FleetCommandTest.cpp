@@ -194,8 +194,10 @@ TEST_F(FleetCommand, InterruptedMakeLeavesNothing) {
         std::filesystem::create_directory(file("empty"));
         const std::string wait = " & for i in $(seq 2000); do test -s " + std::string(folder) +
                                  "/phones/000/000100.json && break; sleep 0.01; done";
-        EXPECT_EQ(WEXITSTATUS(std::system((make + folder + wait + "; kill -TERM $!; wait $!; }").c_str())),
+        EXPECT_EQ(WEXITSTATUS(std::system(
+                      (make + folder + wait + "; kill -TERM $!; wait $!; } 2>interrupted").c_str())),
                   128 + SIGTERM);
+        EXPECT_THAT(ReadText(file("interrupted")), HasSubstr("zvcam: interrupted; nothing of "));
         EXPECT_FALSE(std::filesystem::exists(file("new")));
         EXPECT_TRUE(std::filesystem::is_empty(file("empty")));
     }
@@ -214,6 +216,19 @@ TEST_F(FleetCommand, KilledRunGoesOnWhereItWas) {
     EXPECT_THAT(resumed.out, HasSubstr("; " + std::to_string(before) + " were done before"));
     ASSERT_EQ(run("made", "whole.sqlite").exitCode, 0);
     EXPECT_EQ(contentOf("killed.sqlite"), contentOf("whole.sqlite"));
+}
+
+TEST_F(FleetCommand, DatabaseHasOneRunAtATime) {
+    write("list", "phone.json\n");
+    {
+        zvcam::FleetWriter writer(file("fleet.sqlite"), /*resume=*/false,
+                                  {.source = file("list").string(), .shard = "", .plugin = {}});
+        const Result second = run("list", "fleet.sqlite", "--resume");
+        EXPECT_EQ(second.exitCode, 2);
+        EXPECT_EQ(second.error, "zvcam: fleet.sqlite: another run is writing it\n");
+    }
+    EXPECT_EQ(run("list", "fleet.sqlite", "--resume").exitCode, 0);
+    EXPECT_EQ(phonesIn("fleet.sqlite"), 1);
 }
 
 TEST_F(FleetCommand, ShardsMakeTheWhole) {
@@ -416,7 +431,7 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
         {"fleet report fleet.sqlite --csv nothing",
          "no table is called \"nothing\"; there are phones, modules, pairs, refusals, stabiliser, "
          "properties, "
-         "findings, error_lines, common_findings, findings_by_module, module_kinds, repeated_fuse_ids, "
+         "findings, error_lines, runs, common_findings, findings_by_module, module_kinds, repeated_fuse_ids, "
          "common_error_lines"},
         {"fleet merge fleet.sqlite fleet.sqlite", "cannot write fleet.sqlite: it exists"},
         {"fleet make --count 1 -o tmp/..", "cannot write tmp/..: it exists and is not empty"},

@@ -66,9 +66,9 @@ std::map<std::string, std::string> Tables() {
         }
     }
     for (const DualCameraCalDataInfo& pair : tables::kDualCameraPairs) {
-        const auto* const file =
-            std::find_if(tables::kRecalibrationFiles.begin(), tables::kRecalibrationFiles.end(),
-                         [&](const auto& row) { return row.dumpPath == pair.dumpPath; });
+        const auto* const file = std::find_if(
+            tables::kRecalibrationFiles.begin(), tables::kRecalibrationFiles.end(),
+            [path = std::string_view(pair.dumpPath)](const auto& row) { return row.dumpPath == path; });
         rows["| pair | file | without a fitting file |"] +=
             Row({Role(pair.masterCameraRole) + " and " + Role(pair.slaveCameraRole),
                  "`" + std::string(file->fileName) + "`", "`" + std::string(pair.goldenPath) + "`"});

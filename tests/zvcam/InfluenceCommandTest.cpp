@@ -2,6 +2,7 @@
 #include <array>
 #include <map>
 #include <set>
+#include <sstream>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -10,6 +11,8 @@
 #include "tables/EepromLayouts.h"
 #include "tables/Stabiliser.h"
 #include "tests/zvcam/Zvcam.h"
+#include "zvcam/views/InfluencePage.h"
+#include "zvcam/views/InfluenceView.h"
 
 namespace {
 
@@ -175,6 +178,39 @@ TEST_F(Zvcam, InfluenceThatIsStoppedTellsWhatIsKnown) {
     EXPECT_FALSE(influence.at("inputs").at(0).at("ranges").back().at("known"));
     EXPECT_THAT(ReadText(file("out")), testing::HasSubstr("INCOMPLETE: the search was stopped"));
     EXPECT_THAT(ReadText(file("out")), testing::HasSubstr("  not found out:"));
+}
+
+/// Bytes that were not looked at count as no bytes that reach something, and a mark is explained where it is.
+TEST(InfluenceView, CountsWhatIsKnownAndExplainsItsMark) {
+    analysis::Influence influence;
+    influence.phone = "small";
+    influence.step = 8;
+    const std::size_t some = influence.sets.numberOf({{analysis::Effect::Kind::Property, "made"}});
+    influence.inputs.push_back({.input = {.name = "back main", .size = 32},
+                                .ranges = {{.bytes = {0, 4}, .effects = some, .tried = 1},
+                                           {.bytes = {4, 12}, .effects = 0, .tried = 8, .open = true},
+                                           {.bytes = {16, 16}, .effects = 0, .tried = 16}},
+                                .without = {}});
+    const auto text = [&] {
+        std::ostringstream out;
+        zvcam::PrintInfluence(out, influence, zvcam::Style(false));
+        return out.str();
+    };
+    const std::string note =
+        "What reaches nothing was changed in larger stretches, all else byte by byte; --step 1 changes each "
+        "byte by itself.\n";
+    EXPECT_THAT(text(), testing::HasSubstr("\nback main: 4 of 32 bytes reach what is published\n"));
+    EXPECT_THAT(text(), testing::EndsWith("\n\n" + note));
+    influence.inputs[0].ranges[1] = {.bytes = {4, 12}, .effects = some, .tried = 8, .open = false};
+    EXPECT_THAT(text(), testing::HasSubstr("\nback main: 16 of 32 bytes reach what is published\n"));
+    EXPECT_THAT(text(),
+                testing::EndsWith("\n\n* changed 8 bytes at a time, first and last bytes found one by "
+                                  "one. " +
+                                  note));
+    std::ostringstream page;
+    zvcam::WriteInfluencePage(page, influence);
+    EXPECT_THAT(page.str(), testing::HasSubstr(">0x0000 to 0x000F*<"));
+    EXPECT_THAT(page.str(), testing::HasSubstr("<p>* changed 8 bytes at a time, "));
 }
 
 TEST_F(Zvcam, InfluenceWritesAPage) {

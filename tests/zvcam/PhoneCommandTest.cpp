@@ -167,11 +167,11 @@ TEST_F(PhoneCommand, CheckTellsWhatIsWrongWithoutABoot) {
   error  back main: OIS is broken: bytes 0x20EF to 0x2138 sum to 0x2, stored at 0x2139 is 0x3
   error  front main: its memory cannot be read (100 of 16384 bytes come back)
   error  back tele: its memory is laid out for another module: halcyrion_ofilm_uw_ov13b_eeprom on ov50d
-  error  /mnt/vendor/persist/camera/a.dcal.bin: it was made for back main and no module of this phone, which are no pair; the search for fuse ids ends at front main, which publishes none
+  error  /mnt/vendor/persist/camera/a.dcal.bin: it was made for back main and no module that is found, which are no pair; the search for fuse ids ends at front main, which publishes none
   error  /mnt/vendor/persist/camera/b.dcal.bin: it is refused: no dual-camera file (2047 bytes follow the fuse ids, and no block has so many) and no stabiliser file (CRC 0x0101 stored, 0xA083 computed)
   error  /mnt/vendor/persist/camera/c.dcal.bin: it is refused: no dual-camera file (its fuse ids would lead beyond its end) and no stabiliser file (CRC 0x0500 stored, 0x0000 computed)
   error  /mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin: it is refused: its gains are not 4000 to 17000
-  error  /mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin: it was made for no module of this phone, not for back main
+  error  /mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin: it was made for no module that is found, not for back main
   error  /mnt/vendor/persist/camera/d.dcal.bin: it is refused: CRC 0x0000 stored, 0x64B7 computed
   error  /mnt/vendor/persist/camera/d.dcal.bin: it was made for nobody and nobody, which are no pair
   error  /vendor/etc/camera/com.zelvan.dcal.wt.golden: it has 4095 bytes, 4096 are needed
@@ -189,10 +189,10 @@ TEST_F(PhoneCommand, CheckTellsWhatIsWrongWithoutABoot) {
   device 0  X  back main, no sensor 4
   device 1     no members
   /data/vendor/camera/com.zelvan.dcal.wu.data: 0 bytes
-  /mnt/vendor/persist/camera/a.dcal.bin: dual-camera calibration of back main and no module of this phone, 419 bytes
+  /mnt/vendor/persist/camera/a.dcal.bin: dual-camera calibration of back main and no module that is found, 419 bytes
   /mnt/vendor/persist/camera/b.dcal.bin: 2061 bytes
   /mnt/vendor/persist/camera/c.dcal.bin: 2 bytes
-  /mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin: stabiliser calibration of no module of this phone, gains 0 and 0
+  /mnt/vendor/persist/camera/com.zelvan.oiscal.w.bin: stabiliser calibration of no module that is found, gains 0 and 0
   /mnt/vendor/persist/camera/d.dcal.bin: dual-camera calibration of nobody and nobody, 419 bytes
   /mnt/vendor/persist/camera/note: 1 byte
   /vendor/etc/camera/com.zelvan.dcal.wt.golden: golden block of wide and tele, 4095 bytes

@@ -326,7 +326,11 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
         {"", usage("", "A subcommand is required")},
         {"rum", "zvcam: no command is called \"rum\"; near is \"run\"\n"},
         {"foo", "zvcam: no command is called \"foo\"; `zvcam --help` lists them\n"},
+        {"--foo", "zvcam: no option is called \"--foo\"; `zvcam --help` lists them\n"},
         {"run", usage(" run", "P is required")},
+        {"run phone.json --clean-root", usage(" run", "--clean-root requires --root")},
+        {"calibration phone.json --root made",
+         usage(" calibration", "--set, --root, --clean-root, --library or --timeout requires --phone")},
         {"run phone.json other.json", usage(" run", "The following argument was not expected: other.json")},
         {"run phone.json --set name", usage(" run", "--set: expected NAME=VALUE, got \"name\"")},
         {"run phone.json --set n=" + std::string(92, 'x'),
@@ -401,7 +405,7 @@ TEST_F(Zvcam, AKeptRootOfAnEarlierBootChangesNoAnswer) {
     EXPECT_THAT(first, StartsWith("/data/vendor/camera/com.zelvan.dcal.wu.data was published by "
                                   "DualCameraDataDumpFile.\n  0600  4096 bytes of 0x15\n"));
     const std::string hint =
-        "2 files under the root came from elsewhere; --clean-root removes what is there first.\n";
+        "2 files under the root lay there before the boot; --clean-root removes what is there first.\n";
     EXPECT_EQ(
         zvcam(why + " --root kept").out,
         std::string(first).replace(first.find(".\n"), 1, ", with the content that it had before the boot.") +

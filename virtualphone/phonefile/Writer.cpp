@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "formats/DecimalText.h"
 #include "formats/Hex.h"
 #include "formats/PrintableText.h"
 #include "tables/EepromLayouts.h"
@@ -259,8 +260,8 @@ JsonNode Float(float number) {
     }
     std::array<char, 32> text;
     const char* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    double readable = 0;
-    std::from_chars(text.data(), end, readable);
+    const double readable =
+        formats::ParseDecimal({text.data(), static_cast<std::size_t>(end - text.data())}).value_or(number);
     return {static_cast<float>(readable) == number ? readable : static_cast<double>(number)};
 }
 

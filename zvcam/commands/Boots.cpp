@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "formats/DecimalText.h"
 #include "supervisor/Plugin.h"
 #include "zvcam/views/DiagnosisWords.h"
 #include "zvcam/views/Text.h"
@@ -32,9 +33,8 @@ std::string CheckProperty(const std::string& text) {
 }
 
 std::string CheckSeconds(const std::string& text) {
-    double seconds = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    return error == std::errc() && end == text.data() + text.size() && seconds >= 0.001 && seconds <= 1e6
+    const double seconds = formats::ParseDecimal(text).value_or(0);
+    return seconds >= 0.001 && seconds <= 1e6
                ? ""
                : "expected a number of seconds from 0.001 to 1000000, got \"" + text + "\"";
 }
@@ -60,12 +60,14 @@ void AddSharedBootOptions(CLI::App& command, BootOptions& options) {
 
 void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
     AddSharedBootOptions(command, options);
-    command
-        .add_option("--root", options.root,
-                    "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
-        ->type_name("DIR")
-        ->check(CheckNotEmpty);
-    command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first");
+    CLI::Option* const root =
+        command
+            .add_option(
+                "--root", options.root,
+                "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
+            ->type_name("DIR")
+            ->check(CheckNotEmpty);
+    command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first")->needs(root);
 }
 
 void AddSource(CLI::App& command, BootOptions& options) {

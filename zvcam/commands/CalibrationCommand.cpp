@@ -95,6 +95,9 @@ void AddCalibrationCommand(CLI::App& app, std::function<int()>& chosen) {
         if (options->sources.empty()) {
             throw CLI::RequiredError("SOURCES");
         }
+        if (options->phone.source.empty() && options->phone.sayHow()) {
+            throw CLI::RequiresError("--set, --root, --clean-root, --library or --timeout", "--phone");
+        }
         chosen = [options] { return Check(*options); };
     });
 }

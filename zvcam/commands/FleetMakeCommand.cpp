@@ -9,6 +9,7 @@
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/FleetCommands.h"
 #include "zvcam/commands/Progress.h"
+#include "zvcam/commands/Terminal.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/files/PhoneFolder.h"
 #include "zvcam/fleet/MadeFolder.h"
@@ -40,6 +41,8 @@ int Run(const MakeOptions& options) {
     Progress progress("phones", options.count, options.quiet);
     for (std::uint64_t number = 0; number < options.count; ++number) {
         if (supervisor::EndingWaits::arrived()) {
+            progress.clear();
+            Complain("interrupted; nothing of " + options.output + " is left");
             return kExitUnusable;
         }
         folder.add(number, maker.make(number));

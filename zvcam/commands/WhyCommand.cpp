@@ -62,15 +62,13 @@ std::size_t DeviceOf(const WhyOptions& options, const std::vector<analysis::Devi
 }
 
 int Run(const WhyOptions& options) {
-    const bool isTag = ItemNamed(options.item, nullptr).kind == analysis::Item::Kind::Tag;
+    const analysis::Item named = ItemNamed(options.item, nullptr);
     const analysis::Boot boot = Obtain(options.boot);
     const analysis::Course course = analysis::CourseOf(boot.record);
     const std::vector<analysis::Device> devices = analysis::DevicesOf(boot, course);
-    if (isTag && devices.empty()) {
-        throw std::runtime_error("the boot came to no device");
-    }
-    const std::size_t device = isTag ? DeviceOf(options, devices) : 0;
-    const analysis::Item item = ItemNamed(options.item, isTag ? &devices[device] : nullptr);
+    const bool ofDevice = named.kind == analysis::Item::Kind::Tag && !devices.empty();
+    const std::size_t device = ofDevice ? DeviceOf(options, devices) : 0;
+    const analysis::Item item = ofDevice ? ItemNamed(options.item, &devices[device]) : named;
     const analysis::Reason reason = analysis::WhyOf(boot, course, devices, item, device);
     PrintOut([&](std::ostream& out) { PrintReason(out, reason, boot.record, OutputStyle()); });
     return ExitStatusOf(boot);

@@ -1,9 +1,13 @@
 #include "zvcam/fleet/FleetDatabase.h"
 
 #include <array>
+#include <cerrno>
+#include <fcntl.h>
 #include <stdexcept>
 #include <string_view>
+#include <sys/file.h>
 #include <system_error>
+#include <unistd.h>
 #include <variant>
 
 namespace zvcam {
@@ -150,11 +154,15 @@ void CheckHolds(Database& database, const std::string& name, const FleetOrigin& 
     }
 }
 
-Database OpenToWrite(const fs::path& path, bool resume, const FleetOrigin& origin) {
+const fs::path& CheckMayWrite(const fs::path& path, bool resume) {
     std::error_code error;
     if (!resume && fs::exists(fs::symlink_status(path, error))) {
         throw std::runtime_error("cannot write " + path.string() + ": it exists; --resume goes on with it");
     }
+    return path;
+}
+
+Database OpenToWrite(const fs::path& path, const FleetOrigin& origin) {
     Database database(path, Database::Access::Write);
     const bool empty = IsEmpty(database);
     if (!empty) {
@@ -247,8 +255,22 @@ void Join(Database& database, const std::string& input) {
 
 }  // namespace
 
+WriterLock::WriterLock(const fs::path& path)
+    : mFile(open(path.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644)) {
+    if (mFile >= 0 && flock(mFile, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        close(mFile);
+        throw std::runtime_error(path.string() + ": another run is writing it");
+    }
+}
+
+WriterLock::~WriterLock() {
+    if (mFile >= 0) {
+        close(mFile);
+    }
+}
+
 FleetWriter::FleetWriter(const fs::path& path, bool resume, const FleetOrigin& origin)
-    : mDatabase(OpenToWrite(path, resume, origin)) {
+    : mLock(CheckMayWrite(path, resume)), mDatabase(OpenToWrite(path, origin)) {
     for (const FleetTable& table : analysis::FleetTables()) {
         mInserts.emplace_back(mDatabase, InsertionInto(table));
     }
@@ -352,6 +374,7 @@ std::vector<std::string> FleetTableNames() {
     for (const FleetTable& table : analysis::FleetTables()) {
         names.emplace_back(table.name);
     }
+    names.emplace_back("runs");
     for (const View& view : kViews) {
         names.emplace_back(view.name);
     }

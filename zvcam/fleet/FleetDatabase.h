@@ -21,13 +21,27 @@ struct FleetOrigin {
     std::optional<std::string> plugin;  ///< its build id, empty where it has none; nothing: not known
 };
 
+/// What one run at a time has of a database; gone with the program, however that ends.
+class WriterLock {
+  public:
+    /// @throws std::runtime_error where another run has it. A file that cannot be opened or locked is left to
+    /// whoever writes to it.
+    explicit WriterLock(const std::filesystem::path& path);
+    ~WriterLock();
+    WriterLock(const WriterLock&) = delete;
+    WriterLock& operator=(const WriterLock&) = delete;
+
+  private:
+    int mFile;
+};
+
 /// Writes the rows of phones into a fleet's database (docs/fleet.md has its tables), many phones in one
 /// transaction: a program that is killed loses the phones of the transaction at hand and nothing else.
 class FleetWriter {
   public:
     /// @param resume opens what is there; else a database that exists is refused.
-    /// @throws std::runtime_error for a database that exists, is of another kind or holds phones of another
-    /// source or another build of the plug-in; DatabaseError
+    /// @throws std::runtime_error for a database that exists, that another run writes, that is of another
+    /// kind or holds phones of another source or another build of the plug-in; DatabaseError
     FleetWriter(const std::filesystem::path& path, bool resume, const FleetOrigin& origin);
 
     /// Paths of the phones that the database holds. Those that this machine could not boot have gone from
@@ -50,6 +64,8 @@ class FleetWriter {
   private:
     void write();
 
+    // Closed last: with a descriptor of its file SQLite's own locks on it would go.
+    WriterLock mLock;
     Database mDatabase;
     std::vector<Statement> mInserts;  ///< one for each of `FleetTables`
     std::vector<std::vector<analysis::FleetRow>> mBatch;

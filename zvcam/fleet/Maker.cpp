@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <random>
@@ -11,6 +10,7 @@
 
 #include "analysis/Modules.h"
 #include "analysis/PhoneCheck.h"
+#include "formats/DecimalText.h"
 #include "formats/DualCalibrationFile.h"
 #include "formats/EepromImage.h"
 #include "formats/OisCalibrationFile.h"
@@ -320,10 +320,8 @@ TroubleRate ReadTroubleRate(std::string_view text) {
                                  NamesOfTroubles());
     }
     TroubleRate rate = {.trouble = static_cast<std::size_t>(trouble - kTroubles.begin())};
-    const char* const end = text.data() + text.size();
-    const char* const start = std::min(end, text.data() + name.size() + 1);
-    const auto [last, error] = std::from_chars(start, end, rate.rate);
-    if (error != std::errc() || last != end || !(rate.rate >= 0 && rate.rate <= 1)) {
+    rate.rate = formats::ParseDecimal(text.substr(std::min(text.size(), name.size() + 1))).value_or(-1);
+    if (!(rate.rate >= 0 && rate.rate <= 1)) {
         throw std::runtime_error("expected a rate of 0 to 1 such as " + std::string(name) + "=0.01, got \"" +
                                  std::string(text) + "\"");
     }

@@ -1,5 +1,7 @@
 #include "zvcam/pages/CommandLine.h"
 
+#include <algorithm>
+#include <set>
 #include <utility>
 
 #include <CLI/CLI.hpp>
@@ -7,6 +9,15 @@
 namespace zvcam {
 
 namespace {
+
+std::vector<std::string> NamesOf(const std::set<CLI::Option*>& options) {
+    std::vector<std::string> names;
+    for (const CLI::Option* const option : options) {
+        names.push_back(option->get_name());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
 
 Argument ArgumentOf(const CLI::Option& option) {
     Argument argument;
@@ -26,6 +37,8 @@ Argument ArgumentOf(const CLI::Option& option) {
     argument.description = option.get_description();
     argument.required = option.get_required();
     argument.repeated = option.get_expected_max() > 1;
+    argument.needs = NamesOf(option.get_needs());
+    argument.excludes = NamesOf(option.get_excludes());
     return argument;
 }
 

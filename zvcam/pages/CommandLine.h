@@ -16,7 +16,9 @@ struct Argument {
     std::string type;                ///< what kind of value: "FILE", "DIR"; empty for a flag
     std::string description;         ///< without a full stop
     bool required = false;
-    bool repeated = false;  ///< may be given, or may go on, several times
+    bool repeated = false;              ///< may be given, or may go on, several times
+    std::vector<std::string> needs;     ///< options without which it is refused, by ascending name
+    std::vector<std::string> excludes;  ///< options with which it is refused, by ascending name
 };
 
 /// A command as its parser knows it.

@@ -83,6 +83,13 @@ void PrintSynopsis(std::ostream& out, const Command& command) {
     }
 }
 
+/// "Needs --root." on a line of its own.
+void PrintOthers(std::ostream& out, const char* what, const std::vector<std::string>& names) {
+    for (const std::string& name : names) {
+        out << what << " \\fB" << Plain(name) << "\\fP.\n";
+    }
+}
+
 void PrintArguments(std::ostream& out, const Command& command) {
     out << ".Bl -tag -width Ds\n";
     for (const Argument& positional : command.positionals) {
@@ -91,6 +98,8 @@ void PrintArguments(std::ostream& out, const Command& command) {
     }
     for (const Argument& option : command.options) {
         out << ".It " << OptionTag(option) << '\n' << TextLine(option.description) << ".\n";
+        PrintOthers(out, "Needs", option.needs);
+        PrintOthers(out, "Excludes", option.excludes);
     }
     out << ".El\n";
 }

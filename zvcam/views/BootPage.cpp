@@ -132,7 +132,9 @@ void WriteBootPage(std::ostream& out, const analysis::Boot& boot, const Diagnosi
     page.sections.push_back(Streams(boot, diagnosis));
     page.sections.push_back(Zoom(boot, diagnosis));
     page.sections.push_back(Course(boot, course, diagnosis));
-    std::ranges::move(RecordSections(boot, course, diagnosis.devices), std::back_inserter(page.sections));
+    for (PageSection& section : RecordSections(boot, course, diagnosis.devices)) {
+        page.sections.push_back(std::move(section));
+    }
     WritePage(out, page);
 }
 

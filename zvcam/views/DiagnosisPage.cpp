@@ -91,7 +91,7 @@ Markup CheckSums(const Module& module) {
 
 PageSection Modules(const Diagnosis& diagnosis) {
     if (diagnosis.modules.empty()) {
-        return {"modules", "Modules", Paragraph("The boot did not come to name them.")};
+        return {"modules", "Modules", Paragraph("Modules: " + NoModulesText(diagnosis) + ".")};
     }
     HtmlTable table("Modules by role", {{"module"},
                                         {"chip"},

@@ -34,7 +34,7 @@ std::string ChecksumsText(const analysis::ModuleMemory& memory, const Style& sty
 
 void PrintModules(std::ostream& out, const Diagnosis& diagnosis, const Style& style) {
     if (diagnosis.modules.empty()) {
-        out << "Modules: the boot did not come to name them\n";
+        out << "Modules: " << Printable(NoModulesText(diagnosis)) << '\n';
         return;
     }
     Table table;

@@ -23,7 +23,7 @@ std::string ForeignFilesText(const record::BootRecord& boot) {
     return boot.foreignFiles == 0
                ? ""
                : Counted(boot.foreignFiles, "file") +
-                     " under the root came from elsewhere; --clean-root removes what is there first.";
+                     " under the root lay there before the boot; --clean-root removes what is there first.";
 }
 
 std::string Summary(const Diagnosis& diagnosis) {
@@ -33,9 +33,14 @@ std::string Summary(const Diagnosis& diagnosis) {
     const auto readable =
         std::count_if(diagnosis.modules.begin(), diagnosis.modules.end(),
                       [](const Module& module) { return module.reading == Module::Reading::Good; });
-    if (!diagnosis.modules.empty()) {
+    const auto notTried = std::count_if(
+        diagnosis.modules.begin(), diagnosis.modules.end(),
+        [](const Module& module) { return module.fitted() && module.reading == Module::Reading::NotTried; });
+    if (fitted == 0 && (!diagnosis.modules.empty() || !diagnosis.noModules.empty())) {
+        text += "no module found, ";
+    } else if (fitted > 0) {
         text += std::to_string(readable) + " of " + Counted(static_cast<std::size_t>(fitted), "module") +
-                " readable, ";
+                " readable" + (notTried > 0 ? " (" + std::to_string(notTried) + " not read)" : "") + ", ";
     }
     const auto uncalibrated =
         std::count_if(diagnosis.pairs.begin(), diagnosis.pairs.end(),
@@ -53,6 +58,11 @@ std::string Summary(const Diagnosis& diagnosis) {
                     : " (" + std::to_string(diagnosis.errorLinesOnEveryPhone) + " of them on every phone)";
     }
     return text;
+}
+
+std::string NoModulesText(const Diagnosis& diagnosis) {
+    return diagnosis.noModules.empty() ? "the boot did not come to name them"
+                                       : "none was named: " + diagnosis.noModules;
 }
 
 std::size_t MissingCount(const Device& device) {

@@ -24,6 +24,9 @@ std::string ForeignFilesText(const record::BootRecord& boot);
 /// "2 of 3 modules readable, no stabiliser calibration, 38 error lines (6 of them on every phone)".
 std::string Summary(const analysis::Diagnosis& diagnosis);
 
+/// Why there are no modules to show.
+std::string NoModulesText(const analysis::Diagnosis& diagnosis);
+
 /// Tags that a device would have had.
 std::size_t MissingCount(const analysis::Device& device);
 

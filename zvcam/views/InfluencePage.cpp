@@ -65,11 +65,10 @@ Markup Picture(const Influence& influence, const InputInfluence& of) {
         "rect", {{"class", "ground"}, {"width", std::to_string(kRow)}, {"height", std::to_string(rows)}});
     for (const Range& range : of.ranges) {
         if (range.effects != 0) {
-            shapes +=
-                Element("g", {{"fill", "currentColor"}, {"fill-opacity", Shade(influence, range)}},
-                        Element("title", {},
-                                StretchText(range.bytes) + ": " + Reached(influence.sets[range.effects])) +
-                            Cells(range.bytes));
+            shapes += Element(
+                "g", {{"fill", "currentColor"}, {"fill-opacity", Shade(influence, range)}},
+                Element("title", {}, RangeText(range) + ": " + Reached(influence.sets[range.effects])) +
+                    Cells(range.bytes));
         }
     }
     return Element("figure", {},
@@ -90,7 +89,8 @@ Markup Ranges(const Influence& influence, const InputInfluence& of) {
                    Reached(influence.sets[*of.without])});
     }
     for (const Range& range : PublishedRanges(influence, of)) {
-        table.row({StretchText(range.bytes), std::to_string(range.bytes.count),
+        table.row({range.open || range.effects == 0 ? StretchText(range.bytes) : RangeText(range),
+                   std::to_string(range.bytes.count),
                    range.open ? "not found out" : Reached(influence.sets[range.effects])});
     }
     return table.markup();
@@ -109,6 +109,9 @@ void WriteInfluencePage(std::ostream& out, const Influence& influence) {
     page.lead += Paragraph("In the pictures a cell is a byte, a row " + std::to_string(kRow) +
                            " of them. Strong: what a few bytes do; medium: what many have in common; faint: "
                            "the log alone; empty: nothing.");
+    if (const std::string note = StepNote(influence); !note.empty()) {
+        page.lead += Paragraph(note);
+    }
     if (!influence.complete) {
         page.lead += Paragraph(Judged(Verdict::Bad, "Incomplete: the search was stopped."));
     }

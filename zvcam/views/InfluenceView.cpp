@@ -92,9 +92,9 @@ void PrintRanges(std::ostream& out, const Influence& influence, const InputInflu
             if (known == logAlone.end()) {
                 known = logAlone.insert(known, {std::move(operations), {}});
             }
-            known->second.push_back(text + (range.tried > 1 ? "*" : ""));
+            known->second.push_back(RangeText(range));
         } else {
-            PrintItems(out, "  " + text + (range.tried > 1 ? "*" : ""), kLead, EffectTexts(effects, false));
+            PrintItems(out, "  " + RangeText(range), kLead, EffectTexts(effects, false));
         }
     }
     for (const auto& [operations, ranges] : logAlone) {
@@ -146,6 +146,27 @@ std::string StretchText(const analysis::Stretch& stretch) {
     const std::string first = formats::HexNumber(stretch.first, 4);
     return stretch.count == 1 ? first
                               : first + " to " + formats::HexNumber(stretch.first + stretch.count - 1, 4);
+}
+
+std::string RangeText(const Range& range) {
+    return StretchText(range.bytes) + (range.tried > 1 ? "*" : "");
+}
+
+std::string StepNote(const Influence& influence) {
+    if (influence.step <= 1) {
+        return "";
+    }
+    const bool marked =
+        std::any_of(influence.inputs.begin(), influence.inputs.end(), [&](const InputInfluence& of) {
+            return std::any_of(of.ranges.begin(), of.ranges.end(), [&](const Range& range) {
+                return !range.open && range.effects != 0 && range.tried > 1;
+            });
+        });
+    const std::string step = std::to_string(influence.step);
+    return (marked ? "* changed " + step + " bytes at a time, first and last bytes found one by one. " : "") +
+           "What reaches nothing was changed in larger stretches, all else byte by byte; --step 1 changes "
+           "each "
+           "byte by itself.";
 }
 
 std::vector<std::string> EffectTexts(const Effects& effects, bool logToo) {
@@ -218,10 +239,8 @@ void PrintInfluence(std::ostream& out, const Influence& influence, const Style& 
         PrintItems(out, "Left out, since it differs from boot to boot:", 2,
                    EffectTexts(influence.unsteady, true));
     }
-    if (influence.step > 1) {
-        out << "\n* changed " << influence.step
-            << " bytes at a time, first and last bytes found one by one. What reaches nothing was changed in "
-               "larger stretches, all else byte by byte; --step 1 changes each byte by itself.\n";
+    if (const std::string note = StepNote(influence); !note.empty()) {
+        out << '\n' << note << '\n';
     }
 }
 

@@ -52,13 +52,20 @@ void PrintUnpublished(std::ostream& out, const Reason& reason, const Style& styl
         out << style.bad("The platform refused it: ") << *reason.refused << '\n';
     }
     out << reason.item.operation.name;
-    if (!reason.stepRan) {
+    if (!reason.noDevices.empty()) {
+        out << " would have stored it for a device, and none was updated: " << Printable(reason.noDevices)
+            << ".\n";
+    } else if (!reason.stepRan) {
         out << " would have stored it, and did not run or left no trace.\n";
     } else if (!reason.appliesToRole) {
         out << " stores it for devices of other roles.\n";
+    } else if (!reason.noFuseId.empty()) {
+        out << " would have stored it, but " << reason.noFuseId << ".\n";
     } else if (reason.gaveUp != nullptr) {
         out << " would have stored it and stopped here:\n  " << PriorityLetter(reason.gaveUp->priority) << ' '
             << style.bad(Printable(record::TextOf(*reason.gaveUp))) << '\n';
+    } else if (reason.endedInIt) {
+        out << " would have stored it, and the boot ended before it could.\n";
     } else {
         out << " would have stored it, and found no reason to.\n";
     }
