@@ -107,7 +107,7 @@ struct Watch {
     }
 };
 static_assert(std::is_trivially_destructible_v<Watch>);
-Watch gWatch;
+Watch gFileWatch;
 
 /// The path of an open file; empty where the system does not tell.
 Path PathOf(int file) {
@@ -125,11 +125,11 @@ Path PathOf(int file) {
 bool IsOfThePhone(const Caught& caught, const SystemCall& call) {
     if (caught.call != Call::FileOpened) {
         // Of a file's number 32 bits count.
-        return gWatch.realRoot.holds(PathOf(static_cast<int>(call.arguments[0])).view());
+        return gFileWatch.realRoot.holds(PathOf(static_cast<int>(call.arguments[0])).view());
     }
     const auto* const path =
         reinterpret_cast<const char*>(call.arguments[caught.number == SYS_openat ? 1 : 0]);
-    return path != nullptr && (gWatch.root.holds(path) || gWatch.realRoot.holds(path));
+    return path != nullptr && (gFileWatch.root.holds(path) || gFileWatch.realRoot.holds(path));
 }
 
 /// Counts a call.
@@ -140,7 +140,7 @@ bool IsToFail(int number, const SystemCall& call) {
     if (caught == kCaught.end() || !IsOfThePhone(*caught, call)) {
         return false;
     }
-    Kind& kind = gWatch.of(caught->call);
+    Kind& kind = gFileWatch.of(caught->call);
     const auto* const first = kind.failing.data();
     return std::binary_search(first, first + kind.failingCount, kind.count++);
 }
@@ -149,7 +149,7 @@ bool IsToFail(int number, const SystemCall& call) {
 /// @return what the kernel answers: the result, or an error as a negative number.
 long Make(int number, const SystemCall& call) {
     const auto& [a, b, c, d, e, unused] = call.arguments;
-    const long result = syscall(number, a, b, c, d, e, gWatch.pass);
+    const long result = syscall(number, a, b, c, d, e, gFileWatch.pass);
     return result < 0 ? -errno : result;
 }
 
@@ -181,8 +181,8 @@ std::vector<sock_filter> Filter() {
         filter.push_back(ifEqual(static_cast<std::uint32_t>(kCaught[i].number), kCaught.size() - i, 0));
     }
     for (const sock_filter& statement :
-         {end(SECCOMP_RET_ALLOW), load(kMark), ifEqual(gWatch.pass & 0xFFFFFFFFU, 0, 3),
-          load(kMark + sizeof(std::uint32_t)), ifEqual(gWatch.pass >> 32, 0, 1), end(SECCOMP_RET_ALLOW),
+         {end(SECCOMP_RET_ALLOW), load(kMark), ifEqual(gFileWatch.pass & 0xFFFFFFFFU, 0, 3),
+          load(kMark + sizeof(std::uint32_t)), ifEqual(gFileWatch.pass >> 32, 0, 1), end(SECCOMP_RET_ALLOW),
           end(SECCOMP_RET_TRAP)}) {
         filter.push_back(statement);
     }
@@ -210,19 +210,19 @@ Path RealPath(const std::string& folder) {
 }  // namespace
 
 void WatchFileCalls(const std::string& root, const FailingCalls& failing) {
-    if (gWatch.on) {
+    if (gFileWatch.on) {
         throw std::logic_error("the calls of files of this process are watched already");
     }
-    if (root.size() >= gWatch.root.text.size()) {
+    if (root.size() >= gFileWatch.root.text.size()) {
         Fail(ENAMETOOLONG);
     }
-    gWatch.root.size = root.copy(gWatch.root.text.data(), root.size());
-    gWatch.realRoot = RealPath(root);
+    gFileWatch.root.size = root.copy(gFileWatch.root.text.data(), root.size());
+    gFileWatch.realRoot = RealPath(root);
     for (const Call call : {Call::FileOpened, Call::FileRead, Call::FileWritten}) {
         const auto found = failing.find(call);
         const std::set<std::uint64_t> numbers =
             found == failing.end() ? std::set<std::uint64_t>() : found->second;
-        Kind& kind = gWatch.of(call);
+        Kind& kind = gFileWatch.of(call);
         if (numbers.size() > kind.failing.size()) {
             throw std::invalid_argument("cannot let more than " + std::to_string(kind.failing.size()) +
                                         " calls of files of one kind fail");
@@ -230,7 +230,7 @@ void WatchFileCalls(const std::string& root, const FailingCalls& failing) {
         std::copy(numbers.begin(), numbers.end(), kind.failing.begin());
         kind.failingCount = numbers.size();
     }
-    if (getrandom(&gWatch.pass, sizeof gWatch.pass, 0) != sizeof gWatch.pass) {
+    if (getrandom(&gFileWatch.pass, sizeof gFileWatch.pass, 0) != sizeof gFileWatch.pass) {
         Fail(errno);
     }
     struct sigaction action {};
@@ -242,16 +242,16 @@ void WatchFileCalls(const std::string& root, const FailingCalls& failing) {
         syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, 0, &program) != 0) {
         Fail(errno);
     }
-    gWatch.on = true;
+    gFileWatch.on = true;
 }
 
 std::optional<record::FileCalls> CountedFileCalls() {
-    if (!gWatch.on) {
+    if (!gFileWatch.on) {
         return std::nullopt;
     }
-    return record::FileCalls{.opened = gWatch.of(Call::FileOpened).count,
-                             .read = gWatch.of(Call::FileRead).count,
-                             .written = gWatch.of(Call::FileWritten).count};
+    return record::FileCalls{.opened = gFileWatch.of(Call::FileOpened).count,
+                             .read = gFileWatch.of(Call::FileRead).count,
+                             .written = gFileWatch.of(Call::FileWritten).count};
 }
 
 }  // namespace virtualphone
