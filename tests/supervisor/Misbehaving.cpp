@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -121,7 +122,15 @@ const std::map<std::string, void (*)()> kDeeds = {
     {"stop siblings", [] { SignalSiblings(SIGSTOP); }},
     {"kill siblings", [] { SignalSiblings(SIGKILL); }},
     {"log", [] { Log("when loaded"); }},
-    {"thread", [] { std::thread([] { pause(); }).detach(); }},
+    {"thread",
+     [] {
+         // The thread's code stays where it is when the library is unloaded.
+         Dl_info library;
+         if (dladdr(reinterpret_cast<const void*>(&Log), &library) != 0) {
+             dlopen(library.dli_fname, RTLD_NOW | RTLD_NODELETE);
+         }
+         std::thread([] { pause(); }).detach();
+     }},
     {"litter",
      [] {
          const std::string root = DevicePath("");
