@@ -203,7 +203,7 @@ void AddMissingTags(const std::vector<Device>& devices, std::vector<Finding>& fi
             auto group = std::find_if(groups.begin(), groups.end(),
                                       [&](const auto& entry) { return entry.first == words; });
             if (group == groups.end()) {
-                group = groups.insert(groups.end(), {std::move(words), {}});
+                group = groups.emplace(groups.end(), std::move(words), std::vector<std::string>());
             }
             group->second.push_back(DeviceNumber(device.logicalIndex, device.memberId));
         }

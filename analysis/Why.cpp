@@ -1,7 +1,6 @@
 #include "analysis/Why.h"
 
 #include <algorithm>
-#include <charconv>
 #include <map>
 #include <utility>
 
@@ -46,16 +45,6 @@ std::vector<Item> AllItems() {
         items.push_back({Item::Kind::Tag, row.name, row.tag, row.operation, row.value});
     }
     return items;
-}
-
-std::optional<std::uint32_t> NumberOf(std::string_view text) {
-    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
-    const std::string_view digits = text.substr(hexadecimal ? 2 : 0);
-    std::uint32_t number = 0;
-    const auto [end, error] =
-        std::from_chars(digits.data(), digits.data() + digits.size(), number, hexadecimal ? 16 : 10);
-    return error == std::errc() && end == digits.data() + digits.size() ? std::optional(number)
-                                                                        : std::nullopt;
 }
 
 /// Edits that lead from one text to the other: a letter put in, left out or changed.
@@ -243,7 +232,7 @@ std::vector<Item> ItemsNamed(std::string_view text) {
         std::copy_if(all.begin(), all.end(), std::back_inserter(found), wanted);
         return !found.empty();
     };
-    const std::optional<std::uint32_t> number = NumberOf(text);
+    const std::optional<std::uint32_t> number = formats::ParseNumber(text);
     const std::string lower = Lower(text);
     if (take([&](const Item& item) {
             return number && item.kind == Item::Kind::Tag && item.tag == *number;

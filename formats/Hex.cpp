@@ -1,6 +1,8 @@
 #include "formats/Hex.h"
 
 #include <algorithm>
+#include <charconv>
+#include <system_error>
 
 namespace formats {
 
@@ -40,6 +42,15 @@ std::string HexNumber(std::uint64_t number, std::size_t digits) {
     text += "x0";
     std::reverse(text.begin(), text.end());
     return text;
+}
+
+std::optional<std::uint32_t> ParseNumber(std::string_view text) {
+    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    text.remove_prefix(hexadecimal ? 2 : 0);
+    std::uint32_t number = 0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), number, hexadecimal ? 16 : 10);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
 }
 
 std::optional<std::vector<std::uint8_t>> ParseHex(std::string_view text) {

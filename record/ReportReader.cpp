@@ -166,7 +166,7 @@ BootRecord ReadReport(std::string_view text) {
     if (const ReportNode* const ended = report.find("ended")) {
         boot.ended = ReadEnded(*ended);
         if ((boot.ended->how == Ended::How::Threw) != (exception != nullptr)) {
-            ended->fail("\"threw\" where there is an \"exception\", and there only");
+            ended->fail(R"("threw" where there is an "exception", and there only)");
         }
     } else if (exception != nullptr) {
         boot.ended = {.how = Ended::How::Threw, .what = {}, .step = LastOperation(boot.events)};

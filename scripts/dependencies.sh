@@ -32,6 +32,7 @@ arm64 googletest               file    /usr/src/googletest/CMakeLists.txt
 page  chromium           program chromium
 page  chromium-driver    program chromedriver
 page  python3-selenium   module  selenium
+check git                program git
 check clang-format       program clang-format
 check clang-tidy         program clang-tidy
 check python3            program python3

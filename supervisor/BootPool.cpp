@@ -188,9 +188,10 @@ std::size_t Processors() {
 }  // namespace
 
 struct BootPool::State {
-    State(const PoolOptions& poolOptions, Work poolWork) : options(poolOptions), work(std::move(poolWork)) {
+    State(PoolOptions poolOptions, Work poolWork)
+        : options(std::move(poolOptions)), work(std::move(poolWork)) {
         // What is wrong with the library is said before there is a worker.
-        Booter(options.boot);
+        static_cast<void>(Booter(options.boot));
         workers.resize(options.workers == 0 ? Processors() : options.workers);
         for (auto& worker : workers) {
             worker = std::make_unique<Worker>(options.boot, work);
@@ -262,8 +263,8 @@ struct BootPool::State {
     bool ended = false;
 };
 
-BootPool::BootPool(const PoolOptions& options, Work work)
-    : mState(std::make_unique<State>(options, std::move(work))) {}
+BootPool::BootPool(PoolOptions options, Work work)
+    : mState(std::make_unique<State>(std::move(options), std::move(work))) {}
 
 BootPool::~BootPool() {
     stop();

@@ -54,7 +54,7 @@ class BootPool {
 
     /// Starts the workers.
     /// @throws std::system_error, PluginError for a library that is no plug-in.
-    BootPool(const PoolOptions& options, Work work);
+    BootPool(PoolOptions options, Work work);
     /// Stops, and waits for the workers' end. Their boots end with them.
     ~BootPool();
     BootPool(const BootPool&) = delete;

@@ -141,7 +141,7 @@ Told TakeMessages(const SharedLog& log, record::BootRecord& boot) {
         }
     });
     if (damaged || end.damaged) {
-        boot.troubles.push_back("the record is damaged: the plug-in has written into it");
+        boot.troubles.emplace_back("the record is damaged: the plug-in has written into it");
     } else if (end.lost > 0) {
         boot.troubles.push_back("the record is full: " + std::to_string(end.lost) + " later events are lost");
     }

@@ -50,15 +50,19 @@ std::string LowerHex(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
+/// What a text or a description of an ELF note takes: it is filled up to whole words.
+std::size_t FilledUp(std::size_t size) {
+    return (size + 3) / 4 * 4;
+}
+
 /// The build id among ELF notes, in lower-case hexadecimal; empty where there is none.
 std::string BuildIdAmong(std::span<const std::uint8_t> notes) {
     ElfW(Nhdr) note;
     for (std::size_t at = 0; at + sizeof note <= notes.size();) {
         std::memcpy(&note, &notes[at], sizeof note);
-        // Name and description are filled up to whole words.
         const std::size_t name = at + sizeof note;
-        const std::size_t id = name + (std::size_t{note.n_namesz} + 3) / 4 * 4;
-        at = id + (std::size_t{note.n_descsz} + 3) / 4 * 4;
+        const std::size_t id = name + FilledUp(note.n_namesz);
+        at = id + FilledUp(note.n_descsz);
         if (at > notes.size()) {
             break;
         }

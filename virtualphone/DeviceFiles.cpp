@@ -39,6 +39,13 @@ constexpr std::chrono::milliseconds kClockStep{10};
     Fail(root.string(), "use the folder as a phone's root", reason);
 }
 
+/// @return what is in the way. Standard libraries have two names for a file there: this is one of them.
+std::error_code MakeFolders(const fs::path& path) {
+    std::error_code error;
+    fs::create_directories(path, error);
+    return error == std::errc::file_exists ? std::make_error_code(std::errc::not_a_directory) : error;
+}
+
 /// The root as an absolute path without a slash at its end; "/", or what leads to it, is none.
 fs::path UsableRoot(const fs::path& root) {
     std::error_code error;
@@ -49,7 +56,7 @@ fs::path UsableRoot(const fs::path& root) {
     if (!absolute.has_filename()) {
         absolute = absolute.parent_path();
     }
-    fs::create_directories(absolute, error);
+    error = MakeFolders(absolute);
     if (error) {
         FailRoot(absolute, error.message());
     }
@@ -114,9 +121,7 @@ void DeviceFiles::empty() const {
 }
 
 void DeviceFiles::makeFolders(const fs::path& phonePath) const {
-    std::error_code error;
-    fs::create_directories(locate(phonePath.c_str()), error);
-    if (error) {
+    if (const std::error_code error = MakeFolders(locate(phonePath.c_str()))) {
         Fail(phonePath.string(), "make the folder", error.message());
     }
 }

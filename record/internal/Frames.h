@@ -133,10 +133,7 @@ class FrameWriter {
             if (value) {
                 put(*value);
             }
-        } else if constexpr (kIsList<Value>) {
-            put(static_cast<std::uint32_t>(value.size()));
-            putItems<typename Value::value_type>(value);
-        } else if constexpr (Sorted<Value>) {
+        } else if constexpr (kIsList<Value> || Sorted<Value>) {
             put(static_cast<std::uint32_t>(value.size()));
             putItems<typename Value::value_type>(value);
         } else if constexpr (kIsArray<Value>) {

@@ -87,7 +87,7 @@ TEST(OisCalibration, PersistFileDecidesGainsAndState) {
 }
 
 TEST(OisCalibration, ModuleDecidesTheRest) {
-    const auto outcome = [](const PhoneBuilder& fitted, int unreadable) {
+    const auto outcome = [](const PhoneBuilder& fitted, std::size_t unreadable) {
         const TestPhone phone(fitted);
         TestPlugin plugin;
         plugin.OverriderOisCamCalData();

@@ -2,6 +2,7 @@
 #include <climits>
 #include <cstdint>
 #include <cstdio>
+#include <initializer_list>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -95,7 +96,8 @@ TEST(EepromImage, FieldsOfAModule) {
 
 TEST(EepromImage, WhatLiesBeyondTheEndReadsAsZero) {
     std::mt19937 random(5);
-    for (const std::size_t size : {0, 1, 2, 9, 16, 67, 1893, 8396, 8433, 16383, 16384, 20000}) {
+    for (const std::size_t size :
+         std::initializer_list<std::size_t>{0, 1, 2, 9, 16, 67, 1893, 8396, 8433, 16383, 16384, 20000}) {
         Bytes image(size);
         std::generate(image.begin(), image.end(), [&random] { return static_cast<std::uint8_t>(random()); });
         Bytes padded = image;

@@ -11,6 +11,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -38,11 +39,14 @@ class Library {
             const auto* const symbols = at<ElfW(Sym)>(section->sh_offset);
             // The first symbol is none.
             for (std::size_t i = 1; i < section->sh_size / sizeof(ElfW(Sym)); ++i) {
-                const bool weak = ELF64_ST_BIND(symbols[i].st_info) == STB_WEAK;
+                const auto binding = ELF64_ST_BIND(symbols[i].st_info);
                 const char* const name = names + symbols[i].st_name;
+                if (binding == STB_LOCAL) {
+                    continue;  // of a section, for relocations within the library
+                }
                 if (symbols[i].st_shndx != SHN_UNDEF) {
                     mExported.insert(Demangled(name));
-                } else if (!weak) {  // a weak one may stay without a definition
+                } else if (binding != STB_WEAK) {  // a weak one may stay without a definition
                     mNeeded.insert(name);
                 }
             }
@@ -56,7 +60,17 @@ class Library {
     static std::string Demangled(const char* name) {
         const std::unique_ptr<char, decltype(&std::free)> text(
             abi::__cxa_demangle(name, nullptr, nullptr, nullptr), std::free);
-        return text == nullptr ? name : text.get();
+        return text == nullptr ? name : PlainStd(text.get());
+    }
+
+    /// Without the namespaces and marks by which a standard library tells its versions apart.
+    static std::string PlainStd(std::string text) {
+        for (const std::string_view mark : {"__cxx11::", "__1::", "[abi:cxx11]"}) {
+            for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at)) {
+                text.erase(at, mark.size());
+            }
+        }
+        return text;
     }
 
   private:
@@ -82,7 +96,12 @@ Names LinesOf(const char* path) {
 
 /// Whether the C or the C++ library has a symbol.
 bool IsOfTheLanguage(const std::string& symbol) {
-    static void* const library = dlopen("libstdc++.so.6", RTLD_NOW);  // and what it needs itself
+#ifdef _LIBCPP_VERSION
+    constexpr const char* kLibrary = "libc++.so.1";
+#else
+    constexpr const char* kLibrary = "libstdc++.so.6";
+#endif
+    static void* const library = dlopen(kLibrary, RTLD_NOW);  // and what it needs itself
     return dlsym(library, symbol.c_str()) != nullptr;
 }
 
@@ -104,7 +123,6 @@ std::string FunctionOf(std::string text) {
     if (const std::size_t arguments = text.rfind('<'); text.ends_with('>')) {
         text.resize(arguments);
     }
-    text.resize(std::min(text.find("[abi:"), text.size()));
     return text.substr(text.rfind(' ') + 1);
 }
 

@@ -13,10 +13,11 @@ std::size_t withheldBytes = 0;
 
 }  // namespace
 
-// The linker binds the plug-in's calls of fread to the first of these, and the second to the C library's.
-extern "C" std::size_t __real_fread(void* buffer, std::size_t size, std::size_t count, FILE* file);
-extern "C" std::size_t __wrap_fread(void* buffer, std::size_t size, std::size_t count, FILE* file) {
-    return __real_fread(buffer, size, count - withheldBytes, file);
+// The linker binds the plug-in's calls of fread to the second of these, and the first to the C library's.
+std::size_t RealRead(void* buffer, std::size_t size, std::size_t count, FILE* file) __asm__("__real_fread");
+std::size_t ShortRead(void* buffer, std::size_t size, std::size_t count, FILE* file) __asm__("__wrap_fread");
+std::size_t ShortRead(void* buffer, std::size_t size, std::size_t count, FILE* file) {
+    return RealRead(buffer, size, count - withheldBytes, file);
 }
 
 namespace {

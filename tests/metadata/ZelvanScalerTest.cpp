@@ -21,14 +21,14 @@ bool tookEightK = false;
 
 }  // namespace
 
-// The linker binds the plug-in's calls of updateStreamConfigurationWithDuration to the first of these.
-#define WITH_DURATION(lead) \
-    lead##_ZN24CameraPlatformInfoZelvan37updateStreamConfigurationWithDurationERN5NSCam9IMetadataEiii
-extern "C" void WITH_DURATION(__real_)(CameraPlatformInfoZelvan*, IMetadata&, int, int, int);
-extern "C" void WITH_DURATION(__wrap_)(CameraPlatformInfoZelvan* self, IMetadata& meta, int width, int height,
-                                       int allow8k) {
+// The linker binds the plug-in's calls of updateStreamConfigurationWithDuration to the second of these.
+#define WITH_DURATION \
+    "_ZN24CameraPlatformInfoZelvan37updateStreamConfigurationWithDurationERN5NSCam9IMetadataEiii"
+void WithDuration(CameraPlatformInfoZelvan*, IMetadata&, int, int, int) __asm__("__real_" WITH_DURATION);
+void Listen(CameraPlatformInfoZelvan*, IMetadata&, int, int, int) __asm__("__wrap_" WITH_DURATION);
+void Listen(CameraPlatformInfoZelvan* self, IMetadata& meta, int width, int height, int allow8k) {
     tookEightK = allow8k != 0;
-    WITH_DURATION(__real_)(self, meta, width, height, allow8k);
+    WithDuration(self, meta, width, height, allow8k);
 }
 
 namespace {
