@@ -25,6 +25,18 @@ inline std::string ReadText(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
+/// What was said on standard error; where an emulator runs the program, without its remark on a signal.
+inline std::string ReadErrors(const std::filesystem::path& path) {
+    std::string text = ReadText(path);
+    if (text.starts_with("qemu: uncaught target signal ")) {
+        text.erase(0, text.find('\n') + 1);
+    }
+    return text;
+}
+
+/// A boot of the usual phone with the plug-in that is made for the tests.
+inline const std::string kFake = "run phone.json --library '" FAKE_PLUGIN "' ";
+
 /// Runs zvcam in a folder of its own, beside the phone files of the test.
 class Zvcam : public testing::Test {
   protected:
@@ -42,7 +54,8 @@ class Zvcam : public testing::Test {
                                     file("out").string() + "' 2>'" + file("error").string() + "' " +
                                     arguments;
         const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(file("out")), ReadText(file("error"))};
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(file("out")),
+                ReadErrors(file("error"))};
     }
 
     std::filesystem::path file(const std::string& name) const { return mFolder.path() / name; }

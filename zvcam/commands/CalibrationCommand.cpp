@@ -10,10 +10,14 @@
 
 #include "analysis/CalibrationFiles.h"
 #include "virtualphone/InputFile.h"
+#include "zvcam/commands/BootOptions.h"
 #include "zvcam/commands/Boots.h"
+#include "zvcam/commands/CalibrationCommands.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/ExitStatus.h"
 #include "zvcam/commands/ForEachFile.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/CalibrationFolder.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/views/CalibrationView.h"
@@ -87,7 +91,10 @@ void AddCalibrationCommand(CLI::App& app, std::function<int()>& chosen) {
         ->type_name("P")
         ->check(CheckNotEmpty);
     AddBootOptionsWithoutSource(*command, options->phone);
-    AddCalibrationWriters(*command, chosen);
+    for (const auto& add :
+         {AddCalibrationSealCommand, AddCalibrationMakeDualCommand, AddCalibrationMakeOisCommand}) {
+        add(*command, chosen);
+    }
     command->callback([options, &chosen, command] {
         if (!command->get_subcommands().empty()) {
             return;

@@ -30,6 +30,7 @@ constexpr std::array kCommands = {
 
 std::vector<std::string> CommandNames() {
     std::vector<std::string> names;
+    names.reserve(std::size(kCommands));
     for (const Command& command : kCommands) {
         names.emplace_back(command.name);
     }

@@ -36,8 +36,6 @@ void AddDiffCommand(CLI::App& app, std::function<int()>& chosen);
 void AddEepromCommand(CLI::App& app, std::function<int()>& chosen);
 /// Checks and makes calibration files.
 void AddCalibrationCommand(CLI::App& app, std::function<int()>& chosen);
-/// The commands below it that write files: seal, make-dual and make-ois.
-void AddCalibrationWriters(CLI::App& calibration, std::function<int()>& chosen);
 /// Checks and makes phone files.
 void AddPhoneCommand(CLI::App& app, std::function<int()>& chosen);
 /// Boots many phones, and asks what they share.

@@ -6,8 +6,10 @@
 #include <string>
 
 #include "analysis/Diff.h"
+#include "zvcam/commands/BootOptions.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/ExitStatus.h"
 #include "zvcam/commands/Terminal.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/views/DiagnosisWords.h"

@@ -1,23 +1,22 @@
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <ostream>
 #include <set>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "analysis/Why.h"
-#include "tables/PublishedTags.h"
+#include "analysis/Devices.h"
+#include "formats/Hex.h"
+#include "zvcam/commands/BootOptions.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Named.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/views/MetadataView.h"
-#include "zvcam/views/Text.h"
 
 namespace zvcam {
 
@@ -30,42 +29,8 @@ struct DumpsysOptions {
     std::string tag;
 };
 
-/// The number of a text such as "0x40007" or "7".
-std::optional<std::uint32_t> NumberOf(std::string_view text) {
-    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
-    text.remove_prefix(hexadecimal ? 2 : 0);
-    std::uint32_t number = 0;
-    const auto [end, error] =
-        std::from_chars(text.data(), text.data() + text.size(), number, hexadecimal ? 16 : 10);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
-}
-
 std::string CheckProvider(const std::string& text) {
-    return NumberOf(text) ? "" : "expected a number such as 0x40007, got \"" + text + "\"";
-}
-
-/// The tags that a text names; none of them for an empty text, which asks for all.
-std::set<std::uint32_t> TagsNamed(const std::string& text) {
-    std::set<std::uint32_t> tags;
-    for (const analysis::Item& item : analysis::ItemsNamed(text)) {
-        if (!text.empty() && item.kind == analysis::Item::Kind::Tag) {
-            tags.insert(item.tag);
-        }
-    }
-    if (!text.empty() && tags.empty()) {
-        const std::optional<std::uint32_t> number = NumberOf(text);
-        if (!number) {
-            std::vector<std::string> names;
-            for (const tables::PublishedTag& tag : tables::PublishedTags()) {
-                names.emplace_back(tag.name);
-            }
-            throw std::runtime_error("--tag: expected a tag's name, the end of one, or a number, got \"" +
-                                     Printable(text) + "\"" +
-                                     NearWords(analysis::NamesNear(std::move(names), text)));
-        }
-        tags.insert(*number);
-    }
-    return tags;
+    return formats::ParseNumber(text) ? "" : "expected a number such as 0x40007, got \"" + text + "\"";
 }
 
 /// Says on standard error that nothing that was printed holds the tags that were asked for.
@@ -83,7 +48,7 @@ int Run(const DumpsysOptions& options) {
     const analysis::Boot boot = Obtain(options.boot);
     if (!options.provider.empty()) {
         const auto states = analysis::EndStates(boot);
-        const auto state = states.find(NumberOf(options.provider).value());
+        const auto state = states.find(formats::ParseNumber(options.provider).value());
         if (state == states.end()) {
             throw std::runtime_error("no provider " + options.provider + " holds anything");
         }

@@ -4,7 +4,6 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -13,10 +12,11 @@
 #include "formats/EepromImage.h"
 #include "formats/ImageChange.h"
 #include "virtualphone/InputFile.h"
-#include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/ForEachFile.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/commands/Validators.h"
+#include "zvcam/files/EepromFile.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/views/EepromView.h"
 
@@ -54,18 +54,6 @@ std::string CheckLayout(const std::string& name) {
     return "expected one of " + known + ", got \"" + name + "\"";
 }
 
-formats::EepromFile Read(const std::string& file) {
-    constexpr std::string_view kExpected = "an EEPROM image or its dump";
-    formats::EepromFile eeprom = formats::ReadEepromFile(ReadFile(file, kExpected));
-    if (eeprom.size == 0) {
-        const bool empty = eeprom.expected.empty();
-        throw std::runtime_error(virtualphone::InputName(file) + ": expected " +
-                                 (empty ? std::string(kExpected) : eeprom.expected) + ", got " +
-                                 (empty ? "an empty file" : eeprom.found));
-    }
-    return eeprom;
-}
-
 /// Makes the changes that were asked for.
 void Mend(const EepromOptions& options, const EepromCheckSumDesc* layout, const std::string& file,
           std::vector<std::uint8_t>& image) {
@@ -87,16 +75,13 @@ void Mend(const EepromOptions& options, const EepromCheckSumDesc* layout, const 
 
 /// @return whether the image is good.
 bool RunOne(const EepromOptions& options, const std::string& file, bool& printed) {
-    formats::EepromFile eeprom = Read(file);
+    formats::EepromFile eeprom = ReadEepromFile(file);
     const EepromCheckSumDesc* const layout =
         options.layout.empty() ? nullptr : formats::FindEepromLayout(options.layout);
     Mend(options, layout, file, eeprom.image);
     const analysis::EepromFindings findings = analysis::FindingsOf(eeprom.image, layout);
     if (!options.raw.empty()) {
-        WriteFile(options.raw, [&](std::ostream& out) {
-            out.write(reinterpret_cast<const char*>(eeprom.image.data()),
-                      static_cast<std::streamsize>(eeprom.image.size()));
-        });
+        WriteFile(options.raw, eeprom.image);
     }
     if (!options.text.empty()) {
         WriteFile(options.text, [&](std::ostream& out) { out << formats::EepromDumpText(eeprom.image); });

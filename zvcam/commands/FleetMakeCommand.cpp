@@ -6,14 +6,16 @@
 #include <vector>
 
 #include "supervisor/EndOnSignal.h"
-#include "zvcam/commands/Boots.h"
+#include "zvcam/commands/ExitStatus.h"
 #include "zvcam/commands/FleetCommands.h"
 #include "zvcam/commands/Progress.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/files/PhoneFolder.h"
 #include "zvcam/fleet/MadeFolder.h"
 #include "zvcam/fleet/Maker.h"
+#include "zvcam/fleet/Troubles.h"
 #include "zvcam/views/Text.h"
 
 namespace zvcam {

@@ -6,8 +6,9 @@
 #include <system_error>
 #include <vector>
 
-#include "zvcam/commands/Boots.h"
+#include "zvcam/commands/ExitStatus.h"
 #include "zvcam/commands/FleetCommands.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/fleet/FleetDatabase.h"
 #include "zvcam/views/Text.h"

@@ -5,9 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "zvcam/commands/Boots.h"
+#include "zvcam/commands/ExitStatus.h"
 #include "zvcam/commands/FleetCommands.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/fleet/FleetDatabase.h"
 #include "zvcam/fleet/Summary.h"

@@ -1,22 +1,26 @@
 #include <chrono>
-#include <exception>
-#include <filesystem>
+#include <cstddef>
 #include <memory>
 #include <ostream>
 #include <string>
-#include <utility>
+#include <vector>
 
-#include "analysis/FleetRows.h"
 #include "supervisor/BootPool.h"
 #include "supervisor/Plugin.h"
+#include "zvcam/commands/BootOptions.h"
 #include "zvcam/commands/Boots.h"
+#include "zvcam/commands/ExitStatus.h"
 #include "zvcam/commands/FleetCommands.h"
 #include "zvcam/commands/Progress.h"
+#include "zvcam/commands/Terminal.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/Output.h"
+#include "zvcam/files/PhoneFolder.h"
 #include "zvcam/fleet/FleetDatabase.h"
 #include "zvcam/fleet/FleetEntries.h"
-#include "zvcam/fleet/RowBytes.h"
+#include "zvcam/fleet/FleetWork.h"
 #include "zvcam/views/FleetView.h"
+#include "zvcam/views/Text.h"
 
 namespace zvcam {
 
@@ -34,37 +38,6 @@ struct FleetRunOptions {
     bool quiet = false;
 };
 
-/// Boots one phone in a worker and makes rows of it.
-class FleetWork {
-  public:
-    FleetWork(const FleetRunOptions& options, std::filesystem::path folder)
-        : mOptions(options), mFolder(std::move(folder)), mLike(ReadLikePhone(options.like)) {}
-
-    std::string operator()(const std::string& path, supervisor::Booter& booter) const {
-        std::error_code error;
-        analysis::FleetEntry entry = {.path = path,
-                                      .pulledFolder = std::filesystem::is_directory(mFolder / path, error),
-                                      .microseconds = 0};
-        analysis::Boot boot;
-        try {
-            boot.phone = ReadFleetPhone(mFolder / path, mLike);
-        } catch (const std::exception& unread) {
-            return RowBytes({analysis::RowOfNotBooted(entry, analysis::NotBooted::Unread, unread.what())});
-        }
-        SetProperties(mOptions.boot, *boot.phone);
-        const Clock::time_point start = Clock::now();
-        boot.record = booter.boot(*boot.phone);
-        entry.microseconds =
-            std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start).count();
-        return RowBytes(analysis::RowsOf(entry, boot));
-    }
-
-  private:
-    const FleetRunOptions& mOptions;
-    std::filesystem::path mFolder;
-    LikePhone mLike;
-};
-
 int Run(const FleetRunOptions& options) {
     FleetEntries entries = ReadFleetEntries(options.boot.source);
     const Shard shard = ReadShard(options.shard);
@@ -72,7 +45,9 @@ int Run(const FleetRunOptions& options) {
     FleetRun run = {.entries = entries.paths.size(), .repeated = entries.repeated};
     // The workers are forks, which are to know nothing of the database.
     const supervisor::BootOptions boot = SupervisorOptions(options.boot, /*describe=*/false);
-    supervisor::BootPool pool({.boot = boot, .workers = options.jobs}, FleetWork(options, entries.folder));
+    supervisor::BootPool pool({.boot = boot, .workers = options.jobs},
+                              FleetWork(entries.folder, ReadLikePhone(options.like),
+                                        [&](auto& phone) { SetProperties(options.boot, phone); }));
     FleetWriter writer(options.database, options.resume,
                        {.source = entries.source,
                         .shard = shard.count == 1 ? "" : options.shard,
@@ -82,23 +57,7 @@ int Run(const FleetRunOptions& options) {
     run.done = run.entries - entries.paths.size();
     const Clock::time_point start = Clock::now();
     Progress progress("phones", entries.paths.size(), options.quiet);
-    for (std::size_t next = 0; next < entries.paths.size() || pool.pending() > 0;) {
-        for (; next < entries.paths.size() && pool.wantsJobs(); ++next) {
-            pool.add(next, entries.paths[next]);
-        }
-        const auto result = pool.next();
-        if (!result) {
-            break;
-        }
-        if (result->error.empty()) {
-            writer.add(ReadRowBytes(result->text));
-        } else {
-            ++run.failed;
-            writer.add({analysis::RowOfNotBooted({.path = entries.paths[result->key]},
-                                                 analysis::NotBooted::Failed, result->error)});
-        }
-        progress.advance();
-    }
+    const std::size_t failed = BootEntries(entries.paths, pool, writer, [&] { progress.advance(); });
     writer.finish();
     progress.clear();
     run.unread = static_cast<std::size_t>(writer.unread());
@@ -108,7 +67,10 @@ int Run(const FleetRunOptions& options) {
     if (!options.quiet && !pool.stopped()) {
         PrintOut([&](std::ostream& out) { PrintFleetRun(out, options.database, run); });
     }
-    return run.failed == 0 ? kExitSuccess : kExitUnusable;
+    if (failed > 0 && !pool.stopped()) {
+        Complain("could not boot " + Counted(failed, "phone") + " here; --resume tries again");
+    }
+    return failed == 0 ? kExitSuccess : kExitUnusable;
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "zvcam/commands/Boots.h"
+#include "zvcam/commands/ExitStatus.h"
 #include "zvcam/commands/Terminal.h"
 
 namespace zvcam {

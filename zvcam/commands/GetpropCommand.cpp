@@ -4,8 +4,10 @@
 #include <string>
 
 #include "analysis/Properties.h"
+#include "zvcam/commands/BootOptions.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/views/Text.h"
 

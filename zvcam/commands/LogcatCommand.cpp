@@ -8,9 +8,12 @@
 
 #include "analysis/Steps.h"
 #include "analysis/Why.h"
+#include "zvcam/commands/BootOptions.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Named.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/views/LogView.h"
 #include "zvcam/views/Text.h"

@@ -107,7 +107,7 @@ std::string ProgressText(std::size_t done, std::size_t total, const std::string&
         return text;
     }
     const std::size_t cells = std::min(width - text.size() - frame, kMostBar);
-    const std::size_t filled = static_cast<std::size_t>(
+    const auto filled = static_cast<std::size_t>(
         static_cast<double>(cells) * static_cast<double>(std::min(done, total)) / static_cast<double>(total));
     return "[" + std::string(filled, '#') + std::string(cells - filled, '.') + "] " + text;
 }

@@ -7,9 +7,11 @@
 
 #include "analysis/Diagnosis.h"
 #include "record/Report.h"
+#include "zvcam/commands/BootOptions.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/views/BootPage.h"
 #include "zvcam/views/DiagnosisView.h"

@@ -1,14 +1,19 @@
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <ostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "analysis/Devices.h"
 #include "analysis/Why.h"
+#include "zvcam/commands/BootOptions.h"
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/Named.h"
 #include "zvcam/commands/Terminal.h"
+#include "zvcam/commands/Validators.h"
 #include "zvcam/files/Output.h"
 #include "zvcam/views/WhyView.h"
 
@@ -21,26 +26,6 @@ struct WhyOptions {
     std::string item;
     std::string device;
 };
-
-/// The one thing that a text names. Of the two numbers of a bokeh tag, that of the device's role.
-analysis::Item ItemNamed(const std::string& text, const analysis::Device* device) {
-    std::vector<analysis::Item> items = analysis::ItemsNamed(text);
-    if (items.empty()) {
-        throw std::runtime_error("nothing that is published is called \"" + Printable(text) +
-                                 "\"; similar: " + Listed(analysis::NamesLike(text)));
-    }
-    if (items.size() == 2 && items[0].name == items[1].name) {
-        return device != nullptr && analysis::AppliesTo(items[1].tag, *device) ? items[1] : items[0];
-    }
-    if (items.size() > 1) {
-        std::vector<std::string> names;
-        for (const analysis::Item& item : items) {
-            names.push_back(item.name);
-        }
-        throw std::runtime_error("\"" + Printable(text) + "\" may be " + Listed(names));
-    }
-    return items[0];
-}
 
 /// The device whose tag is asked about: the one that the user names, else the first logical device that has
 /// it, else the first that it applies to.

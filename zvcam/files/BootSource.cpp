@@ -45,7 +45,7 @@ std::string_view FirstKey(std::string_view text) {
 /// it may be nested as deep as it likes.
 class SideFiles final : public nlohmann::json_sax<nlohmann::json> {
   public:
-    SideFiles(const fs::path& folder, std::vector<fs::path>& files) : mFolder(folder), mFiles(files) {}
+    SideFiles(fs::path folder, std::vector<fs::path>& files) : mFolder(std::move(folder)), mFiles(files) {}
 
     bool null() override { return passOver(); }
     bool boolean(bool) override { return passOver(); }

@@ -109,6 +109,12 @@ void WriteFile(const std::string& path, const Print& print) {
     draft.become(target, fs::exists(status) ? status.permissions() : NewFilePermissions());
 }
 
+void WriteFile(const std::string& path, std::span<const std::uint8_t> bytes) {
+    WriteFile(path, [&](std::ostream& out) {
+        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    });
+}
+
 void CheckIsNoInput(const std::string& path, const std::vector<fs::path>& inputs) {
     for (const fs::path& input : inputs) {
         if (path == "-" || input.empty()) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <iosfwd>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,8 @@ void PrintOut(const Print& print);
 /// one, a pipe or a device, is written as it stands. "-" is standard output.
 /// @throws std::runtime_error when it cannot be written.
 void WriteFile(const std::string& path, const Print& print);
+/// The same of bytes.
+void WriteFile(const std::string& path, std::span<const std::uint8_t> bytes);
 
 /// A new, empty file that disappears unless it takes the place of another.
 class Draft {

@@ -5,7 +5,7 @@
 namespace zvcam {
 
 std::string CsvCell(std::string_view text) {
-    const std::string printable = formats::Printable(text);
+    std::string printable = formats::Printable(text);
     if (printable.find_first_of(",\"") == std::string::npos) {
         return printable;
     }

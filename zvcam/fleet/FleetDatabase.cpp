@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <sstream>
 #include <stdexcept>
 #include <string_view>
 #include <sys/file.h>
@@ -203,21 +204,24 @@ void CopyFrom(Database& database) {
     const std::string lastPhone =
         std::to_string(NumberOf(database, "SELECT ifnull(max(id), 0) FROM main.phones"));
     database.run("INSERT INTO main.runs SELECT id + " + lastRun + ", source, shard FROM input.runs");
+    const std::string keysOfPhones = "id + " + lastPhone + ", run + " + lastRun;
+    const std::string keysOfOthers = "phone + " + lastPhone + ", n";
     for (const FleetTable& table : analysis::FleetTables()) {
-        const std::string keys =
-            IsOfPhones(table) ? "id + " + lastPhone + ", run + " + lastRun : "phone + " + lastPhone + ", n";
-        database.run("INSERT INTO main." + std::string(table.name) + " (" + KeyNames(table) + ", " +
-                     ColumnNames(table) + ") SELECT " + keys + ", " + ColumnNames(table) + " FROM input." +
-                     table.name);
+        const std::string& keys = IsOfPhones(table) ? keysOfPhones : keysOfOthers;
+        const std::string columns = ColumnNames(table);
+        std::ostringstream insert;
+        insert << "INSERT INTO main." << table.name << " (" << KeyNames(table) << ", " << columns
+               << ") SELECT " << keys << ", " << columns << " FROM input." << table.name;
+        database.run(insert.str());
     }
 }
 
 /// Refuses, in the name of the database itself, one that lacks what is to be copied.
 void CheckIsComplete(Database& database) {
-    Statement runs(database, "SELECT id, source, shard FROM runs");
+    const auto prepare = [&](const std::string& query) { static_cast<void>(Statement(database, query)); };
+    prepare("SELECT id, source, shard FROM runs");
     for (const FleetTable& table : analysis::FleetTables()) {
-        Statement rows(database,
-                       "SELECT " + KeyNames(table) + ", " + ColumnNames(table) + " FROM " + table.name);
+        prepare("SELECT " + KeyNames(table) + ", " + ColumnNames(table) + " FROM " + table.name);
     }
 }
 
@@ -385,6 +389,7 @@ void ReadTable(Database& database, const std::string& name,
                const std::function<void(const std::vector<std::string>&)>& take) {
     Statement statement(database, QueryOfTable(name));
     std::vector<std::string> cells;
+    cells.reserve(static_cast<std::size_t>(statement.columns()));
     for (int column = 0; column < statement.columns(); ++column) {
         cells.push_back(statement.name(column));
     }

@@ -82,15 +82,25 @@ std::string PlainPath(const fs::path& path) {
     return (plain.has_filename() || plain == plain.root_path() ? plain : plain.parent_path()).string();
 }
 
+/// Whether a text begins as a phone file does, which may have a byte order mark and comments first.
+bool IsJson(std::string_view text) {
+    text.remove_prefix(text.starts_with("\xEF\xBB\xBF") ? 3 : 0);
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    return text.starts_with('{') || text.starts_with("//") || text.starts_with("/*");
+}
+
 std::vector<std::string> LinesOf(const std::string& source) {
     const virtualphone::FileContent content = virtualphone::ReadInput(source);
     if (!content.error.empty()) {
         ThrowUnreadable(source, "a list of phones or a folder", content.error);
     }
     std::string_view text(reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size());
-    if (text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size())).starts_with('{')) {
-        ThrowUnreadable(source, "a list of phones, one path a line",
-                        "JSON; `zvcam run` boots a single phone");
+    constexpr const char* kExpected = "a list of phones, one path a line";
+    if (IsJson(text)) {
+        ThrowUnreadable(source, kExpected, "JSON; `zvcam run` boots a single phone");
+    }
+    if (text.find('\0') != std::string_view::npos) {
+        ThrowUnreadable(source, kExpected, "bytes that are no text");
     }
     std::vector<std::string> lines;
     while (!text.empty()) {
@@ -138,7 +148,7 @@ Shard ReadShard(const std::string& text) {
     const auto count = std::from_chars(divided ? number.ptr + 1 : end, end, shard.count);
     if (!divided || count.ec != std::errc() || count.ptr != end || shard.number < 1 ||
         shard.number > shard.count) {
-        throw std::runtime_error("expected a shard such as 1/4, got \"" + text + "\"");
+        throw std::runtime_error("--shard: expected I/N with 1 <= I <= N, such as 1/4, got \"" + text + "\"");
     }
     return shard;
 }

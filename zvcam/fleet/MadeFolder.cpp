@@ -110,7 +110,7 @@ class NewFolder {
             return;
         }
         std::error_code ignored;
-        for (const char* const made : {"phones", "shared", kList, kTroubled, kMade}) {
+        for (const char* const made : {"phones", "common", kList, kTroubled, kMade}) {
             fs::remove_all(mPath / made, ignored);
         }
         if (!mExisted) {
@@ -133,12 +133,12 @@ class NewFolder {
 
 struct MadeFolder::State {
     State(fs::path target, const PhoneDescription& phone) : folder(std::move(target)), like(phone) {
-        MakeFolder(folder / "shared");
+        MakeFolder(folder / "common");
         // The paths are those that a phone file has to name.
         const std::string up = "../../";
         virtualphone::SideFiles names;
         for (std::size_t i = 0; i < like.sensors.size(); ++i) {
-            const std::string name = "shared/sensor" + std::to_string(i) + ".eeprom";
+            const std::string name = "common/sensor" + std::to_string(i) + ".eeprom";
             memoryNames.push_back(up + name);
             if (like.sensors[i].eeprom) {
                 Write(folder / name, like.sensors[i].eeprom->image);
@@ -147,7 +147,7 @@ struct MadeFolder::State {
         }
         for (const auto& [path, bytes] : like.files) {
             if (IsLong(bytes)) {
-                const std::string name = "shared/file" + std::to_string(names.files.size());
+                const std::string name = "common/file" + std::to_string(names.files.size());
                 Write(folder / name, bytes);
                 names.files[path] = up + name;
             }
@@ -226,7 +226,8 @@ std::vector<std::size_t> MadeFolder::finish(const std::vector<TroubleRate>& rate
     }
     Write(mState->folder / kMade, table);
     errno = 0;
-    for (auto& [file, name] : {std::pair(&mState->list, kList), std::pair(&mState->troubled, kTroubled)}) {
+    for (const auto& [file, name] :
+         {std::pair(&mState->list, kList), std::pair(&mState->troubled, kTroubled)}) {
         if (!file->flush()) {
             ThrowUnwritable(mState->folder / name, errno);
         }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "zvcam/fleet/Maker.h"
+#include "zvcam/fleet/Troubles.h"
 
 namespace zvcam {
 
@@ -15,7 +16,7 @@ namespace zvcam {
 ///
 ///     phones.txt               the list, for `zvcam fleet run`
 ///     phones/000/000042.json   the phone files
-///     shared/                  memories, and files too long to stand in every phone file
+///     common/                  memories, and files too long to stand in every phone file
 ///     troubled.csv             path, trouble and place of each phone that has one
 ///     made.csv                 how many phones have each trouble, and the query that counts them
 ///

@@ -2,43 +2,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <optional>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "tables/EepromLayouts.h"
 #include "virtualphone/PhoneDescription.h"
+#include "zvcam/fleet/Troubles.h"
 
 namespace zvcam {
-
-/// Something that can be wrong with a phone of a made fleet.
-struct Trouble {
-    const char* name;     ///< "lsc"
-    const char* meaning;  ///< "the checksum of a module's lens shading is bad"
-    const char* query;    ///< counts the phones, or pairs of phones, that have it in a fleet's database
-};
-
-std::span<const Trouble> Troubles();
-
-/// How often a trouble is.
-struct TroubleRate {
-    std::size_t trouble = 0;  ///< position in `Troubles`
-    double rate = 0;          ///< of the phones, 0 to 1
-};
-
-/// Reads "lsc=0.01,erased=0.002".
-/// @throws std::runtime_error for another text, a name that stands twice and rates of more than 1 together.
-std::vector<TroubleRate> ReadTroubleRates(std::string_view text);
-
-/// What a trouble can strike.
-struct TroubleTarget {
-    std::size_t sensor = 0;                      ///< of a module
-    std::string where;                           ///< "back main", or a file's path
-    const EepromCheckSumDesc* layout = nullptr;  ///< that a module has, or gets
-};
 
 /// A phone of a made fleet.
 struct MadePhone {

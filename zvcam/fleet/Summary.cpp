@@ -37,6 +37,7 @@ void ReadEndings(Database& database, FleetSummary& summary) {
         }
     }
     std::vector<FleetSummary::Ending> endings;
+    endings.reserve(groups.size());
     for (auto& [ending, group] : groups) {
         endings.push_back({ending.first, ending.second, std::move(group)});
     }

@@ -12,6 +12,7 @@ namespace {
 
 std::vector<std::string> NamesOf(const std::set<CLI::Option*>& options) {
     std::vector<std::string> names;
+    names.reserve(options.size());
     for (const CLI::Option* const option : options) {
         names.push_back(option->get_name());
     }

@@ -82,6 +82,7 @@ std::vector<std::string> OperationNames() {
 
 std::vector<std::string> LayoutNames() {
     std::vector<std::string> names;
+    names.reserve(tables::kEepromLayouts.size());
     for (const EepromCheckSumDesc& layout : tables::kEepromLayouts) {
         names.emplace_back(layout.eepromName);
     }
@@ -114,7 +115,7 @@ void PrintRow(std::ostream& out, std::string_view key, std::string_view value) {
     out << "    [" << ShellQuoted(key.empty() ? "-" : key) << "]=" << ShellQuoted(value) << '\n';
 }
 
-/// A description inside one of zsh's argument specifications, where brackets and colons part things.
+/// A description inside an argument as zsh takes it, where brackets and colons part things.
 std::string ZshText(std::string_view text) {
     std::string escaped;
     for (const char character : text) {
@@ -149,15 +150,15 @@ void PrintZshFunction(std::ostream& out, const Command& command, std::span<const
             if (!option.repeated && option.names.size() > 1) {
                 others = "(" + Words(option.names) + ")";
             }
-            std::string specification = (option.repeated ? "*" : others) + name;
+            std::string argument = (option.repeated ? "*" : others) + name;
             if (!option.value.empty() && name.starts_with("--")) {
-                specification += "=";
+                argument += "=";
             }
-            specification += "[" + ZshText(option.description) + "]";
+            argument += "[" + ZshText(option.description) + "]";
             if (!option.value.empty()) {
-                specification += ":" + ZshText(option.value) + ":" + ZshAction(KindOf(command, option));
+                argument += ":" + ZshText(option.value) + ":" + ZshAction(KindOf(command, option));
             }
-            out << " \\\n        " << ShellQuoted(specification);
+            out << " \\\n        " << ShellQuoted(argument);
         }
     }
     if (!command.commands.empty()) {

@@ -132,6 +132,7 @@ std::vector<std::string> CountedLines(const std::vector<std::string>& lines) {
         }
     }
     std::vector<std::string> texts;
+    texts.reserve(counts.size());
     for (const auto& [line, count] : counts) {
         texts.push_back(count == 1 ? line : line + "   (" + std::to_string(count) + " times)");
     }

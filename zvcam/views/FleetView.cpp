@@ -181,9 +181,6 @@ void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRu
     if (run.notReturned > 0) {
         out << "; " << run.notReturned << " did not return";
     }
-    if (run.failed > 0) {
-        out << "; " << run.failed << " could not be booted here, --resume tries again";
-    }
     out << ".\n`zvcam fleet report " << Printable(database) << "` tells what they share.\n";
 }
 

@@ -90,7 +90,7 @@ void PrintRanges(std::ostream& out, const Influence& influence, const InputInflu
             auto known = std::find_if(logAlone.begin(), logAlone.end(),
                                       [&](const auto& entry) { return entry.first == operations; });
             if (known == logAlone.end()) {
-                known = logAlone.insert(known, {std::move(operations), {}});
+                known = logAlone.emplace(known, std::move(operations), std::vector<std::string>());
             }
             known->second.push_back(RangeText(range));
         } else {

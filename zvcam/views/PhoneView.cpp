@@ -29,12 +29,12 @@ void PrintSensors(std::ostream& out, const analysis::PhoneCheck& check) {
             table.row({"sensor " + std::to_string(i), module.role < 0 ? "no module" : module.name,
                        module.chip.empty() ? "-" : module.chip});
         if (module.memory) {
-            cells.push_back(module.memory->layout == nullptr ? "layout unknown"
-                                                             : module.memory->layout->eepromName);
+            cells.emplace_back(module.memory->layout == nullptr ? "layout unknown"
+                                                                : module.memory->layout->eepromName);
             cells.push_back(ChecksumsText(*module.memory));
             cells.push_back(module.fuseId.empty() ? "no fuse id" : "fuse id " + module.fuseId);
         } else if (module.role >= 0) {
-            cells.push_back("memory cannot be read");
+            cells.emplace_back("memory cannot be read");
         }
     }
     table.print(out, 2);

@@ -56,6 +56,7 @@ std::string Listed(const std::vector<std::string>& texts) {
 
 std::string NearWords(const std::vector<std::string>& names) {
     std::vector<std::string> quoted;
+    quoted.reserve(names.size());
     for (const std::string& name : names) {
         quoted.push_back('"' + name + '"');
     }
@@ -72,10 +73,11 @@ BlobGlance GlanceAt(std::span<const std::uint8_t> bytes) {
     for (std::size_t i = 0; i < shown; ++i) {
         text += (i == 0 ? ": " : " ") + formats::UpperHex(bytes.subspan(i, 1));
     }
-    if (shown == bytes.size()) {
-        return {.text = std::move(text), .whole = true};
+    const bool whole = shown == bytes.size();
+    if (!whole) {
+        text += " and " + std::to_string(bytes.size() - shown) + " more";
     }
-    return {.text = text + " and " + std::to_string(bytes.size() - shown) + " more", .whole = false};
+    return {.text = std::move(text), .whole = whole};
 }
 
 std::string BlobText(std::span<const std::uint8_t> bytes) {

@@ -46,10 +46,13 @@ void PrintValue(std::ostream& out, const Reason& reason) {
 }
 
 void PrintUnpublished(std::ostream& out, const Reason& reason, const Style& style) {
-    if (reason.property != nullptr) {
-        out << style.bad("The platform refused it: ") << Printable(reason.property->value) << '\n';
-    } else if (reason.refused) {
-        out << style.bad("The platform refused it: ") << *reason.refused << '\n';
+    if (reason.property != nullptr || reason.refused) {
+        out << style.bad("The platform refused it: ")
+            << (reason.property != nullptr ? Printable(reason.property->value)
+                                           : std::to_string(*reason.refused))
+            << '\n'
+            << reason.item.operation.name << " asked it to store this.\n";
+        return;
     }
     out << reason.item.operation.name;
     if (!reason.noDevices.empty()) {

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+namespace zvcam {
+
+/// Refuses what is no whole number of `least` to `most`. A sign, and what is too much for 64 bits, would pass
+/// for another number.
+CLI::Validator WholeNumber(std::uint64_t least, std::uint64_t most);
+
+/// Refuses an empty name: what an unset variable of a shell leaves would pass for no option at all.
+std::string CheckNotEmpty(const std::string& text);
+
+}  // namespace zvcam
