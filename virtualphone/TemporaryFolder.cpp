@@ -1,6 +1,7 @@
 #include "virtualphone/TemporaryFolder.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <mutex>
@@ -21,6 +22,10 @@ namespace {
 
 /// Nobody else gives a folder such a name.
 constexpr const char* kPrefix = "virtualphone-temporary-";
+
+/// Bytes to remove a folder with: more than the C library's allocator keeps when they are given back, and
+/// more than it asks the kernel for when it lists a folder.
+constexpr std::size_t kRemovalNeeds = std::size_t{256} << 10;
 
 [[noreturn]] void Fail(const fs::path& path, int error) {
     throw std::system_error(error, std::generic_category(),
@@ -71,7 +76,8 @@ void RemoveOrphans(const fs::path& parent) {
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder() {
+TemporaryFolder::TemporaryFolder() : TemporaryFolder(kRemovalNeeds) {
+    // From here on the destructor removes what is left by an exception.
     const fs::path parent = Parent();
     RemoveOrphans(parent);
     while (mLock == nullptr) {
@@ -79,24 +85,30 @@ TemporaryFolder::TemporaryFolder() {
         if (mkdtemp(made.data()) == nullptr) {
             Fail(made, errno);
         }
+        mFolder = std::move(made);
         // Another program may take it for an orphan before it is locked. Then the lock is that of nothing.
-        auto lock = FolderLock::Take(made, FolderLock::OtherOwner::WaitFor);
+        auto lock = FolderLock::Take(mFolder, FolderLock::OtherOwner::WaitFor);
         if (!lock && errno != ENOENT) {
-            Fail(made, errno);
+            Fail(mFolder, errno);
         }
         if (lock && lock->valid()) {
             mLock = std::make_unique<FolderLock>(std::move(*lock));
-            mPath = fs::path(made) / "root";
         }
     }
+    mPath = fs::path(mFolder) / "root";
     if (std::error_code error; !fs::create_directory(mPath, error)) {
         Fail(mPath, error.value());
     }
 }
 
+TemporaryFolder::TemporaryFolder(std::size_t reserve) {
+    mReserve.reserve(reserve);
+}
+
 TemporaryFolder::~TemporaryFolder() {
+    std::vector<char>().swap(mReserve);
     std::error_code ignored;
-    fs::remove_all(mPath.parent_path(), ignored);
+    fs::remove_all(mFolder, ignored);
 }
 
 }  // namespace virtualphone

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "virtualphone/Api.h"
 
@@ -25,6 +28,11 @@ class VIRTUALPHONE_API TemporaryFolder {
     const std::filesystem::path& path() const { return mPath; }
 
   private:
+    explicit TemporaryFolder(std::size_t reserve);
+
+    /// Kept back, so that there is memory to remove the folder with when a boot finds no more.
+    std::vector<char> mReserve;
+    std::string mFolder;  ///< the one that is locked
     std::filesystem::path mPath;
     std::unique_ptr<FolderLock> mLock;
 };

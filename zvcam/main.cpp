@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstddef>
 #include <exception>
 #include <fcntl.h>
 #include <functional>
@@ -8,6 +9,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <sys/mman.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -16,8 +18,8 @@
 
 #include "analysis/Why.h"
 #include "supervisor/EndOnSignal.h"
-#include "zvcam/commands/Boots.h"
 #include "zvcam/commands/Commands.h"
+#include "zvcam/commands/ExitStatus.h"
 #include "zvcam/commands/Terminal.h"
 #include "zvcam/files/Output.h"
 
@@ -73,6 +75,20 @@ int Main(int argc, char** argv) {
         return ExitOfParser(app, error);
     }
     return chosen();
+}
+
+/// Ends the program where there is no memory for an exception, which could not say so: std::terminate() would
+/// be called. Before the constructors of static objects, which are the first to throw one.
+__attribute__((constructor(101))) void EndWithoutMemory() {
+    // More than the C++ library sets apart for exceptions when it is loaded, and those objects need.
+    constexpr std::size_t kLeast = std::size_t{2} << 20;
+    void* const memory = mmap(nullptr, kLeast, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED) {
+        constexpr std::string_view kLine = "zvcam: there is not enough memory\n";
+        [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kLine.data(), kLine.size());
+        _exit(zvcam::kExitUnusable);
+    }
+    munmap(memory, kLeast);
 }
 
 /// Keeps the number of a standard stream that is closed from the next file that is opened, into which would
