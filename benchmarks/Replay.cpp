@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <dirent.h>
 #include <fcntl.h>
 #include <stdexcept>
+#include <string_view>
 #include <sys/stat.h>
 #include <type_traits>
 #include <unistd.h>
@@ -29,6 +32,47 @@ using NSCam::IMetadata;
 namespace {
 
 constexpr std::size_t kTupleSize = 4;
+
+/// How many whole numbers of a log line are printed by their values; any beyond stay text.
+constexpr std::size_t kMostNumbers = 8;
+
+/// A text as a format of printf, and the values of the whole numbers in it: those that stand by themselves,
+/// and those of a size ("1920x1080").
+std::pair<std::string, std::array<int, kMostNumbers>> FormatOf(std::string_view text) {
+    std::string format;
+    std::array<int, kMostNumbers> numbers{};
+    std::size_t count = 0;
+    const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+    const auto isPartOfWord = [&](char character) {
+        return std::isalpha(static_cast<unsigned char>(character)) != 0 || character == '_' ||
+               character == '.';
+    };
+    for (std::size_t at = 0; at < text.size();) {
+        const auto rest = text.substr(at);
+        const auto digits =
+            static_cast<std::size_t>(std::find_if_not(rest.begin(), rest.end(), isDigit) - rest.begin());
+        const auto isSize = [&](std::size_t x) {
+            return x > 0 && x + 1 < text.size() && text[x] == 'x' && isDigit(text[x - 1]) &&
+                   isDigit(text[x + 1]);
+        };
+        const std::size_t end = at + digits;
+        const bool begins = at == 0 || !isPartOfWord(text[at - 1]) || isSize(at - 1);
+        const bool ends = end == text.size() || !isPartOfWord(text[end]) || isSize(end);
+        int value = 0;
+        std::from_chars(rest.data(), rest.data() + digits, value);
+        if (digits > 0 && begins && ends && count < numbers.size() &&
+            std::to_string(value) == rest.substr(0, digits)) {
+            numbers[count++] = value;
+            format += "%d";
+        } else if (digits > 0) {
+            format += rest.substr(0, digits);
+        } else {
+            format += text[at] == '%' ? "%%" : std::string(1, text[at]);
+        }
+        at += std::max<std::size_t>(digits, 1);
+    }
+    return {format, numbers};
+}
 
 /// Items as the platform's entries take them.
 template <typename Item>
@@ -142,7 +186,8 @@ void Replay::run() const {
 }
 
 Replay::Step Replay::stepOf(const record::LogLine& line) {
-    // The lead's two values are the platform's to print, as with every line of the plug-in; the text stands.
+    // The values of the lead and the numbers of the text are the platform's to print, as with every line of
+    // the plug-in; what else the text has stands.
     const std::string operation(record::OperationOf(line));
     const std::size_t end = line.message.find("] ");
     if (operation.empty() || end == std::string::npos) {
@@ -150,9 +195,12 @@ Replay::Step Replay::stepOf(const record::LogLine& line) {
             __android_log_print(line.priority, line.tag.c_str(), "%s", line.message.c_str());
         };
     }
-    return [line, operation, text = line.message.substr(end + 2), id = gettid()](Desk&) {
-        __android_log_print(line.priority, line.tag.c_str(), "(%d)[%s] %s", id, operation.c_str(),
-                            text.c_str());
+    const auto [text, n] = FormatOf(std::string_view(line.message).substr(end + 2));
+    static_assert(kMostNumbers == 8);
+    return [line, operation, format = "(%d)[%s] " + text, n = n, id = gettid()](Desk&) {
+        // Numbers that the format does not name are passed over.
+        __android_log_print(line.priority, line.tag.c_str(), format.c_str(), id, operation.c_str(), n[0],
+                            n[1], n[2], n[3], n[4], n[5], n[6], n[7]);
     };
 }
 

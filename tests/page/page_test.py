@@ -13,6 +13,8 @@ from browser import Browser
 
 ZVCAM, PHONES = sys.argv[1:3]
 SCREENSHOTS = sys.argv[3] if len(sys.argv) > 3 else None
+if SCREENSHOTS:
+    pathlib.Path(SCREENSHOTS).mkdir(parents=True, exist_ok=True)
 HOSTILE = "</td></script><script>document.title='taken'</script><img src=x onerror=\"document.title='taken'\">'\"&"
 
 
