@@ -30,6 +30,14 @@ int Complain(std::string_view message) {
     return zvcam::kExitUnusable;
 }
 
+/// @param command the words that lead to the commands with these names: "zvcam fleet".
+std::string NoCommand(const std::vector<std::string>& names, std::string_view wrong,
+                      const std::string& command) {
+    const std::string near = zvcam::NearWords(analysis::NamesNear(names, wrong));
+    return "no command is called \"" + std::string(wrong) + "\"" +
+           (near.empty() ? "; `" + command + " --help` lists them" : near);
+}
+
 /// Prints help, version or a complaint about the command line.
 int ExitOfParser(const CLI::App& app, const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
@@ -37,9 +45,18 @@ int ExitOfParser(const CLI::App& app, const CLI::ParseError& error) {
         return zvcam::kExitSuccess;
     }
     std::string command = "zvcam";
-    for (const CLI::App* part = &app; !part->get_subcommands().empty();) {
-        part = part->get_subcommands().front();
-        command += " " + part->get_name();
+    const CLI::App* last = &app;
+    while (!last->get_subcommands().empty()) {
+        last = last->get_subcommands().front();
+        command += " " + last->get_name();
+    }
+    const std::vector<std::string> rest = last->remaining();
+    if (last->get_require_subcommand_min() > 0 && !rest.empty() && !rest.front().starts_with('-')) {
+        std::vector<std::string> names;
+        for (const CLI::App* const part : last->get_subcommands([](const CLI::App*) { return true; })) {
+            names.push_back(part->get_name());
+        }
+        return Complain(NoCommand(names, rest.front(), command));
     }
     return Complain(std::string(error.what()) + "; `" + command + " --help` tells more");
 }
@@ -56,9 +73,7 @@ std::string UnknownCommand(std::string_view first) {
         std::find(names.begin(), names.end(), first) != names.end()) {
         return {};
     }
-    const std::string near = zvcam::NearWords(analysis::NamesNear(names, first));
-    return "no command is called \"" + std::string(first) + "\"" +
-           (near.empty() ? "; `zvcam --help` lists them" : near);
+    return NoCommand(names, first, "zvcam");
 }
 
 int Main(int argc, char** argv) {

@@ -110,6 +110,8 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
         {"", usage("", "A subcommand is required")},
         {"rum", "zvcam: no command is called \"rum\"; near is \"run\"\n"},
         {"foo", "zvcam: no command is called \"foo\"; `zvcam --help` lists them\n"},
+        {"fleet foo", "zvcam: no command is called \"foo\"; `zvcam fleet --help` lists them\n"},
+        {"phone chek phone.json", "zvcam: no command is called \"chek\"; near is \"check\"\n"},
         {"--foo", "zvcam: no option is called \"--foo\"; `zvcam --help` lists them\n"},
         {"run", usage(" run", "P is required")},
         {"run phone.json --clean-root", usage(" run", "--clean-root requires --root")},
