@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 #include "analysis/FleetRows.h"
 #include "tests/zvcam/Zvcam.h"
@@ -66,17 +68,29 @@ class FleetCommand : public Zvcam {
         }
     }
 
-    /// Kills a run as soon as the database has so many phones.
-    void runAndKill(const std::string& source, const std::string& database, std::int64_t phones) const {
-        const std::string command = "cd '" + file("").string() + "' && { TMPDIR='" + file("tmp").string() +
-                                    "' '" ZVCAM "' fleet run " + source + " --db " + database +
-                                    " --resume --quiet & echo $! >pid; }";
-        ASSERT_EQ(std::system(command.c_str()), 0);
-        const int pid = std::stoi(ReadText(file("pid")));
-        while (phonesIn(database) < phones) {
-            ASSERT_EQ(kill(pid, 0), 0) << "the run has ended";
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    /// Sends a run a signal as soon as the database has so many phones.
+    /// @return what it said.
+    std::string runAndKill(const std::string& source, const std::string& database, std::int64_t phones,
+                           int signal = SIGKILL) const {
+        const std::string command = "cd '" + file("").string() + "' && TMPDIR='" + file("tmp").string() +
+                                    "' exec '" ZVCAM "' fleet run " + source + " --db " + database +
+                                    " --resume --quiet 2>error";
+        const pid_t pid = fork();
+        if (pid == 0) {
+            execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+            _exit(127);
         }
-        kill(pid, SIGKILL);
+        int status = 0;
+        bool ended = false;
+        while (!ended && phonesIn(database) < phones) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            ended = waitpid(pid, &status, WNOHANG) != 0;
+        }
+        if (!ended) {
+            kill(pid, signal);
+            waitpid(pid, &status, 0);
+        }
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << "it has ended with " << status;
+        return ReadErrors(file("error"));
     }
 };

@@ -18,11 +18,11 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
     zvcam::Database(file("foreign"), zvcam::Database::Access::Write).run("CREATE TABLE theirs (number)");
     const std::string foreign = ReadText(file("foreign"));
     std::filesystem::copy_file(file("fleet.sqlite"), file("later"));
-    zvcam::Database(file("later"), zvcam::Database::Access::Write).run("PRAGMA user_version = 2");
+    zvcam::Database(file("later"), zvcam::Database::Access::Write).run("PRAGMA user_version = 3");
     const std::vector<std::pair<std::string, std::string>> refused = {
         {"fleet run list --db fleet.sqlite",
-         "cannot write fleet.sqlite: it exists; --resume goes on with it"},
-        {"fleet run list --db list --resume", "list: file is not a database"},
+         "cannot write fleet.sqlite: it exists; --resume goes on with a database of `zvcam fleet run`"},
+        {"fleet run list --db list --resume", "list: expected an SQLite database, got another file"},
         {"fleet run list --db foreign --resume",
          "foreign: expected a database of `zvcam fleet run`, got another one"},
         {"fleet run empty --db new", "empty: expected phone files or folders pulled from devices, got none"},
@@ -39,10 +39,10 @@ TEST_F(FleetCommand, WhatCannotBeUsedIsRefused) {
         {"fleet run list --db new --shard 3/2",
          "--shard: expected I/N with 1 <= I <= N, such as 1/4, got \"3/2\""},
         {"fleet run list --db new --library '" NO_PLUGIN "'", ""},
-        {"fleet report list", "list: file is not a database"},
+        {"fleet report list", "list: expected an SQLite database, got another file"},
         {"fleet report later",
-         "later: expected a database of `zvcam fleet run` with user_version 1, got one of "
-         "another zvcam with user_version 2"},
+         "later: expected a database of `zvcam fleet run` with user_version 2, got one of "
+         "another zvcam with user_version 3"},
         {"fleet report fleet.sqlite --csv nothing",
          "no table is called \"nothing\"; there are phones, modules, pairs, refusals, stabiliser, "
          "properties, "

@@ -19,7 +19,8 @@ using Lines = std::vector<std::string>;
 TEST_F(FleetCommand, KilledRunGoesOnWhereItWas) {
     make("made", 450);
     runAndKill("made", "killed.sqlite", 1);
-    runAndKill("made", "killed.sqlite", 150);
+    EXPECT_EQ(runAndKill("made", "killed.sqlite", 150, SIGTERM),
+              "zvcam: stopped; killed.sqlite holds what was booted, and --resume goes on\n");
     runAndKill("made", "killed.sqlite", 250);
     const std::int64_t before = phonesIn("killed.sqlite");
     EXPECT_GE(before, 250);
@@ -34,8 +35,9 @@ TEST_F(FleetCommand, KilledRunGoesOnWhereItWas) {
 TEST_F(FleetCommand, DatabaseHasOneRunAtATime) {
     write("list", "phone.json\n");
     {
-        zvcam::FleetWriter writer(file("fleet.sqlite"), /*resume=*/false,
-                                  {.source = file("list").string(), .shard = "", .plugin = {}});
+        zvcam::FleetWriter writer(
+            file("fleet.sqlite"), /*resume=*/false,
+            {.source = file("list").string(), .shard = "", .options = "", .plugin = {}});
         const Result second = run("list", "fleet.sqlite", "--resume");
         EXPECT_EQ(second.exitCode, 2);
         EXPECT_EQ(second.error, "zvcam: fleet.sqlite: another run is writing it\n");
@@ -82,7 +84,7 @@ TEST_F(FleetCommand, WhatThisMachineCannotBootIsSaidAndTriedAgain) {
     EXPECT_THAT(resumed.out, HasSubstr("; 1 were done before.\n"));
 }
 
-TEST_F(FleetCommand, ResumeKeepsToItsSourceAndPlugin) {
+TEST_F(FleetCommand, ResumeKeepsToItsSourceOptionsAndPlugin) {
     make("made", 2, "lsc=1");
     make("other", 3, "lsc=1");
     ASSERT_EQ(run("made", "fleet.sqlite").exitCode, 0);
@@ -96,7 +98,17 @@ TEST_F(FleetCommand, ResumeKeepsToItsSourceAndPlugin) {
     EXPECT_THAT(plugin.error,
                 testing::MatchesRegex("zvcam: fleet.sqlite: cannot go on with a plug-in of build id "
                                       "[0-9a-f]+: it holds phones of build id [0-9a-f]+\n"));
+    const auto refused = [](const std::string& now, const std::string& then) {
+        return "zvcam: fleet.sqlite: cannot go on with phones changed by " + now +
+               ": it holds phones changed by " + then + "\n";
+    };
+    EXPECT_EQ(run("made", "fleet.sqlite", "--resume --set a=b").error, refused("--set a=b", "none"));
     EXPECT_EQ(ReadText(file("fleet.sqlite")), before);
+    ASSERT_EQ(run("made", "changed.sqlite", "--set a=b --like phone.json").exitCode, 0);
+    const std::string changes = "--set a=b --like " + file("phone.json").string();
+    EXPECT_EQ(run("made", "changed.sqlite", "--resume --set a=b --like ./phone.json").exitCode, 0);
+    EXPECT_EQ(zvcam("fleet merge both.sqlite changed.sqlite").exitCode, 0);
+    EXPECT_THAT(csv("both.sqlite", "runs"), HasSubstr("," + changes + "\n"));
     EXPECT_EQ(run("./made/", "fleet.sqlite", "--resume --shard 1/2").exitCode, 0);
 }
 

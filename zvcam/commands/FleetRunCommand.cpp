@@ -1,5 +1,6 @@
 #include <chrono>
 #include <cstddef>
+#include <filesystem>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -38,6 +39,18 @@ struct FleetRunOptions {
     bool quiet = false;
 };
 
+/// The options that change phones, as one may give them.
+std::string ChangingOptions(const FleetRunOptions& options) {
+    std::string text;
+    for (const std::string& property : options.boot.properties) {
+        text += " --set " + property;
+    }
+    if (!options.like.empty()) {
+        text += " --like " + std::filesystem::absolute(options.like).lexically_normal().string();
+    }
+    return text.substr(text.empty() ? 0 : 1);
+}
+
 int Run(const FleetRunOptions& options) {
     FleetEntries entries = ReadFleetEntries(options.boot.source);
     const Shard shard = ReadShard(options.shard);
@@ -51,6 +64,7 @@ int Run(const FleetRunOptions& options) {
     FleetWriter writer(options.database, options.resume,
                        {.source = entries.source,
                         .shard = shard.count == 1 ? "" : options.shard,
+                        .options = ChangingOptions(options),
                         .plugin = supervisor::Plugin::BuildIdOf(boot.library)});
     const auto done = writer.paths();
     std::erase_if(entries.paths, [&](const std::string& path) { return done.contains(path); });
@@ -63,11 +77,15 @@ int Run(const FleetRunOptions& options) {
     run.unread = static_cast<std::size_t>(writer.unread());
     run.notReturned = static_cast<std::size_t>(writer.notReturned());
     run.seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    // What a signal stopped ends as the signal would have ended it.
-    if (!options.quiet && !pool.stopped()) {
+    if (pool.stopped()) {
+        // Ends as the signal that stopped it would have ended it.
+        Complain("stopped; " + options.database + " holds what was booted, and --resume goes on");
+        return kExitUnusable;
+    }
+    if (!options.quiet) {
         PrintOut([&](std::ostream& out) { PrintFleetRun(out, options.database, run); });
     }
-    if (failed > 0 && !pool.stopped()) {
+    if (failed > 0) {
         Complain("could not boot " + Counted(failed, "phone") + " here; --resume tries again");
     }
     return failed == 0 ? kExitSuccess : kExitUnusable;

@@ -111,6 +111,9 @@ void Database::fail() const {
     if (!mDatabase) {
         throw DatabaseError(mName + ": there is not enough memory");
     }
+    if (sqlite3_errcode(mDatabase.get()) == SQLITE_NOTADB) {
+        throw DatabaseError(mName + ": expected an SQLite database, got another file");
+    }
     std::error_code error;
     const std::filesystem::path log = LogOf(mPath);
     const bool needsFolder =

@@ -23,7 +23,7 @@ using analysis::FleetTable;
 
 /// Tells a fleet's database from others, and this form of it from later ones.
 constexpr int kApplicationId = 0x5A56434D;  // "ZVCM"
-constexpr int kVersion = 1;
+constexpr int kVersion = 2;
 
 /// A transaction ends with so many phones, or after so long.
 constexpr std::size_t kMostInBatch = 100;
@@ -103,7 +103,9 @@ std::string InsertionInto(const FleetTable& table) {
 
 void CreateTables(Database& database) {
     Transaction transaction(database);
-    database.run("CREATE TABLE runs (id INTEGER PRIMARY KEY, source TEXT NOT NULL, shard TEXT NOT NULL);");
+    database.run(
+        "CREATE TABLE runs (id INTEGER PRIMARY KEY, source TEXT NOT NULL, shard TEXT NOT NULL,"
+        " options TEXT NOT NULL);");
     for (const FleetTable& table : analysis::FleetTables()) {
         database.run(CreationOf(table));
     }
@@ -131,16 +133,22 @@ bool IsEmpty(Database& database) {
     return NumberOf(database, "SELECT count(*) FROM sqlite_schema") == 0;
 }
 
-/// Paths are relative to their source, so those of two sources would pass for each other, and what two builds
-/// of the plug-in do is not to be counted together.
+/// Paths are relative to their source, so those of two sources would pass for each other. What becomes of
+/// phones that were changed otherwise, or under another build of the plug-in, is not to be counted together.
 void CheckHolds(Database& database, const std::string& name, const FleetOrigin& origin) {
-    Statement source(database,
-                     "SELECT source FROM runs WHERE source <> ? AND id IN (SELECT run FROM phones) LIMIT 1");
-    source.bind(std::string_view(origin.source));
-    if (source.step()) {
-        throw std::runtime_error(name + ": cannot go on with phones of " + origin.source +
-                                 ": it holds phones of " + source.text(0));
-    }
+    // What the runs that left phones say in a column.
+    const auto check = [&](const std::string& column, const std::string& value, const char* phones) {
+        Statement other(database, "SELECT " + column + " FROM runs WHERE " + column +
+                                      " <> ? AND id IN (SELECT run FROM phones) LIMIT 1");
+        other.bind(std::string_view(value));
+        if (other.step()) {
+            const auto named = [](const std::string& text) { return text.empty() ? "none" : text; };
+            throw std::runtime_error(name + ": cannot go on with " + phones + named(value) + ": it holds " +
+                                     phones + named(other.text(0)));
+        }
+    };
+    check("source", origin.source, "phones of ");
+    check("options", origin.options, "phones changed by ");
     if (!origin.plugin) {
         return;
     }
@@ -158,7 +166,8 @@ void CheckHolds(Database& database, const std::string& name, const FleetOrigin& 
 const fs::path& CheckMayWrite(const fs::path& path, bool resume) {
     std::error_code error;
     if (!resume && fs::exists(fs::symlink_status(path, error))) {
-        throw std::runtime_error("cannot write " + path.string() + ": it exists; --resume goes on with it");
+        throw std::runtime_error("cannot write " + path.string() +
+                                 ": it exists; --resume goes on with a database of `zvcam fleet run`");
     }
     return path;
 }
@@ -203,7 +212,7 @@ void CopyFrom(Database& database) {
         std::to_string(NumberOf(database, "SELECT ifnull(max(id), 0) FROM main.runs"));
     const std::string lastPhone =
         std::to_string(NumberOf(database, "SELECT ifnull(max(id), 0) FROM main.phones"));
-    database.run("INSERT INTO main.runs SELECT id + " + lastRun + ", source, shard FROM input.runs");
+    database.run("INSERT INTO main.runs SELECT id + " + lastRun + ", source, shard, options FROM input.runs");
     const std::string keysOfPhones = "id + " + lastPhone + ", run + " + lastRun;
     const std::string keysOfOthers = "phone + " + lastPhone + ", n";
     for (const FleetTable& table : analysis::FleetTables()) {
@@ -219,7 +228,7 @@ void CopyFrom(Database& database) {
 /// Refuses, in the name of the database itself, one that lacks what is to be copied.
 void CheckIsComplete(Database& database) {
     const auto prepare = [&](const std::string& query) { static_cast<void>(Statement(database, query)); };
-    prepare("SELECT id, source, shard FROM runs");
+    prepare("SELECT id, source, shard, options FROM runs");
     for (const FleetTable& table : analysis::FleetTables()) {
         prepare("SELECT " + KeyNames(table) + ", " + ColumnNames(table) + " FROM " + table.name);
     }
@@ -280,9 +289,10 @@ FleetWriter::FleetWriter(const fs::path& path, bool resume, const FleetOrigin& o
     }
     Transaction transaction(mDatabase);
     mDatabase.run("DELETE FROM phones WHERE ended = 'failed'");
-    Statement run(mDatabase, "INSERT INTO runs (source, shard) VALUES (?, ?)");
+    Statement run(mDatabase, "INSERT INTO runs (source, shard, options) VALUES (?, ?, ?)");
     run.bind(std::string_view(origin.source));
     run.bind(std::string_view(origin.shard));
+    run.bind(std::string_view(origin.options));
     run.step();
     mRun = NumberOf(mDatabase, "SELECT max(id) FROM runs");
     mLastPhone = NumberOf(mDatabase, "SELECT ifnull(max(id), 0) FROM phones");

@@ -16,8 +16,9 @@ namespace zvcam {
 
 /// What a run boots.
 struct FleetOrigin {
-    std::string source;  ///< the absolute path of the list or folder that the phones come from, or "-"
-    std::string shard;   ///< "2/8", or empty
+    std::string source;   ///< the absolute path of the list or folder that the phones come from, or "-"
+    std::string shard;    ///< "2/8", or empty
+    std::string options;  ///< those that change phones: "--set a=b --like /phone.json", or empty
     std::optional<std::string> plugin;  ///< its build id, empty where it has none; nothing: not known
 };
 
@@ -41,7 +42,8 @@ class FleetWriter {
   public:
     /// @param resume opens what is there; else a database that exists is refused.
     /// @throws std::runtime_error for a database that exists, that another run writes, that is of another
-    /// kind or holds phones of another source or another build of the plug-in; DatabaseError
+    /// kind or holds phones of another source, otherwise changed, or of another build of the plug-in;
+    /// DatabaseError
     FleetWriter(const std::filesystem::path& path, bool resume, const FleetOrigin& origin);
 
     /// Paths of the phones that the database holds. Those that this machine could not boot have gone from
