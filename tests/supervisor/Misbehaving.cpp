@@ -144,7 +144,7 @@ const std::map<std::string, void (*)()> kDeeds = {
     {"fill a file",
      [] {
          const std::string path = DevicePath("/data/vendor/camera/large");
-         if (truncate((std::fclose(std::fopen(path.c_str(), "w")), path.c_str()), 1L << 40) != 0) {
+         if (truncate((std::fclose(std::fopen(path.c_str(), "w")), path.c_str()), (64L << 20) + 1) != 0) {
              std::abort();
          }
      }},

@@ -68,13 +68,13 @@ class FleetCommand : public Zvcam {
         }
     }
 
-    /// Sends a run a signal as soon as the database has so many phones.
+    /// Sends a run a signal as soon as it has written phones into the database. It boots them one at a time,
+    /// so that there is time for that.
     /// @return what it said.
-    std::string runAndKill(const std::string& source, const std::string& database, std::int64_t phones,
-                           int signal = SIGKILL) const {
-        const std::string command = "cd '" + file("").string() + "' && TMPDIR='" + file("tmp").string() +
-                                    "' exec '" ZVCAM "' fleet run " + source + " --db " + database +
-                                    " --resume --quiet 2>error";
+    std::string runAndKill(const std::string& source, const std::string& database, int signal) const {
+        const std::int64_t before = phonesIn(database);
+        const std::string command =
+            program() + "fleet run " + source + " --db " + database + " --resume --jobs 1 --quiet 2>error";
         const pid_t pid = fork();
         if (pid == 0) {
             execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
@@ -82,7 +82,7 @@ class FleetCommand : public Zvcam {
         }
         int status = 0;
         bool ended = false;
-        while (!ended && phonesIn(database) < phones) {
+        while (!ended && phonesIn(database) <= before) {
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
             ended = waitpid(pid, &status, WNOHANG) != 0;
         }

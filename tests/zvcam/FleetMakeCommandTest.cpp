@@ -33,13 +33,12 @@ TEST_F(FleetCommand, MadeFleetIsTheSameEverywhere) {
 
 /// Whatever ends it, there is no half a fleet in the way of the next one.
 TEST_F(FleetCommand, InterruptedMakeLeavesNothing) {
-    const std::string make = "cd '" + file("").string() + "' && { '" ZVCAM "' fleet make --count 100000 -o ";
+    const std::string make = "{ " + program() + "fleet make --count 100000 -o ";
     for (const char* const folder : {"new", "empty"}) {
         std::filesystem::create_directory(file("empty"));
-        const std::string wait = " & for i in $(seq 2000); do test -s " + std::string(folder) +
-                                 "/phones/000/000100.json && break; sleep 0.01; done";
-        EXPECT_EQ(WEXITSTATUS(std::system(
-                      (make + folder + wait + "; kill -TERM $!; wait $!; } 2>interrupted").c_str())),
+        const std::string wait = " & for i in $(seq 2000); do test -s '" + file(folder).string() +
+                                 "'/phones/000/000100.json && break; sleep 0.01; done";
+        EXPECT_EQ(StatusOf(make + folder + " 2>interrupted" + wait + "; kill -TERM $!; wait $!; }"),
                   128 + SIGTERM);
         EXPECT_THAT(ReadText(file("interrupted")), HasSubstr("zvcam: interrupted; nothing of "));
         EXPECT_FALSE(std::filesystem::exists(file("new")));

@@ -34,6 +34,12 @@ inline std::string ReadErrors(const std::filesystem::path& path) {
     return text;
 }
 
+/// The exit status of a shell's command; of one that a signal ended, 128 and the signal's number.
+inline int StatusOf(const std::string& command) {
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
 /// A boot of the usual phone with the plug-in that is made for the tests.
 inline const std::string kFake = "run phone.json --library '" FAKE_PLUGIN "' ";
 
@@ -41,26 +47,30 @@ inline const std::string kFake = "run phone.json --library '" FAKE_PLUGIN "' ";
 class Zvcam : public testing::Test {
   protected:
     Zvcam() {
-        std::filesystem::create_directory(mFolder.path() / "tmp");
+        std::filesystem::create_directory(file("tmp"));
         write("phone.json", R"({"name": "small", "faults": {"propertySet": ["refused"]}})");
     }
 
     /// Whatever happens, no temporary folder is left.
-    ~Zvcam() override { EXPECT_TRUE(std::filesystem::is_empty(mFolder.path() / "tmp")); }
+    ~Zvcam() override { EXPECT_TRUE(std::filesystem::is_empty(file("tmp"))); }
 
-    Result zvcam(const std::string& arguments, const std::filesystem::path& folder = {}) const {
-        const std::string command = "cd '" + (folder.empty() ? mFolder.path() : folder).string() +
-                                    "' && umask 022 && TMPDIR='" + file("tmp").string() + "' '" ZVCAM "' >'" +
-                                    file("out").string() + "' 2>'" + file("error").string() + "' " +
-                                    arguments;
-        const int status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadText(file("out")),
-                ReadErrors(file("error"))};
+    /// How a shell's command begins that becomes zvcam, in the folder of the test or another one.
+    std::string program(const std::filesystem::path& folder = {}) const {
+        return "cd '" + (folder.empty() ? mPath : folder).string() + "' && umask 022 && TMPDIR='" +
+               file("tmp").string() + "' exec '" ZVCAM "' ";
     }
 
-    std::filesystem::path file(const std::string& name) const { return mFolder.path() / name; }
+    Result zvcam(const std::string& arguments, const std::filesystem::path& folder = {}) const {
+        const int status = StatusOf(program(folder) + ">'" + file("out").string() + "' 2>'" +
+                                    file("error").string() + "' " + arguments);
+        return {status, ReadText(file("out")), ReadErrors(file("error"))};
+    }
+
+    std::filesystem::path file(const std::string& name) const { return mPath / name; }
     void write(const std::string& name, const std::string& text) const { std::ofstream(file(name)) << text; }
 
   private:
     virtualphone::TemporaryFolder mFolder;
+    /// As a program sees it that works there: without links.
+    const std::filesystem::path mPath = std::filesystem::canonical(mFolder.path());
 };
