@@ -38,6 +38,10 @@ std::string NoCommand(const std::vector<std::string>& names, std::string_view wr
            (near.empty() ? "; `" + command + " --help` lists them" : near);
 }
 
+std::string NoOption(std::string_view wrong, const std::string& command) {
+    return "no option is called \"" + std::string(wrong) + "\"; `" + command + " --help` lists them";
+}
+
 /// Prints help, version or a complaint about the command line.
 int ExitOfParser(const CLI::App& app, const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
@@ -51,12 +55,17 @@ int ExitOfParser(const CLI::App& app, const CLI::ParseError& error) {
         command += " " + last->get_name();
     }
     const std::vector<std::string> rest = last->remaining();
-    if (last->get_require_subcommand_min() > 0 && !rest.empty() && !rest.front().starts_with('-')) {
+    if (last->get_require_subcommand_min() > 0 && !rest.empty()) {
+        const auto wrong = std::find_if(rest.begin(), rest.end(),
+                                        [](const std::string& word) { return !word.starts_with('-'); });
+        if (wrong == rest.end()) {
+            return Complain(NoOption(rest.front(), command));
+        }
         std::vector<std::string> names;
         for (const CLI::App* const part : last->get_subcommands([](const CLI::App*) { return true; })) {
             names.push_back(part->get_name());
         }
-        return Complain(NoCommand(names, rest.front(), command));
+        return Complain(NoCommand(names, *wrong, command));
     }
     return Complain(std::string(error.what()) + "; `" + command + " --help` tells more");
 }
@@ -66,7 +75,7 @@ int ExitOfParser(const CLI::App& app, const CLI::ParseError& error) {
 std::string UnknownCommand(std::string_view first) {
     constexpr std::array<std::string_view, 3> kOptions = {"-h", "--help", "--version"};
     if (first.starts_with('-') && std::find(kOptions.begin(), kOptions.end(), first) == kOptions.end()) {
-        return "no option is called \"" + std::string(first) + "\"; `zvcam --help` lists them";
+        return NoOption(first, "zvcam");
     }
     const std::vector<std::string> names = zvcam::CommandNames();
     if (first.empty() || first.starts_with('-') ||

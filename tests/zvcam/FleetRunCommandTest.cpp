@@ -18,12 +18,11 @@ using Lines = std::vector<std::string>;
 
 TEST_F(FleetCommand, KilledRunGoesOnWhereItWas) {
     make("made", 450);
-    runAndKill("made", "killed.sqlite", 1);
-    EXPECT_EQ(runAndKill("made", "killed.sqlite", 150, SIGTERM),
-              "zvcam: stopped; killed.sqlite holds what was booted, and --resume goes on\n");
-    runAndKill("made", "killed.sqlite", 250);
+    runAndKill("made", "killed.sqlite", SIGKILL);
+    EXPECT_EQ(runAndKill("made", "killed.sqlite", SIGTERM),
+              "zvcam: interrupted; killed.sqlite holds what was booted, and --resume goes on\n");
+    runAndKill("made", "killed.sqlite", SIGKILL);
     const std::int64_t before = phonesIn("killed.sqlite");
-    EXPECT_GE(before, 250);
     EXPECT_LT(before, 450);
     const Result resumed = run("made", "killed.sqlite", "--resume");
     ASSERT_EQ(resumed.exitCode, 0) << resumed.error;
@@ -71,45 +70,58 @@ TEST_F(FleetCommand, WhatThisMachineCannotBootIsSaidAndTriedAgain) {
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
     const rlimit small = {.rlim_cur = 1'000'000, .rlim_max = usual.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    const Result limited = run("list", "fleet.sqlite", "--quiet");
+    const Result limited = run("list", "fleet.sqlite");
     setrlimit(RLIMIT_FSIZE, &usual);
     EXPECT_EQ(limited.exitCode, 2);
-    EXPECT_EQ(limited.out, "");
+    EXPECT_THAT(limited.out, StartsWith("1 phone in "));
     EXPECT_EQ(limited.error, "zvcam: could not boot 1 phone here; --resume tries again\n");
     EXPECT_THAT(zvcam("fleet report fleet.sqlite").out,
                 HasSubstr("failed  /data/big: cannot lay the file: File too large\n"));
     const Result resumed = run("list", "fleet.sqlite", "--resume");
     EXPECT_EQ(resumed.exitCode, 0) << resumed.error;
     EXPECT_THAT(resumed.out, StartsWith("1 phone in "));
-    EXPECT_THAT(resumed.out, HasSubstr("; 1 were done before.\n"));
+    EXPECT_THAT(resumed.out, HasSubstr("; 1 was done before.\n"));
 }
 
-TEST_F(FleetCommand, ResumeKeepsToItsSourceOptionsAndPlugin) {
+TEST_F(FleetCommand, ResumeKeepsToItsSourceAndPlugin) {
     make("made", 2, "lsc=1");
     make("other", 3, "lsc=1");
     ASSERT_EQ(run("made", "fleet.sqlite").exitCode, 0);
     const std::string before = ReadText(file("fleet.sqlite"));
     const Result source = run("other", "fleet.sqlite", "--resume");
     EXPECT_EQ(source.exitCode, 2);
-    EXPECT_EQ(source.error, "zvcam: fleet.sqlite: cannot go on with phones of " + file("other").string() +
-                                ": it holds phones of " + file("made").string() + "\n");
+    const std::string cannot = "zvcam: fleet.sqlite: cannot go on with ";
+    EXPECT_EQ(source.error,
+              cannot + "phones of another source: it holds phones of " + file("made").string() + "\n");
     const Result plugin = run("made", "fleet.sqlite", "--resume --library '" FAKE_PLUGIN "'");
     EXPECT_EQ(plugin.exitCode, 2);
     EXPECT_THAT(plugin.error,
-                testing::MatchesRegex("zvcam: fleet.sqlite: cannot go on with a plug-in of build id "
-                                      "[0-9a-f]+: it holds phones of build id [0-9a-f]+\n"));
-    const auto refused = [](const std::string& now, const std::string& then) {
-        return "zvcam: fleet.sqlite: cannot go on with phones changed by " + now +
-               ": it holds phones changed by " + then + "\n";
-    };
-    EXPECT_EQ(run("made", "fleet.sqlite", "--resume --set a=b").error, refused("--set a=b", "none"));
+                testing::MatchesRegex(cannot + "a plug-in of build id [0-9a-f]+: it holds phones of build id "
+                                               "[0-9a-f]+\n"));
+    const std::string otherOptions = cannot + "other options: it holds phones booted with";
+    EXPECT_EQ(run("made", "fleet.sqlite", "--resume --set a=b").error,
+              otherOptions + "out --set and --like\n");
     EXPECT_EQ(ReadText(file("fleet.sqlite")), before);
-    ASSERT_EQ(run("made", "changed.sqlite", "--set a=b --like phone.json").exitCode, 0);
-    const std::string changes = "--set a=b --like " + file("phone.json").string();
-    EXPECT_EQ(run("made", "changed.sqlite", "--resume --set a=b --like ./phone.json").exitCode, 0);
-    EXPECT_EQ(zvcam("fleet merge both.sqlite changed.sqlite").exitCode, 0);
-    EXPECT_THAT(csv("both.sqlite", "runs"), HasSubstr("," + changes + "\n"));
     EXPECT_EQ(run("./made/", "fleet.sqlite", "--resume --shard 1/2").exitCode, 0);
+}
+
+TEST_F(FleetCommand, ResumeKeepsToWhatChangesPhonesHoweverItIsGiven) {
+    // A path may begin as a comment of a phone file does.
+    write("list", "/" + file("phone.json").string() + "\n");
+    ASSERT_EQ(run("list", "fleet.sqlite", "--set c=d --set 'a=b --set x=y' --like phone.json").exitCode, 0);
+    const std::string changes =
+        "--set 'a=b --set x=y' --set 'c=d' --like '" + file("phone.json").string() + "'";
+    EXPECT_THAT(zvcam("fleet report fleet.sqlite").out, HasSubstr("/list, with " + changes + "\n"));
+    const Result other =
+        run("list", "fleet.sqlite", "--resume --set a=b --set c=d --set x=y --like phone.json");
+    EXPECT_EQ(other.exitCode, 2);
+    EXPECT_EQ(other.error,
+              "zvcam: fleet.sqlite: cannot go on with other options: it holds phones booted with " + changes +
+                  "\n");
+    const std::string same = "--resume --like ./phone.json --set a=1 --set 'a=b --set x=y' --set c=d";
+    EXPECT_EQ(run("list", "fleet.sqlite", same).exitCode, 0);
+    ASSERT_EQ(zvcam("fleet merge merged.sqlite fleet.sqlite").exitCode, 0);
+    EXPECT_EQ(csv("merged.sqlite", "runs"), csv("fleet.sqlite", "runs"));
 }
 
 TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
@@ -120,7 +132,8 @@ TEST_F(FleetCommand, EntriesThatCannotBeReadAreRows) {
     write("pulled/unit7/getprop.txt", "[ro.serialno]: [7]\n");
     std::filesystem::create_directories(file("pulled/unit8/vendor/etc/camera"));
     write("pulled/unit8/vendor/etc/camera/large", "");
-    std::filesystem::resize_file(file("pulled/unit8/vendor/etc/camera/large"), std::uintmax_t{1} << 40);
+    std::filesystem::resize_file(file("pulled/unit8/vendor/etc/camera/large"),
+                                 (std::uintmax_t{64} << 20) + 1);
     std::filesystem::create_directory(file("other"));
     ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
     write("list",

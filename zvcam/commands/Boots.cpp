@@ -23,10 +23,18 @@ fs::path LibraryOf(const BootOptions& options) {
 
 }  // namespace
 
-void SetProperties(const BootOptions& options, virtualphone::PhoneDescription& phone) {
+std::map<std::string, std::string> PropertiesOf(const BootOptions& options) {
+    std::map<std::string, std::string> properties;
     for (const std::string& property : options.properties) {
         const std::size_t equals = property.find('=');
-        phone.properties[property.substr(0, equals)] = property.substr(equals + 1);
+        properties[property.substr(0, equals)] = property.substr(equals + 1);
+    }
+    return properties;
+}
+
+void SetProperties(const BootOptions& options, virtualphone::PhoneDescription& phone) {
+    for (const auto& [name, value] : PropertiesOf(options)) {
+        phone.properties[name] = value;
     }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
+#include <string>
 #include <vector>
 
 #include "analysis/Boot.h"
@@ -11,7 +13,10 @@
 
 namespace zvcam {
 
-/// Sets the properties that the options name.
+/// The properties that the options set.
+std::map<std::string, std::string> PropertiesOf(const BootOptions& options);
+
+/// Sets them.
 void SetProperties(const BootOptions& options, virtualphone::PhoneDescription& phone);
 
 /// How the supervisor is to boot.

@@ -39,14 +39,14 @@ struct FleetRunOptions {
     bool quiet = false;
 };
 
-/// The options that change phones, as one may give them.
+/// The options that change phones, as a shell takes them; the same text for what does the same.
 std::string ChangingOptions(const FleetRunOptions& options) {
     std::string text;
-    for (const std::string& property : options.boot.properties) {
-        text += " --set " + property;
+    for (const auto& [name, value] : PropertiesOf(options.boot)) {
+        text += " --set " + ShellQuoted(name + "=" + value);
     }
     if (!options.like.empty()) {
-        text += " --like " + std::filesystem::absolute(options.like).lexically_normal().string();
+        text += " --like " + ShellQuoted(std::filesystem::absolute(options.like).lexically_normal().string());
     }
     return text.substr(text.empty() ? 0 : 1);
 }
@@ -71,24 +71,32 @@ int Run(const FleetRunOptions& options) {
     run.done = run.entries - entries.paths.size();
     const Clock::time_point start = Clock::now();
     Progress progress("phones", entries.paths.size(), options.quiet);
-    const std::size_t failed = BootEntries(entries.paths, pool, writer, [&] { progress.advance(); });
-    writer.finish();
+    try {
+        run.failed = BootEntries(entries.paths, pool, writer, [&] { progress.advance(); });
+        writer.finish();
+    } catch (const DatabaseError& error) {
+        if (pool.stopped()) {
+            // The program ends with the pool.
+            Complain(error.what());
+        }
+        throw;
+    }
     progress.clear();
     run.unread = static_cast<std::size_t>(writer.unread());
     run.notReturned = static_cast<std::size_t>(writer.notReturned());
     run.seconds = std::chrono::duration<double>(Clock::now() - start).count();
     if (pool.stopped()) {
         // Ends as the signal that stopped it would have ended it.
-        Complain("stopped; " + options.database + " holds what was booted, and --resume goes on");
+        Complain("interrupted; " + options.database + " holds what was booted, and --resume goes on");
         return kExitUnusable;
     }
     if (!options.quiet) {
         PrintOut([&](std::ostream& out) { PrintFleetRun(out, options.database, run); });
     }
-    if (failed > 0) {
-        Complain("could not boot " + Counted(failed, "phone") + " here; --resume tries again");
+    if (run.failed > 0) {
+        Complain("could not boot " + Counted(run.failed, "phone") + " here; --resume tries again");
     }
-    return failed == 0 ? kExitSuccess : kExitUnusable;
+    return run.failed == 0 ? kExitSuccess : kExitUnusable;
 }
 
 }  // namespace

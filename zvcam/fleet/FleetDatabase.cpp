@@ -136,19 +136,21 @@ bool IsEmpty(Database& database) {
 /// Paths are relative to their source, so those of two sources would pass for each other. What becomes of
 /// phones that were changed otherwise, or under another build of the plug-in, is not to be counted together.
 void CheckHolds(Database& database, const std::string& name, const FleetOrigin& origin) {
-    // What the runs that left phones say in a column.
-    const auto check = [&](const std::string& column, const std::string& value, const char* phones) {
-        Statement other(database, "SELECT " + column + " FROM runs WHERE " + column +
-                                      " <> ? AND id IN (SELECT run FROM phones) LIMIT 1");
-        other.bind(std::string_view(value));
-        if (other.step()) {
-            const auto named = [](const std::string& text) { return text.empty() ? "none" : text; };
-            throw std::runtime_error(name + ": cannot go on with " + phones + named(value) + ": it holds " +
-                                     phones + named(other.text(0)));
-        }
-    };
-    check("source", origin.source, "phones of ");
-    check("options", origin.options, "phones changed by ");
+    // Those that this machine could not boot go first.
+    const std::string isKept = " AND id IN (SELECT run FROM phones WHERE ended <> 'failed') LIMIT 1";
+    Statement source(database, "SELECT source FROM runs WHERE source <> ?" + isKept);
+    source.bind(std::string_view(origin.source));
+    if (source.step()) {
+        throw std::runtime_error(name + ": cannot go on with phones of another source: it holds phones of " +
+                                 source.text(0));
+    }
+    Statement options(database, "SELECT options FROM runs WHERE options <> ?" + isKept);
+    options.bind(std::string_view(origin.options));
+    if (options.step()) {
+        const std::string kept = options.text(0);
+        throw std::runtime_error(name + ": cannot go on with other options: it holds phones booted " +
+                                 (kept.empty() ? "without --set and --like" : "with " + kept));
+    }
     if (!origin.plugin) {
         return;
     }

@@ -18,7 +18,7 @@ namespace zvcam {
 struct FleetOrigin {
     std::string source;   ///< the absolute path of the list or folder that the phones come from, or "-"
     std::string shard;    ///< "2/8", or empty
-    std::string options;  ///< those that change phones: "--set a=b --like /phone.json", or empty
+    std::string options;  ///< those that change phones: "--set 'a=b' --like '/phone.json'", or empty
     std::optional<std::string> plugin;  ///< its build id, empty where it has none; nothing: not known
 };
 

@@ -82,11 +82,20 @@ std::string PlainPath(const fs::path& path) {
     return (plain.has_filename() || plain == plain.root_path() ? plain : plain.parent_path()).string();
 }
 
-/// Whether a text begins as a phone file does, which may have a byte order mark and comments first.
+/// Whether a text begins as a phone file does, which may have a byte order mark and comments first. A path
+/// may begin as a comment does, but nothing that begins with a brace follows it.
 bool IsJson(std::string_view text) {
     text.remove_prefix(text.starts_with("\xEF\xBB\xBF") ? 3 : 0);
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-    return text.starts_with('{') || text.starts_with("//") || text.starts_with("/*");
+    for (;;) {
+        text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+        const bool line = text.starts_with("//");
+        if (!line && !text.starts_with("/*")) {
+            return text.starts_with('{');
+        }
+        const std::string_view close = line ? "\n" : "*/";
+        const std::size_t end = text.find(close, 2);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + close.size());
+    }
 }
 
 std::vector<std::string> LinesOf(const std::string& source) {

@@ -14,9 +14,11 @@ namespace {
 constexpr std::size_t kMostEndings = 20;
 
 void ReadSources(Database& database, FleetSummary& summary) {
-    Statement statement(database, "SELECT source, shard FROM runs GROUP BY source, shard ORDER BY min(id)");
+    Statement statement(database,
+                        "SELECT source, shard, options FROM runs GROUP BY source, shard, options"
+                        " ORDER BY min(id)");
     while (statement.step()) {
-        summary.sources.push_back({statement.text(0), statement.text(1)});
+        summary.sources.push_back({statement.text(0), statement.text(1), statement.text(2)});
     }
 }
 

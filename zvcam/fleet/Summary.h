@@ -20,8 +20,9 @@ inline constexpr std::size_t kFleetExamples = 3;
 /// What a fleet's database tells at a glance. Texts are those of its tables.
 struct FleetSummary {
     struct Source {
-        std::string path;   ///< of the list or folder
-        std::string shard;  ///< "2/8", or empty
+        std::string path;     ///< of the list or folder
+        std::string shard;    ///< "2/8", or empty
+        std::string options;  ///< that changed its phones: "--set 'a=b'", or empty
     };
     struct Ending {
         std::string ended;

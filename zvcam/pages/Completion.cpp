@@ -13,6 +13,7 @@
 #include "tables/PublishedProperties.h"
 #include "tables/PublishedTags.h"
 #include "tables/PublishingOperations.h"
+#include "zvcam/views/Text.h"
 
 namespace zvcam {
 
@@ -95,14 +96,6 @@ std::vector<std::string> Joined(std::vector<std::string> left, const std::vector
 }
 
 /// A text that a shell takes as it is.
-std::string ShellQuoted(std::string_view text) {
-    std::string quoted = "'";
-    for (const char character : text) {
-        quoted += character == '\'' ? "'\\''" : std::string(1, character);
-    }
-    return quoted + "'";
-}
-
 std::string Words(const std::vector<std::string>& words) {
     std::string text;
     for (const std::string& word : words) {

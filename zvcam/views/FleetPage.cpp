@@ -43,8 +43,10 @@ Markup CountOf(std::int64_t count, const std::string& words, Verdict verdict) {
 Markup Lead(const FleetSummary& summary) {
     Markup sources;
     for (const FleetSummary::Source& source : summary.sources) {
-        sources += Paragraph("Of " + Element("code", {}, source.path) +
-                             (source.shard.empty() ? "" : ", shard " + source.shard));
+        sources +=
+            Paragraph("Of " + Element("code", {}, source.path) +
+                      (source.shard.empty() ? "" : ", shard " + source.shard) +
+                      (source.options.empty() ? Markup() : ", with " + Element("code", {}, source.options)));
     }
     return Paragraph(Counted(static_cast<std::size_t>(summary.phones), "phone") + ".") +
            Paragraph(CountOf(summary.withErrors, "with errors", Verdict::Bad) + ", " +

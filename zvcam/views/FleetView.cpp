@@ -52,7 +52,8 @@ void PrintHead(std::ostream& out, const std::string& database, const FleetSummar
     out << '\n';
     for (const FleetSummary::Source& source : summary.sources) {
         out << "  of " << Printable(source.path)
-            << (source.shard.empty() ? "" : ", shard " + Printable(source.shard)) << '\n';
+            << (source.shard.empty() ? "" : ", shard " + Printable(source.shard))
+            << (source.options.empty() ? "" : ", with " + Printable(source.options)) << '\n';
     }
 }
 
@@ -159,7 +160,7 @@ void PrintErrorLines(std::ostream& out, const FleetSummary& summary, const Style
 }  // namespace
 
 void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRun& run) {
-    const std::size_t booted = run.entries - run.done;
+    const std::size_t booted = run.entries - run.done - run.failed;
     out << Counted(booted, "phone");
     if (booted > 0) {
         std::array<char, 80> speed;
@@ -170,7 +171,7 @@ void PrintFleetRun(std::ostream& out, const std::string& database, const FleetRu
         out << speed.data();
     }
     if (run.done > 0) {
-        out << "; " << run.done << " were done before";
+        out << "; " << run.done << (run.done == 1 ? " was" : " were") << " done before";
     }
     if (run.repeated > 0) {
         out << "; repeated in the list: " << run.repeated;

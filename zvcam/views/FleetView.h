@@ -18,6 +18,7 @@ struct FleetRun {
     std::size_t done = 0;         ///< that the database held already
     std::size_t unread = 0;       ///< that cannot be read; none of those done before, as in what follows
     std::size_t notReturned = 0;  ///< whose boot did not return
+    std::size_t failed = 0;       ///< that this machine could not boot
     double seconds = 0;
 };
 

@@ -54,6 +54,14 @@ std::string Listed(const std::vector<std::string>& texts) {
     return list;
 }
 
+std::string ShellQuoted(std::string_view text) {
+    std::string quoted = "'";
+    for (const char character : text) {
+        quoted += character == '\'' ? "'\\''" : std::string(1, character);
+    }
+    return quoted + "'";
+}
+
 std::string NearWords(const std::vector<std::string>& names) {
     std::vector<std::string> quoted;
     quoted.reserve(names.size());

@@ -32,6 +32,9 @@ std::string Counted(std::size_t count, std::string_view noun);
 /// "a", "a and b", "a, b and c".
 std::string Listed(const std::vector<std::string>& texts);
 
+/// One word of a shell, whatever it holds: 'it'\''s'.
+std::string ShellQuoted(std::string_view text);
+
 /// "; near are \"a\" and \"b\"", to go behind a complaint about a name; empty where none is.
 std::string NearWords(const std::vector<std::string>& names);
 
