@@ -43,7 +43,9 @@ struct FleetRunOptions {
 std::string ChangingOptions(const FleetRunOptions& options) {
     std::string text;
     for (const auto& [name, value] : PropertiesOf(options.boot)) {
-        text += " --set " + ShellQuoted(name + "=" + value);
+        std::string property = name;
+        property.append("=").append(value);
+        text += " --set " + ShellQuoted(property);
     }
     if (!options.like.empty()) {
         text += " --like " + ShellQuoted(std::filesystem::absolute(options.like).lexically_normal().string());
