@@ -9,7 +9,6 @@
 #include <new>
 #include <string>
 #include <string_view>
-#include <sys/mman.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -20,6 +19,7 @@
 #include "supervisor/EndOnSignal.h"
 #include "zvcam/commands/Commands.h"
 #include "zvcam/commands/ExitStatus.h"
+#include "zvcam/commands/Limits.h"
 #include "zvcam/commands/Terminal.h"
 #include "zvcam/files/Output.h"
 
@@ -58,14 +58,16 @@ int ExitOfParser(const CLI::App& app, const CLI::ParseError& error) {
     if (last->get_require_subcommand_min() > 0 && !rest.empty()) {
         const auto wrong = std::find_if(rest.begin(), rest.end(),
                                         [](const std::string& word) { return !word.starts_with('-'); });
-        if (wrong == rest.end()) {
-            return Complain(NoOption(rest.front(), command));
+        if (wrong != rest.end()) {
+            std::vector<std::string> names;
+            for (const CLI::App* const part : last->get_subcommands([](const CLI::App*) { return true; })) {
+                names.push_back(part->get_name());
+            }
+            return Complain(NoCommand(names, *wrong, command));
         }
-        std::vector<std::string> names;
-        for (const CLI::App* const part : last->get_subcommands([](const CLI::App*) { return true; })) {
-            names.push_back(part->get_name());
-        }
-        return Complain(NoCommand(names, *wrong, command));
+    }
+    if (error.get_name() == "RequiredError" && !rest.empty() && rest.front().starts_with('-')) {
+        return Complain(NoOption(rest.front(), command));
     }
     return Complain(std::string(error.what()) + "; `" + command + " --help` tells more");
 }
@@ -101,20 +103,6 @@ int Main(int argc, char** argv) {
     return chosen();
 }
 
-/// Ends the program where there is no memory for an exception, which could not say so: std::terminate() would
-/// be called. Before the constructors of static objects, which are the first to throw one.
-__attribute__((constructor(101))) void EndWithoutMemory() {
-    // More than the C++ library sets apart for exceptions when it is loaded, and those objects need.
-    constexpr std::size_t kLeast = std::size_t{2} << 20;
-    void* const memory = mmap(nullptr, kLeast, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED) {
-        constexpr std::string_view kLine = "zvcam: there is not enough memory\n";
-        [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kLine.data(), kLine.size());
-        _exit(zvcam::kExitUnusable);
-    }
-    munmap(memory, kLeast);
-}
-
 /// Keeps the number of a standard stream that is closed from the next file that is opened, into which would
 /// go what is printed. It stays one that can be neither read nor written.
 void HoldClosedStreams() {
@@ -131,10 +119,14 @@ void HoldClosedStreams() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    /// More than a boot and what is read and written beside it.
+    constexpr std::size_t kOpenFiles = 64;
+    zvcam::KeepMemoryBack();
     HoldClosedStreams();
     // Whoever started this program may ignore it, and then nobody could tell how a boot ended.
     std::signal(SIGCHLD, SIG_DFL);
     try {
+        zvcam::ExpectOpenFiles(kOpenFiles);
         const supervisor::EndOnSignal endOnSignal;
         return Main(argc, argv);
     } catch (const std::bad_alloc&) {

@@ -3,6 +3,7 @@
 #include <pty.h>
 #include <regex>
 #include <unistd.h>
+#include <utility>
 
 #include "tests/zvcam/Zvcam.h"
 
@@ -61,9 +62,10 @@ TEST_F(Zvcam, AskedForWhatThereIsNotSaysSo) {
 
 #ifndef NO_MEMORY_LIMITS
 TEST_F(Zvcam, MemoryThatCannotBeHadIsOneLine) {
-    const std::string run = program() + "run '" PHONES "/halcyrion.json' >out 2>error";
+    ASSERT_EQ(zvcam("run '" PHONES "/halcyrion.json' --json report.json").exitCode, 0);
     int refused = 0;
-    const auto loads = [&](int kilobytes) {
+    const auto loads = [&](int kilobytes, const std::string& source) {
+        const std::string run = program() + "run " + source + " >out 2>error";
         const int status = StatusOf("ulimit -v " + std::to_string(kilobytes) + " && " + run);
         if (status == 127) {
             return false;  // the loader cannot even load the program
@@ -76,17 +78,28 @@ TEST_F(Zvcam, MemoryThatCannotBeHadIsOneLine) {
         refused += status == 2 ? 1 : 0;
         return true;
     };
-    int least = 40000;
-    for (int kilobytes = least; kilobytes >= 8000 && loads(kilobytes); kilobytes -= 1000) {
-        least = kilobytes;
+    for (const char* const source : {"'" PHONES "/halcyrion.json'", "report.json"}) {
+        int least = 40000;
+        for (int kilobytes = least; kilobytes >= 8000 && loads(kilobytes, source); kilobytes -= 1000) {
+            least = kilobytes;
+        }
+        // With hardly more than is loaded, there is none for what precedes main(), nor for an exception.
+        for (int kilobytes = least - 20; kilobytes > least - 1000; kilobytes -= 20) {
+            loads(kilobytes, source);
+        }
+        EXPECT_GT(std::exchange(refused, 0), 0);
     }
-    // With hardly more than is loaded, there is none for what precedes main(), nor for an exception.
-    for (int kilobytes = least - 20; kilobytes > least - 1000; kilobytes -= 20) {
-        loads(kilobytes);
-    }
-    EXPECT_GT(refused, 0);
 }
 #endif
+
+/// Without them a boot could not tell what it published, nor remove what it laid.
+TEST_F(Zvcam, TooFewOpenFilesAreSaid) {
+    const std::string run = program() + "getprop phone.json >out 2>error";
+    EXPECT_EQ(StatusOf("ulimit -n 20 && " + run), 2);
+    EXPECT_EQ(ReadText(file("error")),
+              "zvcam: at most 20 files may be open at a time (`ulimit -n`), expected 64 or more\n");
+    EXPECT_EQ(StatusOf("ulimit -S -n 20 && " + run), 0);
+}
 
 TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
     const std::string folder = file("").parent_path().string();
@@ -110,6 +123,11 @@ TEST_F(Zvcam, WhatCannotBeUsedEndsWithTwo) {
         {"phone chek phone.json", "zvcam: no command is called \"chek\"; near is \"check\"\n"},
         {"fleet -q foo", "zvcam: no command is called \"foo\"; `zvcam fleet --help` lists them\n"},
         {"fleet --foo", "zvcam: no option is called \"--foo\"; `zvcam fleet --help` lists them\n"},
+        {"fleet run --foo", "zvcam: no option is called \"--foo\"; `zvcam fleet run --help` lists them\n"},
+        {"run phone.json --json --html",
+         usage(" run", "--json: expected a name, got \"--html\"; a file of that name is \"./--html\"")},
+        {"dumpsys phone.json --device 4 --library '" FAKE_PLUGIN "' --set test.ending=throw",
+         "zvcam: the plug-in threw: off the end: no device \"4\" was updated; none was\n"},
         {"--foo", "zvcam: no option is called \"--foo\"; `zvcam --help` lists them\n"},
         {"run", usage(" run", "P is required")},
         {"run phone.json --clean-root", usage(" run", "--clean-root requires --root")},

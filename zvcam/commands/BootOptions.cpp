@@ -40,7 +40,7 @@ void AddSharedBootOptions(CLI::App& command, BootOptions& options) {
         ->check(CheckProperty);
     command.add_option("--library", options.library, "Load this build of the plug-in")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command.add_option("--timeout", options.timeout, "End a boot that takes longer (default: 60)")
         ->type_name("SECONDS")
         ->check(CheckSeconds);
@@ -54,7 +54,7 @@ void AddBootOptionsWithoutSource(CLI::App& command, BootOptions& options) {
                 "--root", options.root,
                 "Keep the phone's files in this folder (default: a temporary one, removed at the end)")
             ->type_name("DIR")
-            ->check(CheckNotEmpty);
+            ->check(CheckName);
     command.add_flag("--clean-root", options.cleanRoot, "Remove what is in that folder first")->needs(root);
 }
 
@@ -64,7 +64,7 @@ void AddSource(CLI::App& command, BootOptions& options) {
                     "A phone file (JSON with comments; booted first), a report of `run --json`, or \"-\"")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
 }
 
 void AddBootOptions(CLI::App& command, BootOptions& options) {

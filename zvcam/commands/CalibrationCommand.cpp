@@ -84,12 +84,12 @@ void AddCalibrationCommand(CLI::App& app, std::function<int()>& chosen) {
         ->add_option("SOURCES", options->sources,
                      "Calibration files, folders of them as persist/camera, or \"-\"")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command
         ->add_option("--phone", options->phone.source,
                      "Say whom the fuse ids name on this phone: a phone file (booted first) or a report")
         ->type_name("P")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     AddBootOptionsWithoutSource(*command, options->phone);
     for (const auto& add :
          {AddCalibrationSealCommand, AddCalibrationMakeDualCommand, AddCalibrationMakeOisCommand}) {

@@ -60,7 +60,7 @@ void AddCalibrationMakeDualCommand(CLI::App& calibration, std::function<int()>& 
         ->check(CheckFuseId);
     CLI::Option* const block = command->add_option("--block", options->blockFile, "The calibration block")
                                    ->type_name("FILE")
-                                   ->check(CheckNotEmpty);
+                                   ->check(CheckName);
     CLI::Option* const fill = command->add_option("--fill", options->fill, "A block of this byte instead")
                                   ->type_name("BYTE")
                                   ->check(WholeNumber(0, 255))

@@ -22,7 +22,7 @@ void AddCalibrationOutput(CLI::App& command, CalibrationOutput& options) {
     command.add_option("-o,--output", options.output, "The file to write; \"-\": standard output")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     AddForce(command, options);
 }
 

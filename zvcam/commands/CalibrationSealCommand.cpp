@@ -42,11 +42,11 @@ void AddCalibrationSealCommand(CLI::App& calibration, std::function<int()>& chos
     command->add_option("IN", options->input, "A calibration file of either kind, or \"-\"")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_option("OUT", options->write.output, "The file to write; \"-\": standard output")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     AddForce(*command, options->write);
     command->callback([options, &chosen] { chosen = [options] { return Seal(*options); }; });
 }

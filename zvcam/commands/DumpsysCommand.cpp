@@ -59,7 +59,8 @@ int Run(const DumpsysOptions& options) {
         return ExitStatusOf(boot);
     }
     const std::vector<analysis::Device> devices = analysis::DevicesOf(boot, analysis::CourseOf(boot.record));
-    const std::size_t chosen = options.device.empty() ? devices.size() : DeviceNamed(options.device, devices);
+    const std::size_t chosen =
+        options.device.empty() ? devices.size() : DeviceNamed(options.device, devices, boot.record);
     bool found = only.empty();
     PrintOut([&](std::ostream& out) {
         for (std::size_t i = 0; i < devices.size(); ++i) {
@@ -89,14 +90,14 @@ void AddDumpsysCommand(CLI::App& app, std::function<int()>& chosen) {
         command
             ->add_option("--device", options->device, "What was published for device N, or for its member M")
             ->type_name("N[/M]")
-            ->check(CheckNotEmpty);
+            ->check(CheckName);
     command->add_option("--provider", options->provider, "What this provider holds after the boot")
         ->type_name("ID")
         ->check(CheckProvider)
         ->excludes(device);
     command->add_option("--tag", options->tag, "Only this tag, by name, end of a name, or number")
         ->type_name("TAG")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }
 

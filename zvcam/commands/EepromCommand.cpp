@@ -117,7 +117,7 @@ void AddEepromCommand(CLI::App& app, std::function<int()>& chosen) {
                      "Raw images, or their dumps: the plug-in's, logcat's, xxd's or hexdump -C's; \"-\"")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_option("--layout", options->layout, "Check by this layout, whatever the header id says")
         ->type_name("NAME")
         ->check(CheckLayout);
@@ -131,10 +131,10 @@ void AddEepromCommand(CLI::App& app, std::function<int()>& chosen) {
     command->add_flag("--seal", options->seal, "Then compute the checksums of the layout");
     command->add_option("--to-raw", options->raw, "Write the image to this file; \"-\": standard output")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_option("--to-text", options->text, "Write its dump, as the plug-in does")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_flag("--force", options->force, "Write over a file that exists");
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }

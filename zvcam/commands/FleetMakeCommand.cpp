@@ -87,11 +87,11 @@ void AddFleetMakeCommand(CLI::App& fleet, std::function<int()>& chosen) {
         ->add_option("--like", options->like,
                      "The phone that all are like (default: that of `zvcam phone new`)")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_option("-o,--output", options->output, "The folder to write")
         ->type_name("FOLDER")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_flag("-q,--quiet", options->quiet, "Print nothing but errors");
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }

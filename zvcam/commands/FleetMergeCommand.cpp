@@ -46,11 +46,11 @@ void AddFleetMergeCommand(CLI::App& fleet, std::function<int()>& chosen) {
     command->add_option("OUT", options->output, "The database to write")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_option("IN", options->inputs, "Databases of `zvcam fleet run`")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }
 

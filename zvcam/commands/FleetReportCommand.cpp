@@ -74,14 +74,14 @@ void AddFleetReportCommand(CLI::App& fleet, std::function<int()>& chosen) {
     command->add_option("DB", options->database, "A database of `zvcam fleet run`")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     CLI::Option* const html =
         command->add_option("--html", options->html, "Write the report as a page too; \"-\": instead")
             ->type_name("FILE")
-            ->check(CheckNotEmpty);
+            ->check(CheckName);
     command->add_option("--csv", options->csv, "Print this table or view instead, comma-separated")
         ->type_name("NAME")
-        ->check(CheckNotEmpty)
+        ->check(CheckName)
         ->excludes(html);
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
@@ -12,6 +13,7 @@
 #include "zvcam/commands/Boots.h"
 #include "zvcam/commands/ExitStatus.h"
 #include "zvcam/commands/FleetCommands.h"
+#include "zvcam/commands/Limits.h"
 #include "zvcam/commands/Progress.h"
 #include "zvcam/commands/Terminal.h"
 #include "zvcam/commands/Validators.h"
@@ -58,9 +60,12 @@ int Run(const FleetRunOptions& options) {
     const Shard shard = ReadShard(options.shard);
     KeepShard(shard, entries);
     FleetRun run = {.entries = entries.paths.size(), .repeated = entries.repeated};
+    const std::size_t workers = std::min(options.jobs, entries.paths.size());
+    // More than the pool has for each worker.
+    ExpectOpenFiles(64 + 4 * workers);
     // The workers are forks, which are to know nothing of the database.
     const supervisor::BootOptions boot = SupervisorOptions(options.boot, /*describe=*/false);
-    supervisor::BootPool pool({.boot = boot, .workers = options.jobs},
+    supervisor::BootPool pool({.boot = boot, .workers = workers},
                               FleetWork(entries.folder, ReadLikePhone(options.like),
                                         [&](auto& phone) { SetProperties(options.boot, phone); }));
     FleetWriter writer(options.database, options.resume,
@@ -113,15 +118,15 @@ void AddFleetRunCommand(CLI::App& fleet, std::function<int()>& chosen) {
                      "search for them; or \"-\": a list on standard input")
         ->type_name("LIST|FOLDER")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_option("--db", options->database, "The SQLite database to write")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_flag("--resume", options->resume, "Go on with a database: boot what it does not hold yet");
     command->add_option("--shard", options->shard, "Take every N-th entry, from the I-th on")
         ->type_name("I/N")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_option("--jobs", options->jobs, "Boots at a time (default: one for each processor)")
         ->type_name("COUNT")
         ->check(WholeNumber(1, 4096));
@@ -130,7 +135,7 @@ void AddFleetRunCommand(CLI::App& fleet, std::function<int()>& chosen) {
                      "Take what no pulled folder holds from this phone file (default: that of `zvcam phone "
                      "new`)")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_flag("-q,--quiet", options->quiet, "Print nothing but errors");
     AddSharedBootOptions(*command, options->boot);
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });

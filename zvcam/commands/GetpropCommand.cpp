@@ -42,8 +42,7 @@ void AddGetpropCommand(CLI::App& app, std::function<int()>& chosen) {
     const auto options = std::make_shared<GetpropOptions>();
     CLI::App* const command = app.add_subcommand("getprop", "Print the system properties after the boot");
     AddBootOptions(*command, options->boot);
-    command->add_option("NAME", options->name, "Print the value of this property alone")
-        ->check(CheckNotEmpty);
+    command->add_option("NAME", options->name, "Print the value of this property alone")->check(CheckName);
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }
 

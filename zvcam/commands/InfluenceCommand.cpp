@@ -72,7 +72,7 @@ void AddInfluenceCommand(CLI::App& app, std::function<int()>& chosen) {
         ->add_option("--module", options->module,
                      "Change this module's memory alone: back_main, front_main and so on")
         ->type_name("ROLE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command
         ->add_option("--step", options->step,
                      "Change so many bytes at a time before single ones (default: 16; 1: each by itself)")
@@ -80,10 +80,10 @@ void AddInfluenceCommand(CLI::App& app, std::function<int()>& chosen) {
         ->check(WholeNumber(1, 1024));
     command->add_option("--json", options->json, "Write the result to this file; \"-\": print it instead")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_option("--html", options->html, "Write the result as a page to this file")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }
 

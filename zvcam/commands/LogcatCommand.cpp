@@ -80,7 +80,7 @@ int Run(const LogcatOptions& options) {
     std::size_t end = boot.record.events.size();
     if (!options.device.empty()) {
         const analysis::DeviceUpdate& device =
-            course.devices[DeviceNamed(options.device, analysis::DevicesOf(boot, course))];
+            course.devices[DeviceNamed(options.device, analysis::DevicesOf(boot, course), boot.record)];
         first = device.first;
         end = device.end;
     }
@@ -106,12 +106,12 @@ void AddLogcatCommand(CLI::App& app, std::function<int()>& chosen) {
         ->check(CheckRule);
     command->add_option("--device", options->device, "Only while device N, or its member M, was updated")
         ->type_name("N[/M]")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command
         ->add_option("--step", options->operation,
                      "Only what this operation of the plug-in logged, with what it called")
         ->type_name("OPERATION")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }
 

@@ -7,11 +7,13 @@
 
 #include "formats/Hex.h"
 #include "tables/PublishedTags.h"
+#include "zvcam/views/DiagnosisWords.h"
 #include "zvcam/views/Text.h"
 
 namespace zvcam {
 
-std::size_t DeviceNamed(const std::string& text, const std::vector<analysis::Device>& devices) {
+std::size_t DeviceNamed(const std::string& text, const std::vector<analysis::Device>& devices,
+                        const record::BootRecord& boot) {
     if (const std::optional<std::size_t> found = analysis::FindDevice(text, devices)) {
         return *found;
     }
@@ -20,8 +22,9 @@ std::size_t DeviceNamed(const std::string& text, const std::vector<analysis::Dev
         numbers += numbers.empty() ? "" : ", ";
         numbers += analysis::DeviceNumber(device.logicalIndex, device.memberId);
     }
-    throw std::runtime_error("no device \"" + Printable(text) + "\" was updated; " +
-                             (numbers.empty() ? "none was" : "there are " + numbers));
+    const std::string ending = EndingText(boot);
+    throw std::runtime_error((ending.empty() ? "" : ending + ": ") + "no device \"" + Printable(text) +
+                             "\" was updated; " + (numbers.empty() ? "none was" : "there are " + numbers));
 }
 
 analysis::Item ItemNamed(const std::string& text, const analysis::Device* device) {

@@ -16,8 +16,10 @@ namespace zvcam {
 
 /// Position of the device update that a person names: "4" for logical device 4, "4/3" for its member with
 /// sensor id 3.
+/// @param boot that updated the devices: where it did not return, the error says so.
 /// @throws std::runtime_error for a text that names none.
-std::size_t DeviceNamed(const std::string& text, const std::vector<analysis::Device>& devices);
+std::size_t DeviceNamed(const std::string& text, const std::vector<analysis::Device>& devices,
+                        const record::BootRecord& boot);
 
 /// The one thing that a text names. Of the two numbers of a bokeh tag, that of the device's role.
 /// @param device null where there is none.

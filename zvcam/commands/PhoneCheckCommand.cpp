@@ -41,7 +41,7 @@ void AddPhoneCheckCommand(CLI::App& phone, std::function<int()>& chosen) {
     check->add_option("P", options->sources, "Phone files, or \"-\"")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     check->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }
 

@@ -57,18 +57,18 @@ void AddPhoneFromDeviceCommand(CLI::App& phone, std::function<int()>& chosen) {
                      "A folder with any of: EEPROM dumps, the persist, vendor and data camera folders, the "
                      "output of getprop")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command
         ->add_option("-o,--output", options->output,
                      "The phone file, NAME.json; its side files go to NAME.files")
         ->type_name("FILE")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command
         ->add_option("--like", options->like,
                      "Take what no folder holds from this phone file (default: that of `zvcam phone new`)")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_flag("--force", options->force, "Replace the phone file and its side files");
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }

@@ -25,7 +25,7 @@ void AddTextCommand(CLI::App& phone, std::function<int()>& chosen, const char* n
     CLI::App* const command = phone.add_subcommand(name, help);
     command->add_option("-o,--output", options->output, "Write it to this file (default: standard output)")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_flag("--force", options->force, "Replace the file where it exists");
     command->callback([options, &chosen, text] {
         chosen = [options, text] {

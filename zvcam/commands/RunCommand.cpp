@@ -72,12 +72,12 @@ void AddRunCommand(CLI::App& app, std::function<int()>& chosen) {
         ->add_option("--json", options->json,
                      "Write the complete report to this file; \"-\": print it instead of the diagnosis")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command
         ->add_option("--html", options->html,
                      "Write a page to look at to this file; \"-\": print it instead of the diagnosis")
         ->type_name("FILE")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_flag("--all", options->all, "Print everything that was published too");
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }

@@ -36,7 +36,8 @@ int Run(const StreamsOptions& options) {
         options.format.empty() ? std::nullopt : analysis::FormatNamed(options.format);
     const analysis::Boot boot = Obtain(options.boot);
     const std::vector<analysis::Device> devices = analysis::DevicesOf(boot, analysis::CourseOf(boot.record));
-    const std::size_t chosen = options.device.empty() ? devices.size() : DeviceNamed(options.device, devices);
+    const std::size_t chosen =
+        options.device.empty() ? devices.size() : DeviceNamed(options.device, devices, boot.record);
     PrintOut([&](std::ostream& out) {
         if (options.csv) {
             out << kStreamColumns << '\n';
@@ -65,7 +66,7 @@ void AddStreamsCommand(CLI::App& app, std::function<int()>& chosen) {
         ->add_option("--device", options->device,
                      "Each configuration of device N, or of its member M, with its durations in ms")
         ->type_name("N[/M]")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->add_option("--format", options->format, "Only this format: YUV, JPEG, RAW10, 0x23 ...")
         ->type_name("NAME")
         ->check(CheckFormat);

@@ -17,8 +17,13 @@ CLI::Validator WholeNumber(std::uint64_t least, std::uint64_t most) {
             range};
 }
 
-std::string CheckNotEmpty(const std::string& text) {
-    return text.empty() ? "expected a name, got an empty text" : "";
+std::string CheckName(const std::string& text) {
+    if (text.empty()) {
+        return "expected a name, got an empty text";
+    }
+    return text.starts_with('-') && text != "-"
+               ? "expected a name, got \"" + text + "\"; a file of that name is \"./" + text + "\""
+               : "";
 }
 
 }  // namespace zvcam

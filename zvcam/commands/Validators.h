@@ -11,7 +11,8 @@ namespace zvcam {
 /// for another number.
 CLI::Validator WholeNumber(std::uint64_t least, std::uint64_t most);
 
-/// Refuses an empty name: what an unset variable of a shell leaves would pass for no option at all.
-std::string CheckNotEmpty(const std::string& text);
+/// Refuses what is no name: an empty text, which would pass for no option at all, and another option, which
+/// the one before would take for its value. Either is what an unset variable of a shell leaves.
+std::string CheckName(const std::string& text);
 
 }  // namespace zvcam

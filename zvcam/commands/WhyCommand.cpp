@@ -29,9 +29,10 @@ struct WhyOptions {
 
 /// The device whose tag is asked about: the one that the user names, else the first logical device that has
 /// it, else the first that it applies to.
-std::size_t DeviceOf(const WhyOptions& options, const std::vector<analysis::Device>& devices) {
+std::size_t DeviceOf(const WhyOptions& options, const std::vector<analysis::Device>& devices,
+                     const record::BootRecord& boot) {
     if (!options.device.empty()) {
-        return DeviceNamed(options.device, devices);
+        return DeviceNamed(options.device, devices, boot);
     }
     const auto first = [&](const auto& wanted) {
         return static_cast<std::size_t>(std::find_if(devices.begin(), devices.end(), wanted) -
@@ -52,7 +53,7 @@ int Run(const WhyOptions& options) {
     const analysis::Course course = analysis::CourseOf(boot.record);
     const std::vector<analysis::Device> devices = analysis::DevicesOf(boot, course);
     const bool ofDevice = named.kind == analysis::Item::Kind::Tag && !devices.empty();
-    const std::size_t device = ofDevice ? DeviceOf(options, devices) : 0;
+    const std::size_t device = ofDevice ? DeviceOf(options, devices, boot.record) : 0;
     const analysis::Item item = ofDevice ? ItemNamed(options.item, &devices[device]) : named;
     const analysis::Reason reason = analysis::WhyOf(boot, course, devices, item, device);
     PrintOut([&](std::ostream& out) { PrintReason(out, reason, boot.record, OutputStyle()); });
@@ -71,12 +72,12 @@ void AddWhyCommand(CLI::App& app, std::function<int()>& chosen) {
             "ITEM", options->item,
             "A property, a path, a tag by name or number; the end of a name does where it is the only one")
         ->required()
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command
         ->add_option("--device", options->device,
                      "The device whose tag is meant, or its member M; without it the first that has it")
         ->type_name("N[/M]")
-        ->check(CheckNotEmpty);
+        ->check(CheckName);
     command->callback([options, &chosen] { chosen = [options] { return Run(*options); }; });
 }
 

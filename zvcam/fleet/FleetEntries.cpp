@@ -82,10 +82,11 @@ std::string PlainPath(const fs::path& path) {
     return (plain.has_filename() || plain == plain.root_path() ? plain : plain.parent_path()).string();
 }
 
-/// Whether a text begins as a phone file does, which may have a byte order mark and comments first. A path
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Whether a text begins as a phone file does, which may have comments first. A path
 /// may begin as a comment does, but nothing that begins with a brace follows it.
 bool IsJson(std::string_view text) {
-    text.remove_prefix(text.starts_with("\xEF\xBB\xBF") ? 3 : 0);
     for (;;) {
         text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
         const bool line = text.starts_with("//");
@@ -104,6 +105,7 @@ std::vector<std::string> LinesOf(const std::string& source) {
         ThrowUnreadable(source, "a list of phones or a folder", content.error);
     }
     std::string_view text(reinterpret_cast<const char*>(content.bytes.data()), content.bytes.size());
+    text.remove_prefix(text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0);
     constexpr const char* kExpected = "a list of phones, one path a line";
     if (IsJson(text)) {
         ThrowUnreadable(source, kExpected, "JSON; `zvcam run` boots a single phone");

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <exception>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -24,6 +25,8 @@ std::string FleetWork::operator()(const std::string& path, supervisor::Booter& b
     analysis::Boot boot;
     try {
         boot.phone = ReadFleetPhone(mFolder / path, mLike);
+    } catch (const std::bad_alloc&) {
+        throw;  // this machine's fault
     } catch (const std::exception& unread) {
         return RowBytes({analysis::RowOfNotBooted(entry, analysis::NotBooted::Unread, unread.what())});
     }
